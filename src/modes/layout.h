@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <modes/modes_message_field.h>
+
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace quorvel::modes {
+
+/// A field of a reply and the position of its first bit in the frame.
+template <class Field> struct At {
+    Field& field;
+    unsigned char position;
+};
+
+template <class Field> At(Field&, int) -> At<Field>;
+
+/// The fields of a reply in frame order. Decoding and listing walk the same layout.
+template <class... Fields> class Layout {
+public:
+    explicit Layout(At<Fields>... fields) : _fields(fields...) {}
+
+    /// Decodes every field, whatever became of the ones before; true when all of them are valid.
+    bool decode(std::string const& frame) const {
+        return std::apply(
+            [&](auto const&... at) {
+                bool valid = true;
+                ((valid = at.field.decode(frame, at.position) && valid), ...);
+                return valid;
+            },
+            _fields);
+    }
+
+    std::vector<ModeSMessageField const*> list() const {
+        return std::apply(
+            [](auto const&... at) { return std::vector<ModeSMessageField const*>{&at.field...}; }, _fields);
+    }
+
+private:
+    std::tuple<At<Fields>...> _fields;
+};
+
+} // namespace quorvel::modes

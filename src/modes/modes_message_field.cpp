@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: MIT
+#include <modes/modes_message_field.h>
+
+#include "core/bits.h"
+#include "core/hex.h"
+#include "core/names.h"
+#include "core/text.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <initializer_list>
+#include <optional>
+#include <string_view>
+
+namespace quorvel::modes {
+
+namespace {
+
+NameTable const kNames{
+    {"AA", "AC", "AF", "AP", "CA", "CF", "DR", "FS", "ID", "MB", "ME", "MV", "PI", "UM", "VS"}, "--"};
+
+NameTable const kFullNames{{"Address announced", "Altitude code", "Application field", "Address/parity",
+                            "Capability", "Control field", "Data selector", "Flight status", "Identity",
+                            "Message, Comm-B", "Message, extended squitter", "Message, ACAS",
+                            "Parity/interrogator identifier", "Utility message", "Vertical status"},
+                           "Unknown field"};
+static_assert(decltype(kNames)::size() == ModeSMessageField::VS + 1);
+static_assert(decltype(kFullNames)::size() == ModeSMessageField::VS + 1);
+
+NameTable const kFlightStatusNames{{"AIR", "GND", "AIR, ALERT", "GND, ALERT", "ALERT, SPI", "SPI"},
+                                   "UNKNOWN"};
+NameTable const kVerticalStatusNames{{"AIR", "GND"}, "UNKNOWN"};
+
+// Where the fields stand in the replies. Parity ends the frame, be it a short or a long one.
+constexpr std::initializer_list<unsigned> kAfterFormat = {5};
+constexpr std::initializer_list<unsigned> kAddressPosition = {8};
+constexpr std::initializer_list<unsigned> kCodePosition = {19};
+constexpr std::initializer_list<unsigned> kMessagePosition = {32};
+constexpr std::initializer_list<unsigned> kParityPositions = {32, 88};
+
+// The altitude code without its M and Q bits.
+constexpr unsigned kMetricBit = 25;
+constexpr unsigned kResolutionBit = 27;
+constexpr unsigned kAltitudeBits[] = {19, 20, 21, 22, 23, 24, 26, 28, 29, 30, 31};
+
+// Digits A, B, C, D of the identity in the order they are read out, each from its 4, 2 and 1 bit.
+constexpr unsigned kIdentityBits[] = {24, 22, 20, 30, 28, 26, 23, 21, 19, 31, 29, 27};
+
+constexpr std::size_t kMessageStart = 4; // bytes
+constexpr std::size_t kMessageSize = 7;
+
+bool covers(std::string_view frame, unsigned position, unsigned width) {
+    return position + width <= 8 * frame.size();
+}
+
+bool isOneOf(std::initializer_list<unsigned> positions, unsigned position) {
+    return std::find(positions.begin(), positions.end(), position) != positions.end();
+}
+
+// The value of a plain field, if it occurs at `position` and the frame reaches so far.
+std::optional<unsigned> readField(std::string_view frame, unsigned position, unsigned width,
+                                  std::initializer_list<unsigned> positions) {
+    if (!isOneOf(positions, position) || !covers(frame, position, width)) return {};
+    return bits(frame, position, width);
+}
+
+template <class Value> bool store(std::optional<unsigned> const& read, Value& value) {
+    if (read) value = static_cast<Value>(*read);
+    return read.has_value();
+}
+
+// The message bytes of a long reply; fewer if the frame ends early.
+bool storeMessage(std::string const& frame, unsigned position, std::string& message) {
+    if (!isOneOf(kMessagePosition, position)) return false;
+    message = frame.size() > kMessageStart ? frame.substr(kMessageStart, kMessageSize) : std::string();
+    return true;
+}
+
+} // namespace
+
+ModeSMessageField::ModeSMessageField(Designator designator) : _designator(designator) {}
+
+std::string ModeSMessageField::description() const { return name() + ":" + fullName(); }
+
+std::string const& ModeSMessageField::designatorName(Designator designator) { return kNames[designator]; }
+
+std::string const& ModeSMessageField::designatorFullName(Designator designator) {
+    return kFullNames[designator];
+}
+
+bool ModeSMessageField::decode(std::string const& data, unsigned char pos) {
+    if (!covers(data, pos, bits())) return false;
+    _pos = pos;
+    _valid = decodeImpl(data, pos);
+    return _valid;
+}
+
+bool ModeSMessageField::decode(char const* data, unsigned long long size, unsigned char pos) {
+    return decode(std::string(data, size), pos);
+}
+
+ModeSMessageFieldAA::ModeSMessageFieldAA() : ModeSMessageField(AA) {}
+unsigned char ModeSMessageFieldAA::bits() const { return 24; }
+std::string ModeSMessageFieldAA::description() const { return icaoAddressHexString(); }
+bool ModeSMessageFieldAA::decodeImpl(std::string const& data, unsigned char pos) {
+    return store(readField(data, pos, bits(), kAddressPosition), _icaoAddress);
+}
+std::string ModeSMessageFieldAA::icaoAddressHexString() const { return hexOfNumber(_icaoAddress); }
+
+ModeSMessageFieldAC::ModeSMessageFieldAC() : ModeSMessageField(AC) {}
+unsigned char ModeSMessageFieldAC::bits() const { return 13; }
+std::string ModeSMessageFieldAC::description() const { return std::to_string(_altitude); }
+bool ModeSMessageFieldAC::decodeImpl(std::string const& data, unsigned char pos) {
+    if (!readField(data, pos, bits(), kCodePosition)) return false;
+    _altitudeUnit = bit(data, kMetricBit) ? 1 : 0;
+    _altitudeResolution = bit(data, kResolutionBit) ? 25 : 100;
+    _altitude = static_cast<int>(collect(data, kAltitudeBits) * _altitudeResolution) - 1000;
+    return true;
+}
+
+ModeSMessageFieldAF::ModeSMessageFieldAF() : ModeSMessageField(AF) {}
+unsigned char ModeSMessageFieldAF::bits() const { return 3; }
+std::string ModeSMessageFieldAF::description() const { return std::to_string(_code); }
+bool ModeSMessageFieldAF::decodeImpl(std::string const& data, unsigned char pos) {
+    return store(readField(data, pos, bits(), kAfterFormat), _code);
+}
+
+ModeSMessageFieldAP::ModeSMessageFieldAP() : ModeSMessageField(AP) {}
+unsigned char ModeSMessageFieldAP::bits() const { return 24; }
+std::string ModeSMessageFieldAP::description() const { return addressParityHexString(); }
+bool ModeSMessageFieldAP::decodeImpl(std::string const& data, unsigned char pos) {
+    return store(readField(data, pos, bits(), kParityPositions), _addressParity);
+}
+std::string ModeSMessageFieldAP::addressParityHexString() const { return hexOfNumber(_addressParity); }
+unsigned int ModeSMessageFieldAP::setParity(unsigned int parity) {
+    _parity = parity;
+    _icaoAddress = parity ^ _addressParity;
+    return _icaoAddress;
+}
+
+ModeSMessageFieldCA::ModeSMessageFieldCA() : ModeSMessageField(CA) {}
+unsigned char ModeSMessageFieldCA::bits() const { return 3; }
+std::string ModeSMessageFieldCA::description() const { return std::to_string(_capability); }
+bool ModeSMessageFieldCA::decodeImpl(std::string const& data, unsigned char pos) {
+    return store(readField(data, pos, bits(), kAfterFormat), _capability);
+}
+
+ModeSMessageFieldCF::ModeSMessageFieldCF() : ModeSMessageField(CF) {}
+unsigned char ModeSMessageFieldCF::bits() const { return 3; }
+std::string ModeSMessageFieldCF::description() const { return std::to_string(_code); }
+bool ModeSMessageFieldCF::decodeImpl(std::string const& data, unsigned char pos) {
+    return store(readField(data, pos, bits(), kAfterFormat), _code);
+}
+
+ModeSMessageFieldFS::ModeSMessageFieldFS() : ModeSMessageField(FS) {}
+unsigned char ModeSMessageFieldFS::bits() const { return 3; }
+std::string ModeSMessageFieldFS::description() const { return kFlightStatusNames[_flightStatus]; }
+bool ModeSMessageFieldFS::decodeImpl(std::string const& data, unsigned char pos) {
+    return store(readField(data, pos, bits(), kAfterFormat), _flightStatus);
+}
+
+ModeSMessageFieldID::ModeSMessageFieldID() : ModeSMessageField(ID) {}
+unsigned char ModeSMessageFieldID::bits() const { return 13; }
+std::string ModeSMessageFieldID::description() const { return formatted("%.4o", _identity); }
+bool ModeSMessageFieldID::decodeImpl(std::string const& data, unsigned char pos) {
+    if (!readField(data, pos, bits(), kCodePosition)) return false;
+    _identity = collect(data, kIdentityBits);
+    return true;
+}
+
+ModeSMessageFieldMB::ModeSMessageFieldMB() : ModeSMessageField(MB) {}
+unsigned char ModeSMessageFieldMB::bits() const { return 56; }
+std::string ModeSMessageFieldMB::description() const { return dataHexString(); }
+bool ModeSMessageFieldMB::decodeImpl(std::string const& data, unsigned char pos) {
+    return storeMessage(data, pos, _data);
+}
+std::string ModeSMessageFieldMB::dataHexString() const { return hexOfBytes(_data); }
+
+ModeSMessageFieldME::ModeSMessageFieldME() : ModeSMessageField(ME) {}
+unsigned char ModeSMessageFieldME::bits() const { return 56; }
+std::string ModeSMessageFieldME::description() const { return dataHexString(); }
+bool ModeSMessageFieldME::decodeImpl(std::string const& data, unsigned char pos) {
+    return storeMessage(data, pos, _data);
+}
+std::string ModeSMessageFieldME::dataHexString() const { return hexOfBytes(_data); }
+
+ModeSMessageFieldMV::ModeSMessageFieldMV() : ModeSMessageField(MV) {}
+unsigned char ModeSMessageFieldMV::bits() const { return 56; }
+std::string ModeSMessageFieldMV::description() const { return dataHexString(); }
+bool ModeSMessageFieldMV::decodeImpl(std::string const& data, unsigned char pos) {
+    return storeMessage(data, pos, _data);
+}
+std::string ModeSMessageFieldMV::dataHexString() const { return hexOfBytes(_data); }
+
+ModeSMessageFieldPI::ModeSMessageFieldPI() : ModeSMessageField(PI) {}
+unsigned char ModeSMessageFieldPI::bits() const { return 24; }
+std::string ModeSMessageFieldPI::description() const { return parityInterrogatorIdHexString(); }
+bool ModeSMessageFieldPI::decodeImpl(std::string const& data, unsigned char pos) {
+    return store(readField(data, pos, bits(), kParityPositions), _parityInterrogatorId);
+}
+std::string ModeSMessageFieldPI::parityInterrogatorIdHexString() const {
+    return hexOfNumber(_parityInterrogatorId);
+}
+bool ModeSMessageFieldPI::interrogatorIdValid() const { return _interrogatorId < 80; }
+void ModeSMessageFieldPI::setParity(unsigned int parity) {
+    _parity = parity;
+    _interrogatorId = parity ^ _parityInterrogatorId;
+}
+unsigned int ModeSMessageFieldPI::setInterrogatorId(unsigned int interrogatorId) {
+    _interrogatorId = interrogatorId;
+    _parity = interrogatorId ^ _parityInterrogatorId;
+    return _parity;
+}
+
+ModeSMessageFieldVS::ModeSMessageFieldVS() : ModeSMessageField(VS) {}
+unsigned char ModeSMessageFieldVS::bits() const { return 1; }
+std::string ModeSMessageFieldVS::description() const { return kVerticalStatusNames[_verticalStatus]; }
+bool ModeSMessageFieldVS::decodeImpl(std::string const& data, unsigned char pos) {
+    return store(readField(data, pos, bits(), kAfterFormat), _verticalStatus);
+}
+
+} // namespace quorvel::modes
