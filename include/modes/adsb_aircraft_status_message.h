@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <modes/adsb_message.h>
+
+namespace quorvel::modes {
+
+/// Aircraft status, type code 28 (RTCA DO-260B, 2.2.3.2.7.8). Valid for the subtypes 0 to 2.
+class TREVALLO_EXPORT ADSBAircraftStatusMessage : public ADSBMessage {
+public:
+    enum class Subtype : std::uint32_t { NO_INFO = 0, EMERGENCY, TCAS_RA, UNKNOWN };
+    enum class EmergencyState : std::uint32_t {
+        NO_EMG = 0,
+        EMERGENCY,
+        MEDICAL,
+        MIN_FUEL,
+        NO_COMM,
+        HIJACK,
+        AC_DOWNED,
+        UNDEFINED,
+    };
+
+    ADSBAircraftStatusMessage();
+    std::string description() const override;
+    bool decodeImpl() override;
+
+    Subtype subtype() const { return _subtype; } ///< `UNKNOWN` before the first decode
+    EmergencyState emergencyState() const {
+        return _emergencyState;
+    } ///< reported by the subtype `EMERGENCY` only
+
+private:
+    Subtype _subtype = Subtype::UNKNOWN;
+    EmergencyState _emergencyState = EmergencyState::NO_EMG;
+};
+
+/// As transmitters of versions 0 and 1 send it.
+class TREVALLO_EXPORT ADSBAircraftStatusMessageV0 : public ADSBAircraftStatusMessage {};
+
+/// As a version 2 transmitter sends it. A TCAS RA broadcast is logged and invalid.
+class TREVALLO_EXPORT ADSBAircraftStatusMessageV2 : public ADSBAircraftStatusMessage {
+public:
+    std::string description() const override;
+    bool decodeImpl() override;
+
+    /// Mode A code, 12 bits; made of the first two payload bytes (deliberate). 0 unless the subtype is
+    /// `EMERGENCY`.
+    unsigned int modeACode() const { return _modeACode; }
+    std::string modeAOctString() const; ///< four octal digits
+
+private:
+    unsigned int _modeACode = 0;
+};
+
+} // namespace quorvel::modes
