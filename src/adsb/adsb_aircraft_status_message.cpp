@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#include <modes/adsb_aircraft_status_message.h>
+
+#include <modes/log.h>
+
+#include "adsb/payload_fields.h"
+#include "core/text.h"
+
+namespace quorvel::modes {
+
+namespace {
+
+std::string const kModule = "ADSBAcStatMsg";
+
+constexpr PayloadField kSubtype{ADSBMessageField::ACSTYPE, 5, 3};
+constexpr PayloadField kEmergencyState{ADSBMessageField::EMGSTATE, 8, 3};
+constexpr PayloadField kModeA{ADSBMessageField::MODEA, 11, 13};
+
+NameTable const kSubtypeNames{{"NO_INFO", "EMERGENCY", "TCAS_RA"}, "--"};
+NameTable const kEmergencyStateNames{
+    {"NO_EMG", "EMERGENCY", "MEDICAL", "MIN_FUEL", "NO_COMM", "HIJACK", "AC_DOWNED", "UNDEFINED"}, "--"};
+
+// Deliberate and visible to hosts: the code is made of the first two payload bytes, not of the field's own
+// bits.
+unsigned int modeAFromFirstBytes(ADSBMessage const& message) {
+    constexpr PayloadField kHighBits{ADSBMessageField::MODEA, 12, 4};
+    constexpr PayloadField kLowBits{ADSBMessageField::MODEA, 0, 8};
+    return peekField(message, kHighBits) << 8 | peekField(message, kLowBits);
+}
+
+} // namespace
+
+ADSBAircraftStatusMessage::ADSBAircraftStatusMessage() : ADSBMessage(AC_STATUS) {}
+
+std::string ADSBAircraftStatusMessage::description() const {
+    std::string text = "TC=AC_STATUS";
+    if (_subtype == Subtype::EMERGENCY) {
+        text += ", ST=EMG, EMG=" + std::to_string(static_cast<unsigned int>(_emergencyState));
+    }
+    return text;
+}
+
+bool ADSBAircraftStatusMessage::decodeImpl() {
+    if (!hasPayload(*this)) return false;
+
+    auto const subtype = peekField(*this, kSubtype);
+    if (subtype >= static_cast<unsigned int>(Subtype::UNKNOWN)) {
+        Log::log(Log::Error, kModule, "Unknown Subtype=%u.", subtype);
+        _subtype = Subtype::UNKNOWN;
+        return false;
+    }
+    _subtype = static_cast<Subtype>(subtype);
+    listField(*this, kSubtype, kSubtypeNames[subtype]);
+
+    if (_subtype == Subtype::EMERGENCY) {
+        _emergencyState = static_cast<EmergencyState>(peekField(*this, kEmergencyState));
+    } else {
+        Log::log(Log::Error, kModule, "Unsupported subtype %u detected.", subtype);
+    }
+    listField(*this, kEmergencyState, kEmergencyStateNames[static_cast<std::size_t>(_emergencyState)]);
+    return true;
+}
+
+std::string ADSBAircraftStatusMessageV2::description() const {
+    return ADSBAircraftStatusMessage::description() + ", MA=" + modeAOctString();
+}
+
+bool ADSBAircraftStatusMessageV2::decodeImpl() {
+    if (!ADSBAircraftStatusMessage::decodeImpl()) return false;
+    if (subtype() == Subtype::TCAS_RA) {
+        Log::log(Log::Warning, kModule, std::string("Unsupported TCAS RA message detected."));
+        return false;
+    }
+    if (subtype() == Subtype::EMERGENCY) {
+        _modeACode = modeAFromFirstBytes(*this);
+        listField(*this, kModeA, modeAOctString());
+    }
+    return true;
+}
+
+std::string ADSBAircraftStatusMessageV2::modeAOctString() const { return formatted("%.4o", _modeACode); }
+
+} // namespace quorvel::modes

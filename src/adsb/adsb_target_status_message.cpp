@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include <modes/adsb_target_status_message.h>
+
+#include <modes/log.h>
+
+#include "adsb/payload_fields.h"
+
+namespace quorvel::modes {
+
+namespace {
+
+std::string const kModule = "ADSBTgStatMsg";
+
+constexpr PayloadField kSubtype{ADSBMessageField::TGSTYPE, 5, 2};
+constexpr PayloadField kSilSupplement{ADSBMessageField::SILSUPP, 7, 1};
+constexpr PayloadField kNacp{ADSBMessageField::NACP, 39, 4};
+constexpr PayloadField kNicBaro{ADSBMessageField::NICBARO, 43, 1};
+constexpr PayloadField kSil{ADSBMessageField::SIL, 44, 2};
+
+} // namespace
+
+ADSBTargetStatusMessage::ADSBTargetStatusMessage() : ADSBMessage(TG_STATUS) {}
+
+std::string ADSBTargetStatusMessage::description() const {
+    return "TC=TG_STATUS, ST=" + std::to_string(_subtype) + ", NACp=" + std::to_string(_nacp) +
+           ", NICbaro=" + std::to_string(_nicBaro) + ", SIL=" + std::to_string(_sil);
+}
+
+bool ADSBTargetStatusMessage::decodeImpl() {
+    if (!hasPayload(*this)) return false;
+    _subtype = peekField<std::uint8_t>(*this, kSubtype);
+    if (_subtype > 1) {
+        Log::log(Log::Error, kModule, "Unknown Subtype=%u.", _subtype);
+        return false;
+    }
+    listField(*this, kSubtype, std::to_string(_subtype));
+    _nacp = readNumber<std::uint8_t>(*this, kNacp);
+    _nicBaro = readNumber<std::uint8_t>(*this, kNicBaro);
+    _sil = readNumber<std::uint8_t>(*this, kSil);
+    return true;
+}
+
+std::string ADSBTargetStatusMessageV2::description() const {
+    return ADSBTargetStatusMessage::description() + ", SILsupp=" + (_silSupp ? "1" : "0");
+}
+
+bool ADSBTargetStatusMessageV2::decodeImpl() {
+    if (!ADSBTargetStatusMessage::decodeImpl() || subtype() != 1) return false;
+    _silSupp = readFlag(*this, kSilSupplement);
+    return true;
+}
+
+} // namespace quorvel::modes
