@@ -59,9 +59,7 @@ public:
     explicit Document(char const* title);
 
     Document(Document const& other);
-    Document(Document&& other);
     Document& operator=(Document const& other);
-    Document& operator=(Document&& other);
     ~Document() = default;
 
     /// The whole page, beginning with the document type.
@@ -70,6 +68,9 @@ public:
     Element root;
     Element& head; ///< the root's first child
     Element& body; ///< the root's second child
+
+private:
+    explicit Document(Element&& tree);
 };
 
 } // namespace html
