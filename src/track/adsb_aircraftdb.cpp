@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include <modes/adsb_aircraftdb.h>
+
+#include <modes/adsb_target.h>
+#include <modes/log.h>
+
+#include "core/text.h"
+
+#include <rapidcsv.h>
+
+#include <algorithm>
+#include <cctype>
+#include <stdexcept>
+#include <vector>
+
+namespace quorvel::modes {
+
+namespace {
+
+std::string const kModule = "AircraftDB";
+
+std::string const colIcaoAddr = "icao_addr";
+std::string const colMOPSVersion = "mops_version";
+std::string const colAirline = "airline";
+
+constexpr std::size_t kDesignatorSize = 3;
+
+// One header row, no row labels; cells are quoted where they must be and otherwise taken as they are; lines
+// end with a bare line feed, and every line is a row.
+rapidcsv::Document openDocument(std::string const& path) {
+    return rapidcsv::Document(path, rapidcsv::LabelParams(0, -1),
+                              rapidcsv::SeparatorParams(',', false, false, false, true),
+                              rapidcsv::ConverterParams(), rapidcsv::LineReaderParams(false, '#', false));
+}
+
+struct Row {
+    unsigned int address = 0;
+    MOPSVersion version = MOPS_UNKNOWN;
+    std::string airline;
+};
+
+Row readRow(rapidcsv::Document const& document, std::size_t index) {
+    Row row;
+    row.address =
+        static_cast<unsigned int>(std::stoi(document.GetCell<std::string>(colIcaoAddr, index), nullptr, 16));
+    row.version = document.GetCell<MOPSVersion>(colMOPSVersion, index, ConvMOPSVersion);
+    row.airline = document.GetCell<std::string>(colAirline, index);
+    return row;
+}
+
+// The row, if it can be read and names an aircraft and its version; what is wrong with it otherwise goes to
+// the log.
+bool readUsableRow(rapidcsv::Document const& document, std::size_t index, Row& row) {
+    auto const number = static_cast<unsigned int>(index + 1);
+    try {
+        row = readRow(document, index);
+    } catch (std::out_of_range const& exception) {
+        Log::log(Log::Warning, kModule, "Execpeption as row %u: %s.", number, exception.what());
+        return false;
+    } catch (std::exception const&) {
+        Log::log(Log::Warning, kModule, "Execpeption as row %u.", number);
+        return false;
+    }
+    if (row.address == 0) {
+        Log::log(Log::Warning, kModule, "Read invalid ICAO address at row %u, skip.", number);
+        return false;
+    }
+    if (row.version == MOPS_UNKNOWN) {
+        Log::log(Log::Warning, kModule, "Read unsupported MOPS version at row %u, skip.", number);
+        return false;
+    }
+    return true;
+}
+
+// Whether the aircraft can be written; what is wrong with it otherwise goes to the log.
+bool isWritable(std::shared_ptr<Aircraft> const& aircraft) {
+    if (!aircraft) {
+        Log::log(Log::Warning, kModule, std::string("Found null aircraft, skip."));
+        return false;
+    }
+    if (aircraft->mopsVersion() >= MOPS_UNKNOWN) {
+        Log::log(Log::Warning, kModule, std::string("Found unsupported MOPS version, skip."));
+        return false;
+    }
+    return true;
+}
+
+// A designator is three letters with something, the flight number, after them.
+bool beginsWithDesignator(std::string const& callsign) {
+    return callsign.size() > kDesignatorSize &&
+           std::all_of(callsign.begin(), callsign.begin() + kDesignatorSize,
+                       [](char letter) { return std::isupper(static_cast<unsigned char>(letter)) != 0; });
+}
+
+} // namespace
+
+Aircraft::Aircraft(unsigned int const& icaoAddr) : _icaoAddr(icaoAddr) {}
+
+std::string Aircraft::icaoAddrString() const { return formatted("%6.6X", _icaoAddr); }
+
+std::shared_ptr<Aircraft> AircraftDB::findAircraft(unsigned int const& icao) const {
+    auto const found = _aircraft.find(icao);
+    return found == _aircraft.end() ? nullptr : found->second;
+}
+
+std::shared_ptr<Aircraft> AircraftDB::createAircraft(unsigned int const& icao) {
+    auto& aircraft = _aircraft[icao];
+    if (!aircraft) aircraft = std::make_shared<Aircraft>(icao);
+    return aircraft;
+}
+
+void AircraftDB::updateAircraft(std::shared_ptr<Aircraft> const& aircraft) {
+    if (aircraft) _aircraft[aircraft->icaoAddr()] = aircraft;
+}
+
+void AircraftDB::updateAircraft(std::shared_ptr<ADSBTarget const> const& target) {
+    if (!target || !target->icaoAddrValid() || target->mopsVersionAssumed()) return;
+    auto const aircraft = createAircraft(target->icaoAddr());
+    aircraft->setMopsVersion(target->mopsVersion());
+    auto const callsign = target->callsign();
+    if (beginsWithDesignator(callsign)) aircraft->setAirline(callsign.substr(0, kDesignatorSize));
+}
+
+bool AircraftDB::load(std::string const& fileName) {
+    if (fileName.empty()) return false;
+    _fileName = fileName;
+    auto const document = openDocument(fileName);
+    // a file without even a header has a row less than none
+    auto const rows = static_cast<std::size_t>(std::max(0LL, static_cast<long long>(document.GetRowCount())));
+    Log::log(Log::Debug, kModule, "Loading %u rows from file: %s", static_cast<unsigned int>(rows),
+             fileName.c_str());
+    for (std::size_t index = 0; index < rows; ++index) {
+        Row row;
+        if (!readUsableRow(document, index, row)) continue;
+        auto const aircraft = createAircraft(row.address);
+        aircraft->setMopsVersion(row.version);
+        aircraft->setAirline(row.airline);
+    }
+    return true;
+}
+
+bool AircraftDB::save(std::string const& fileName) {
+    if (fileName.empty()) return false;
+    _fileName = fileName;
+    Log::log(Log::Debug, kModule, "Saving to file: %s", fileName.c_str());
+
+    auto document = openDocument("");
+    document.SetColumnName(0, colIcaoAddr);
+    document.SetColumnName(1, colMOPSVersion);
+    document.SetColumnName(2, colAirline);
+    std::size_t rows = 0;
+    for (auto const& [address, aircraft] : _aircraft) {
+        if (!isWritable(aircraft)) continue;
+        document.InsertRow<std::string>(
+            rows++,
+            {formatted("%6.6X", address), std::to_string(aircraft->mopsVersion()), aircraft->airline()});
+    }
+    document.Save(fileName);
+    Log::log(Log::Debug, kModule, "Saved %u rows to file: %s", static_cast<unsigned int>(rows),
+             fileName.c_str());
+    return true;
+}
+
+bool AircraftDB::save() {
+    auto const fileName = _fileName; // save stores the name
+    return save(fileName);
+}
+
+} // namespace quorvel::modes
