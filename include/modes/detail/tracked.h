@@ -35,6 +35,16 @@ template <class T> struct Tracked {
         lastUpdate = time;
     }
 
+    /// As above, but only a different value is a change: a first report that repeats the initial value is
+    /// none.
+    void reportDifferent(T const& reported, unsigned long long time) {
+        if (reported != value) {
+            value = reported;
+            lastChange = time;
+        }
+        lastUpdate = time;
+    }
+
     /// Back to "not reported": the change rule with an empty value at time 0. An item that already held the
     /// empty value and had been reported keeps its change time; hosts see that (deliberate).
     void reset() { report(T{}, 0); }
