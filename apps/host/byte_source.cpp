@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#include "host/byte_source.h"
+
+#include "host/host_error.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+#include <unistd.h>
+
+namespace quorvel::host {
+
+namespace {
+
+constexpr std::size_t kPieceBytes = 64 * 1024;
+
+} // namespace
+
+void ByteSource::Close::operator()(std::FILE* file) const {
+    if (file != stdin) std::fclose(file);
+}
+
+ByteSource::ByteSource(std::string const& name)
+    : _name(name == "-" ? "standard input" : name)
+    , _file(name == "-" ? stdin : std::fopen(name.c_str(), "rb")) {
+    if (!_file) throw systemError("read", _name);
+    std::error_code error;
+    if (name != "-" && std::filesystem::is_regular_file(name, error))
+        _size = std::filesystem::file_size(name, error);
+}
+
+bool ByteSource::read(std::string& bytes) {
+    bytes.resize(kPieceBytes);
+    ssize_t count = 0;
+    do { // what a pipe has is handed on at once, not when a whole piece has come together
+        count = ::read(::fileno(_file.get()), bytes.data(), bytes.size());
+    } while (count < 0 && errno == EINTR);
+    if (count < 0) throw systemError("read", _name);
+    bytes.resize(static_cast<std::size_t>(count));
+    return count > 0;
+}
+
+} // namespace quorvel::host

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "host/framer.h"
+
+#include "host/host_error.h"
+#include "host/stream_format.h"
+
+#include <iterator>
+#include <utility>
+
+namespace quorvel::host {
+
+namespace {
+
+using modes::ModeSEncapsulation;
+
+constexpr std::size_t kLongestLine = 4096; // an AVR frame has 42 characters
+constexpr std::size_t kShortFrameBytes = 7;
+constexpr std::size_t kLongFrameBytes = 14;
+
+void append(ModeSEncapsulation::Records& records, ModeSEncapsulation::Records&& more) {
+    records.insert(records.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+}
+
+// Downlink formats from 16 up have their first bit set and are long.
+std::size_t rawFrameBytes(char firstByte) {
+    return (static_cast<unsigned char>(firstByte) & 0x80) != 0 ? kLongFrameBytes : kShortFrameBytes;
+}
+
+// Network streams end their lines with a carriage return and a line feed, the extractor knows the line feed
+// only.
+std::string withoutCarriageReturns(std::string_view lines) {
+    std::string text;
+    text.reserve(lines.size());
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        bool const endsLine = i + 1 == lines.size() || lines[i + 1] == '\n';
+        if (lines[i] != '\r' || !endsLine) text += lines[i];
+    }
+    return text;
+}
+
+} // namespace
+
+Framer::Framer(std::optional<Format> format, BeastEscapes escapes) : _format(format), _escapes(escapes) {}
+
+Framer::Records Framer::feed(std::string_view bytes) {
+    _waiting += bytes;
+    if (!_settled) {
+        bool const needsSample =
+            !_format || (*_format == ModeSEncapsulation::Beast && _escapes == BeastEscapes::Find);
+        if (needsSample && _waiting.size() < kSampleBytes) return {};
+        settle();
+    }
+    return cut();
+}
+
+Framer::Records Framer::finish() {
+    if (_waiting.empty()) return {};
+    settle();
+    auto records = cut();
+    if (_format == ModeSEncapsulation::Avr && !_skippingLine) append(records, cutLines(_waiting.size()));
+    if (_format == ModeSEncapsulation::RawBin) append(records, ModeSEncapsulation::extractRawBin(_waiting));
+    _waiting.clear();
+    return records;
+}
+
+void Framer::settle() {
+    if (_settled) return;
+    if (!_format) _format = findFormat(_waiting);
+    if (!_format) {
+        throw HostError(
+            "this is neither AVR text nor a Beast stream; raw binary must be named with --format bin");
+    }
+    if (_escapes == BeastEscapes::Find) {
+        _escapes = looksDoubled(_waiting) ? BeastEscapes::Doubled : BeastEscapes::Plain;
+    }
+    _settled = true;
+}
+
+Framer::Records Framer::cut() {
+    switch (*_format) {
+    case ModeSEncapsulation::Avr: {
+        auto const lastLineFeed = _waiting.rfind('\n');
+        if (lastLineFeed != std::string::npos) return cutLines(lastLineFeed + 1);
+        if (_skippingLine || _waiting.size() > kLongestLine) {
+            _skippingLine = true;
+            _droppedBytes += _waiting.size();
+            _waiting.clear();
+        }
+        return {};
+    }
+    case ModeSEncapsulation::Beast:
+        if (_escapes == BeastEscapes::Doubled) {
+            _undoubler.undouble(_waiting, _plain);
+        } else {
+            _plain += _waiting;
+        }
+        _waiting.clear();
+        return ModeSEncapsulation::extract(_plain, ModeSEncapsulation::Beast);
+    case ModeSEncapsulation::RawBin: return cutRawFrames();
+    default: throw HostError("this format cannot be read");
+    }
+}
+
+// Hands over the lines up to `end`, less the rest of one that was too long.
+Framer::Records Framer::cutLines(std::size_t end) {
+    std::string_view lines(_waiting.data(), end);
+    if (_skippingLine) {
+        auto const rest = lines.find('\n') + 1;
+        _droppedBytes += rest;
+        lines.remove_prefix(rest);
+        _skippingLine = false;
+    }
+    auto buffer = withoutCarriageReturns(lines);
+    _waiting.erase(0, end);
+    return ModeSEncapsulation::extract(buffer, ModeSEncapsulation::Avr);
+}
+
+Framer::Records Framer::cutRawFrames() {
+    Records records;
+    std::size_t at = 0;
+    while (at < _waiting.size() && at + rawFrameBytes(_waiting[at]) <= _waiting.size()) {
+        auto frame = _waiting.substr(at, rawFrameBytes(_waiting[at]));
+        at += frame.size();
+        append(records, ModeSEncapsulation::extract(frame, ModeSEncapsulation::RawBin));
+    }
+    _waiting.erase(0, at);
+    return records;
+}
+
+} // namespace quorvel::host

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace quorvel::host {
+
+/// Something that the user must hear of: one line that says what went wrong and with what.
+class HostError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// "cannot WHAT NAME: reason", with the reason of `errno`.
+HostError systemError(std::string const& what, std::string const& name);
+
+} // namespace quorvel::host

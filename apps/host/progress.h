@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace quorvel::host {
+
+/// Shows on standard error how far a file has been read, twice a second. Says nothing when standard error is
+/// no terminal or the input is no ordinary file.
+class Progress {
+public:
+    Progress(std::string const& name, std::optional<std::uint64_t> size);
+    ~Progress();
+    Progress(Progress const&) = delete;
+    Progress& operator=(Progress const&) = delete;
+
+    void advance(std::uint64_t bytes, std::uint64_t frames);
+
+private:
+    std::string _name;
+    std::uint64_t _size;
+    bool _shows;
+    std::uint64_t _done = 0;
+    bool _hasLine = false;
+    std::chrono::steady_clock::time_point _lastShown;
+};
+
+} // namespace quorvel::host

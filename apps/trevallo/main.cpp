@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#include <modes/trevallo.h>
+
+#include "host/host_error.h"
+#include "trevallo/simulate_command.h"
+#include "trevallo/track_command.h"
+
+#include <CLI/CLI.hpp>
+
+#include <exception>
+#include <iostream>
+
+namespace {
+
+constexpr int kFailure = 1;
+constexpr int kUsage = 2;
+
+std::string versionText() {
+    quorvel::modes::Trevallo trevallo;
+    return "trevallo " + trevallo.version() + " (" + trevallo.build() + ")\n" + trevallo.about() + "\n" +
+           trevallo.contact();
+}
+
+int run(int argc, char** argv) {
+    CLI::App app("Decodes and tracks the replies of aircraft transponders on 1090 MHz.", "trevallo");
+    app.set_version_flag("--version", versionText());
+    app.require_subcommand(1);
+    quorvel::host::addTrackCommand(app);
+    quorvel::host::addSimulateCommand(app);
+    try {
+        app.parse(argc, argv);
+    } catch (CLI::CallForHelp const& help) {
+        return app.exit(help);
+    } catch (CLI::CallForVersion const& version) {
+        return app.exit(version);
+    } catch (CLI::ParseError const& error) {
+        std::cerr << "trevallo: " << error.what() << " (see trevallo --help)\n";
+        return kUsage;
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run(argc, argv);
+    } catch (std::exception const& error) {
+        std::cerr << "trevallo: " << error.what() << "\n";
+        return kFailure;
+    }
+}

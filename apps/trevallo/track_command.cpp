@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+#include "trevallo/track_command.h"
+
+#include "host/byte_source.h"
+#include "host/framer.h"
+#include "host/host_error.h"
+#include "host/progress.h"
+#include "host/stderr_log.h"
+#include "host/target_pages.h"
+#include "host/target_table.h"
+#include "host/track_session.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cmath>
+#include <iostream>
+#include <map>
+#include <memory>
+
+namespace quorvel::host {
+
+namespace {
+
+using modes::Log;
+using modes::ModeSEncapsulation;
+
+struct Settings {
+    std::vector<std::string> files;
+    ModeSEncapsulation::Format format = ModeSEncapsulation::Unknown;
+    BeastEscapes escapes = BeastEscapes::Find;
+    bool altitudeCheck = false;
+    double timeoutSeconds = 0.0;
+    std::string htmlFolder;
+    std::string database;
+    Log::Level logLevel = Log::Warning;
+};
+
+std::map<std::string, ModeSEncapsulation::Format> const kFormats{{"auto", ModeSEncapsulation::Unknown},
+                                                                 {"avr", ModeSEncapsulation::Avr},
+                                                                 {"beast", ModeSEncapsulation::Beast},
+                                                                 {"bin", ModeSEncapsulation::RawBin}};
+std::map<std::string, BeastEscapes> const kEscapes{
+    {"auto", BeastEscapes::Find}, {"yes", BeastEscapes::Doubled}, {"no", BeastEscapes::Plain}};
+std::map<std::string, Log::Level> const kLevels{
+    {"debug", Log::Debug}, {"info", Log::Info}, {"warning", Log::Warning}, {"error", Log::Error}};
+
+void readFile(std::string const& name, Settings const& settings, TrackSession& session) {
+    ByteSource source(name);
+    Progress progress(source.name(), source.size());
+    Framer framer(settings.format == ModeSEncapsulation::Unknown ? std::nullopt
+                                                                 : std::optional(settings.format),
+                  settings.escapes);
+    try {
+        for (std::string bytes; source.read(bytes);) {
+            session.take(framer.feed(bytes));
+            progress.advance(bytes.size(), session.frames());
+        }
+        session.take(framer.finish());
+    } catch (HostError const& error) {
+        if (framer.format()) throw;
+        throw HostError("cannot tell the format of " + source.name() + ": " + error.what());
+    }
+}
+
+std::string summary(TrackSession const& session, std::size_t targets) {
+    auto text = std::to_string(session.frames()) + " frames, " + std::to_string(session.messages()) +
+                " decoded, " + std::to_string(session.tracked()) + " tracked, " + std::to_string(targets) +
+                " aircraft";
+    if (session.modeACFrames() > 0)
+        text += ", " + std::to_string(session.modeACFrames()) + " Mode A/C replies";
+    return text + "\n";
+}
+
+void track(Settings const& settings) {
+    StderrLog const log(settings.logLevel);
+    TrackOptions options;
+    options.altitudeCheck = settings.altitudeCheck;
+    if (settings.timeoutSeconds > 0) {
+        options.timeoutMilliseconds =
+            static_cast<unsigned long long>(std::llround(settings.timeoutSeconds * 1000));
+    }
+    options.database = settings.database;
+
+    TrackSession session(options);
+    for (auto const& file : settings.files) readFile(file, settings, session);
+
+    auto const targets = session.tracker().allTargets();
+    std::cout << tableText(makeTable(targets, session.now())) << "\n"
+              << summary(session, targets.size()) << std::flush;
+    bool const written = std::cout.good();
+    if (!settings.htmlFolder.empty()) writePages(settings.htmlFolder, targets, session.now());
+    session.finish();
+    if (!written) throw HostError("cannot write the table to standard output");
+}
+
+} // namespace
+
+void addTrackCommand(CLI::App& app) {
+    auto settings = std::make_shared<Settings>();
+    auto* command = app.add_subcommand("track", "Track the aircraft of recordings and print them as a table");
+    command->add_option("FILE", settings->files, "Recordings, read one after the other; - is standard input")
+        ->required();
+    command
+        ->add_option(
+            "--format", settings->format,
+            "Encoding of the recordings: auto (found out from the first bytes), avr, beast, or bin for raw "
+            "binary frames, which have no marks to be found by")
+        ->transform(CLI::CheckedTransformer(kFormats).description(""))
+        ->type_name("auto|avr|beast|bin");
+    command
+        ->add_option("--beast-escapes", settings->escapes,
+                     "Whether 0x1A inside Beast frames is doubled, as receivers send it: auto finds out")
+        ->transform(CLI::CheckedTransformer(kEscapes).description(""))
+        ->type_name("auto|yes|no");
+    command->add_flag("--altitude-check", settings->altitudeCheck,
+                      "Ignore altitudes that jump by more than 150 ft within 4 s");
+    command
+        ->add_option("--timeout", settings->timeoutSeconds,
+                     "Drop aircraft not heard for so long, by the time stamps of the stream; 0, the default, "
+                     "keeps all")
+        ->check(CLI::Range(0.0, 1e9).description(""))
+        ->type_name("SECONDS");
+    command->add_option("--html", settings->htmlFolder, "Write a report page for each aircraft and an index")
+        ->type_name("DIR");
+    command
+        ->add_option("--db", settings->database,
+                     "Aircraft database (CSV): what is known of aircraft from earlier runs; saved at the end")
+        ->type_name("FILE");
+    command->add_option("--log", settings->logLevel, "Lowest level of the log lines shown on standard error")
+        ->transform(CLI::CheckedTransformer(kLevels).description(""))
+        ->type_name("debug|info|warning|error");
+    command->footer("Examples:\n"
+                    "  trevallo track recording.beast\n"
+                    "  trevallo track --html pages --db aircraft.csv monday.avr tuesday.avr\n"
+                    "  nc receiver.local 30005 | trevallo track --timeout 60 -");
+    command->callback([settings] { track(*settings); });
+}
+
+} // namespace quorvel::host
