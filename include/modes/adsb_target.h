@@ -164,7 +164,7 @@ public:
     /// compared as a signed number). Source: operational status messages.
     bool nicSupplementA() const { return _nicSupplementA.value; }
     bool nicSupplementAValid() const {
-        return _nicSupplementA.lastUpdate != 0 && static_cast<int>(_mopsVersion.value) > MOPS_V0;
+        return _nicSupplementA.lastUpdate != 0 && static_cast<int>(_mopsVersion.value) > 0;
     }
     unsigned long long nicSuppALastUpdate() const { return _nicSupplementA.lastUpdate; }
 

@@ -31,7 +31,7 @@ class TrackNumbers;
 ///
 ///     ModeSDecoder decoder;
 ///     ADSBTracker tracker;
-///     for (auto const& frame : ModeSEncapsulation::extract(buffer, ModeSEncapsulation::AVR))
+///     for (auto const& frame : ModeSEncapsulation::extract(buffer, ModeSEncapsulation::Avr))
 ///         tracker.procModeSMsg(decoder.decode(ModeSMessage::DOWNLINK, frame));
 ///     for (auto const& target : tracker.allTargets()) show(*target->report());
 ///     tracker.killTargets(now - 60'000);
@@ -167,13 +167,13 @@ public:
                                   unsigned long long time);
 
 private:
-    MOPSVersion knownVersion(unsigned int icaoAddr) const;
+    MOPSVersion versionFromDatabase(unsigned int icaoAddr) const;
     void confirmVersionFromDatabase(ADSBTarget& target, unsigned long long time) const;
     void inferVersion0(ADSBTarget& target, unsigned long long time) const;
     void procADSBMsg(std::shared_ptr<ADSBTarget> const& target, std::shared_ptr<ADSBMessage> const& message);
     void storeCPRFrame(ADSBTarget& target, ADSBAirbornePositionMessage const& message) const;
     void renumber(ADSBTarget& target, unsigned int trackId);
-    void learnFromKilled(std::shared_ptr<ADSBTarget> const& target);
+    void retire(std::shared_ptr<ADSBTarget> const& target);
 
     unsigned int _version0ConfirmCount = 20; // extended squitters without a status message
     ADSBDecoder _decoder;
