@@ -3,10 +3,10 @@
 
 /// The whole library: stream framing, Mode S and ADS-B decoding, tracking, reports and the aircraft database.
 
-#include <modes/adsb_aircraft_status_message.h>
-#include <modes/adsb_aircraftdb.h>
 #include <modes/adsb_airborne_position_message.h>
 #include <modes/adsb_airborne_velocity_message.h>
+#include <modes/adsb_aircraft_status_message.h>
+#include <modes/adsb_aircraftdb.h>
 #include <modes/adsb_decoder.h>
 #include <modes/adsb_identity_message.h>
 #include <modes/adsb_message.h>

@@ -198,4 +198,30 @@ bool DF19Message::decodeImpl() {
     return decodeExtendedSquitter(*this, layout(*this), kModuleDF19);
 }
 
+// DF20: Comm-B altitude reply
+
+template <class Reply> auto DF20Message::layout(Reply& reply) {
+    return Layout(At{reply._fieldFS, 5}, At{reply._fieldAC, 19}, At{reply._fieldMB, 32},
+                  At{reply._fieldAP, 88});
+}
+
+DF20Message::DF20Message() : DFMessage(DF20) {}
+unsigned char DF20Message::bits() const { return kLongReplyBits; }
+std::vector<ModeSMessageField const*> DF20Message::fields() const { return layout(*this).list(); }
+std::string DF20Message::description() const { return describe(_fieldFS, _fieldAC); }
+bool DF20Message::decodeImpl() { return decodeAddressParity(*this, layout(*this)); }
+
+// DF21: Comm-B identity reply
+
+template <class Reply> auto DF21Message::layout(Reply& reply) {
+    return Layout(At{reply._fieldFS, 5}, At{reply._fieldID, 19}, At{reply._fieldMB, 32},
+                  At{reply._fieldAP, 88});
+}
+
+DF21Message::DF21Message() : DFMessage(DF21) {}
+unsigned char DF21Message::bits() const { return kLongReplyBits; }
+std::vector<ModeSMessageField const*> DF21Message::fields() const { return layout(*this).list(); }
+std::string DF21Message::description() const { return describe(_fieldFS, _fieldID); }
+bool DF21Message::decodeImpl() { return decodeAddressParity(*this, layout(*this)); }
+
 } // namespace quorvel::modes
