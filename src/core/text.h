@@ -10,8 +10,8 @@ namespace quorvel::modes {
 /// printf-style formatting into a string, for short texts: what exceeds 63 characters is cut.
 TREVALLO_PRINTF(1, 2) std::string formatted(char const* format, ...);
 
-/// A number with six decimals, or with up to six significant digits and no trailing zeros ("%f" and "%g"), written
-/// with a point whatever the locale of the host.
+/// A number with six decimals, or with up to six significant digits and no trailing zeros ("%f" and "%g"),
+/// written with a point whatever the locale of the host.
 std::string fixedSix(double number);
 std::string sixSignificant(double number);
 

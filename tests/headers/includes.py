@@ -1,0 +1,42 @@
+# SPDX-License-Identifier: MIT
+"""Includes run one way: core <- modes <- adsb <- track -> report. Apps and examples see public headers only."""
+import pathlib
+import re
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+SEES = {  # folder -> internal folders that its files may include from
+    "include": set(),
+    "src/core": {"core"},
+    "src/modes": {"core", "modes"},
+    "src/report": {"core", "report"},
+    "src/adsb": {"core", "modes", "adsb"},
+    "src/track": {"core", "modes", "adsb", "track", "report"},
+    "apps/host": {"host"},
+    "apps/simulate": {"simulate"},
+    "apps/trevallo": {"host", "simulate", "trevallo"},
+    "examples": set(),
+    "bench": set(),
+}
+LIBRARY_BLIND = {"apps/simulate"}  # the encoder includes no header of the library
+GENERATED = {"build_id.h"}
+
+faults = []
+for folder, allowed in SEES.items():
+    for path in sorted((ROOT / folder).rglob("*")):
+        if path.suffix not in {".h", ".cpp"}:
+            continue
+        name = path.relative_to(ROOT)
+        includes = re.findall(r'^#include ([<"])([^>"]+)[>"]', path.read_text(encoding="utf-8"), re.M)
+        for kind, included in includes:
+            if kind == '"' and included not in GENERATED and included.split("/")[0] not in allowed:
+                faults.append(f'{name} must not include "{included}"')
+            if folder in LIBRARY_BLIND and included.startswith("modes/"):
+                faults.append(f"{name} must not see the library (<{included}>)")
+        own = f"{folder.split('/')[-1]}/{path.stem}.h"
+        public = f"modes/{path.stem}.h"
+        headers = [included for _, included in includes]
+        if path.suffix == ".cpp" and (own in headers or public in headers) and headers[0] not in {own, public}:
+            faults.append(f"{name} must include its own header first")
+
+sys.exit("\n".join(faults) if faults else 0)
