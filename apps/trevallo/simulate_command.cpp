@@ -7,10 +7,11 @@
 
 #include <CLI/CLI.hpp>
 
-#include <cerrno>
+#include <cmath>
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <sstream>
 
 namespace quorvel::host {
 
@@ -64,28 +65,25 @@ private:
 
 // "LAT,LON" in degrees, or an explanation.
 std::string parsePlace(std::string const& text, simulate::Place& place) {
-    char rest = 0;
-    // the text is short and comes from the user's own command line
-    if (std::sscanf(text.c_str(), "%lf,%lf%c", &place.latitude, &place.longitude, &rest) != 2 ||
-        !(place.latitude >= -90 && place.latitude <= 90 && place.longitude >= -180 &&
-          place.longitude <= 180)) {
-        return "a place is LAT,LON in degrees, for example 48.35,11.79";
-    }
-    return {};
+    std::istringstream in(text);
+    char comma = 0;
+    bool const isPlace = in >> place.latitude >> comma >> place.longitude && comma == ',' &&
+                         in.peek() == EOF && std::fabs(place.latitude) <= 90 &&
+                         std::fabs(place.longitude) <= 180;
+    return isPlace ? "" : "a place is LAT,LON in degrees, for example 48.35,11.79";
 }
 
 // "HH:MM:SS", or an explanation.
 std::string parseTime(std::string const& text, std::uint64_t& nanoseconds) {
-    unsigned hour = 0;
-    unsigned minute = 0;
-    unsigned second = 0;
-    char rest = 0;
-    if (std::sscanf(text.c_str(), "%2u:%2u:%2u%c", &hour, &minute, &second, &rest) != 3 || hour > 23 ||
-        minute > 59 || second > 59) {
-        return "a time is HH:MM:SS, for example 12:00:00";
-    }
-    nanoseconds = (std::uint64_t{hour} * 3600 + minute * 60 + second) * 1'000'000'000;
-    return {};
+    std::istringstream in(text);
+    std::uint64_t hour = 0;
+    std::uint64_t minute = 0;
+    std::uint64_t second = 0;
+    char colons[2] = {};
+    bool const isTime = in >> hour >> colons[0] >> minute >> colons[1] >> second && colons[0] == ':' &&
+                        colons[1] == ':' && in.peek() == EOF && hour < 24 && minute < 60 && second < 60;
+    nanoseconds = ((hour * 60 + minute) * 60 + second) * 1'000'000'000;
+    return isTime ? "" : "a time is HH:MM:SS, for example 12:00:00";
 }
 
 std::string checkedPlace(std::string const& text) {
@@ -104,12 +102,12 @@ void writeTruth(std::string const& name, simulate::Traffic const& traffic, doubl
     output.write(
         "second,icao_addr,callsign,squawk,version,on_ground,latitude,longitude,altitude_ft,ground_speed_kt,"
         "track_deg,vertical_rate_fpm\n");
-    for (double second = 0; second <= seconds; ++second) {
+    for (unsigned long long second = 0; static_cast<double>(second) <= seconds; ++second) {
         for (auto const& aircraft : traffic.aircraft()) {
-            auto const state = aircraft.at(second);
+            auto const state = aircraft.at(static_cast<double>(second));
             bool const silent = aircraft.equipment() == simulate::Equipment::None;
             char line[256] = "";
-            std::snprintf(line, sizeof line, "%.0f,%06X,%s,%04o,%s,%d,%.6f,%.6f,%.1f,%.2f,%.3f,%.1f\n",
+            std::snprintf(line, sizeof line, "%llu,%06X,%s,%04o,%s,%d,%.6f,%.6f,%.1f,%.2f,%.3f,%.1f\n",
                           second, aircraft.address(), aircraft.callsign().c_str(), aircraft.squawk(),
                           silent ? "" : std::to_string(static_cast<int>(aircraft.equipment())).c_str(),
                           aircraft.onGround() ? 1 : 0, state.place.latitude, state.place.longitude,

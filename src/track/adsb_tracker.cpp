@@ -28,7 +28,7 @@ void ADSBTracker::setAltituteBaroChecking(bool enable, unsigned int period, unsi
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::createTarget(unsigned int icaoAddr) {
-    if (auto const known = findTarget(icaoAddr)) return known;
+    if (auto known = findTarget(icaoAddr)) return known;
     auto const trackId = getNextTrackId();
     if (trackId == 0) return {};
     auto target = std::make_shared<ADSBTarget>(icaoAddr);
