@@ -63,9 +63,9 @@ inline std::uint32_t identityCode(unsigned squawk) {
     };
     constexpr unsigned A = 3, B = 2, C = 1, D = 0;
     std::uint32_t code = 0;
-    for (auto const bit : {digitBit(C, 1), digitBit(A, 1), digitBit(C, 2), digitBit(A, 2), digitBit(C, 4),
-                           digitBit(A, 4), 0U, digitBit(B, 1), digitBit(D, 1), digitBit(B, 2), digitBit(D, 2),
-                           digitBit(B, 4), digitBit(D, 4)}) {
+    for (auto const bit :
+         {digitBit(C, 1), digitBit(A, 1), digitBit(C, 2), digitBit(A, 2), digitBit(C, 4), digitBit(A, 4), 0U,
+          digitBit(B, 1), digitBit(D, 1), digitBit(B, 2), digitBit(D, 2), digitBit(B, 4), digitBit(D, 4)}) {
         code = code << 1 | bit;
     }
     return code;

@@ -146,9 +146,9 @@ TEST(ADSBTargetQuality, JudgesTheSupplementsByTheVersion) {
     struct {
         MOPSVersion version;
         bool a, bc;
-    } const rows[] = {{MOPS_V0, false, false},     {MOPS_V1, true, false},    {MOPS_V2, true, true},
-                      {MOPS_UNKNOWN, true, true},  {kVersionFour, true, true},
-                      {kNegativeVersion, false, true}};
+    } const rows[] = {{MOPS_V0, false, false},    {MOPS_V1, true, false},
+                      {MOPS_V2, true, true},      {MOPS_UNKNOWN, true, true},
+                      {kVersionFour, true, true}, {kNegativeVersion, false, true}};
     for (auto const& row : rows) {
         ADSBTarget target{1};
         target.setMOPSVersion(row.version, 10);

@@ -23,8 +23,8 @@ constexpr unsigned kAddress = 0x4840D6;
 
 template <class Result> using Reader = Result (ADSBTarget::*)() const;
 
-// The items that keep the time of their last change: how to report the initial value (0) or another one (1, 2),
-// and how to read them.
+// The items that keep the time of their last change: how to report the initial value (0) or another one (1,
+// 2), and how to read them.
 struct ChangeItem {
     char const* name;
     std::function<void(ADSBTarget&, int, Time)> set;
@@ -35,7 +35,8 @@ struct ChangeItem {
 };
 
 template <class Value> auto setter(void (ADSBTarget::*set)(Value, Time)) {
-    return [set](ADSBTarget& target, int value, Time time) { (target.*set)(static_cast<Value>(value), time); };
+    return
+        [set](ADSBTarget& target, int value, Time time) { (target.*set)(static_cast<Value>(value), time); };
 }
 
 void setCallsign(ADSBTarget& target, int value, Time time) {
@@ -50,7 +51,8 @@ std::vector<ChangeItem> changeItems() {
         {"emitter category", setter<unsigned char>(&T::setEmitterCategory), &T::emitterCategoryValid,
          &T::emitterCategoryLastUpdate, &T::emitterCategoryLastChange, true},
         {"squawk", setter(&T::setSquawk), &T::squawkValid, &T::squawkLastUpdate, &T::squawkLastChange, false},
-        {"SPI", setter(&T::setSpi), &T::spiStatusValid, &T::spiStatusLastUpdate, &T::spiStatusLastChange, false},
+        {"SPI", setter(&T::setSpi), &T::spiStatusValid, &T::spiStatusLastUpdate, &T::spiStatusLastChange,
+         false},
         {"alert", setter(&T::setAlert), &T::alertStatusValid, &T::alertStatusLastUpdate,
          &T::alertStatusLastChange, false},
         {"NUCp", setter(&T::setNUCp), &T::nucpValid, &T::nucpLastUpdate, &T::nucpLastChange, false},
@@ -253,8 +255,7 @@ TEST(ADSBTarget, LogsAChangedCallsignOnceThereWasOne) {
     target.setCallsign("KLM1023 ", 200);
     EXPECT_THAT(log.take(), IsEmpty());
     target.setCallsign("KLM1024 ", 300);
-    EXPECT_THAT(log.take(),
-                Holds(Log::Info, "ADSBTarget", "Callsign Change old = KLM1023  new = KLM1024 "));
+    EXPECT_THAT(log.take(), Holds(Log::Info, "ADSBTarget", "Callsign Change old = KLM1023  new = KLM1024 "));
     EXPECT_EQ(target.callsign(), "KLM1024 ");
 }
 
@@ -272,8 +273,7 @@ TEST(ADSBTarget, TakesTheChangeTimeOfACallsignAsGiven) {
     EXPECT_FALSE(target.callsignValid());
     EXPECT_EQ(log.take().size(), 1U);
     target.setCallsign("DLH4YA  ", 400); // never changed: a change again, and logged as one
-    EXPECT_THAT(log.take(),
-                Holds(Log::Info, "ADSBTarget", "Callsign Change old = DLH4YA   new = DLH4YA  "));
+    EXPECT_THAT(log.take(), Holds(Log::Info, "ADSBTarget", "Callsign Change old = DLH4YA   new = DLH4YA  "));
     EXPECT_EQ(target.callsignLastChange(), 400U);
 }
 

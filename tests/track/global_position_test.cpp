@@ -21,8 +21,8 @@ constexpr unsigned kLast = 131071;
 // Difference of two longitudes the short way around.
 double apart(double a, double b) { return std::abs(std::remainder(a - b, 360.0)); }
 
-// Encodes a place as an aircraft does, decodes the pair, and compares: the place within half a unit, or nothing
-// where the two frames use different numbers of zones. Returns whether there was a position.
+// Encodes a place as an aircraft does, decodes the pair, and compares: the place within half a unit, or
+// nothing where the two frames use different numbers of zones. Returns whether there was a position.
 bool roundTrip(double latitude, double longitude, bool evenIsNewer) {
     auto const even = reference::encoded(latitude, longitude, 0);
     auto const odd = reference::encoded(latitude, longitude, 1);
@@ -65,7 +65,8 @@ TEST(GlobalPosition, IsFoundAtRandomPlaces) {
 }
 
 TEST(GlobalPosition, IsFoundAtThePolesTheEquatorAndTheDateLine) {
-    for (double const latitude : {-90.0, -89.99999, -87.1, -60.0, -6.0, 0.0, 6.0, 60.0, 87.1, 89.99999, 90.0}) {
+    for (double const latitude :
+         {-90.0, -89.99999, -87.1, -60.0, -6.0, 0.0, 6.0, 60.0, 87.1, 89.99999, 90.0}) {
         for (double const longitude : {-180.0, -179.99999, -90.0, 0.0, 90.0, 179.99999, 180.0}) {
             EXPECT_TRUE(roundTrip(latitude, longitude, false)) << latitude << " " << longitude;
             EXPECT_TRUE(roundTrip(latitude, longitude, true)) << latitude << " " << longitude;
@@ -126,7 +127,8 @@ TEST(GlobalPosition, WrapsLongitudesAbove180) {
     // At the equator 59 even zones; coordinate x and zone m give 360 / 59 * (m + x / 131072).
     auto const even = reference::encoded(0.0, -170.0, 0);
     auto const odd = reference::encoded(0.0, -170.0, 1);
-    auto const position = globalPosition({even.latitude, even.longitude, 2}, {odd.latitude, odd.longitude, 1});
+    auto const position =
+        globalPosition({even.latitude, even.longitude, 2}, {odd.latitude, odd.longitude, 1});
     ASSERT_TRUE(position);
     EXPECT_NEAR(position->longitude, -170.0, 1e-4); // 190 before the wrap
 }
@@ -138,8 +140,7 @@ TEST(GlobalPosition, LeavesALongitudeOfExactly180) {
     ASSERT_EQ(even.longitude, kHalf);
     ASSERT_EQ(odd.longitude, kHalf);
     for (unsigned long long const evenTime : {1U, 3U}) {
-        auto const position =
-            globalPosition({even.latitude, kHalf, evenTime}, {odd.latitude, kHalf, 2});
+        auto const position = globalPosition({even.latitude, kHalf, evenTime}, {odd.latitude, kHalf, 2});
         ASSERT_TRUE(position);
         EXPECT_EQ(position->longitude, 180.0);
     }

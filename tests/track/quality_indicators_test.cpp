@@ -106,10 +106,11 @@ TEST(QualityIndicators, OfVersion0AreThoseOfTheTable) {
 TEST(QualityIndicators, OfVersion1FollowTheRulesInEveryState) {
     for (unsigned typeCode = 0; typeCode < 256; ++typeCode) {
         for (auto const a : kStates) {
-            auto const expected = version1ByTheRules(typeCode, a != NICSupplements::NotReceived,
-                                                     a == NICSupplements::On);
+            auto const expected =
+                version1ByTheRules(typeCode, a != NICSupplements::NotReceived, a == NICSupplements::On);
             for (auto const other : kStates) { // B and C do not matter
-                EXPECT_EQ(positionQualityV1(static_cast<unsigned char>(typeCode), {a, other, other}), expected)
+                EXPECT_EQ(positionQualityV1(static_cast<unsigned char>(typeCode), {a, other, other}),
+                          expected)
                     << "type code " << typeCode << ", A " << a;
             }
         }
