@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include "modes/parity.h"
+
+#include "reference/repair.h"
+#include "support/bytes.h"
+#include "support/random_bytes.h"
+
+#include <gtest/gtest.h>
+
+using namespace quorvel::modes;
+using test::fromHex;
+using test::Noise;
+
+namespace {
+
+constexpr std::uint64_t kSeed = 20240501;
+constexpr unsigned kLengths[] = {56, 112};
+
+// Frames as they come: noise, and good ones with some bits inverted.
+std::string anyFrame(Noise& noise, unsigned bits, unsigned damage) {
+    auto frame = noise.bytes(bits / 8);
+    if (damage == 0) return frame;
+    frame = test::withParity(frame.substr(0, frame.size() - 3));
+    for (unsigned i = 0; i < damage; ++i) {
+        frame = test::withBitsInverted(frame, {static_cast<unsigned>(noise.below(bits))});
+    }
+    return frame;
+}
+
+unsigned parityField(std::string const& frame) {
+    unsigned field = 0;
+    for (char const byte : frame.substr(frame.size() - 3))
+        field = field << 8 | static_cast<unsigned char>(byte);
+    return field;
+}
+
+} // namespace
+
+TEST(Parity, IsTheRemainderOfThePolynomialDivision) {
+    Noise noise(kSeed);
+    for (unsigned i = 0; i < 20'000; ++i) {
+        auto const bits = kLengths[i % 2];
+        auto const frame = noise.bytes(bits / 8);
+        ASSERT_EQ(parity::remainder(frame, bits), reference::parityOfFrame(frame))
+            << "seed " << kSeed << ", " << i;
+    }
+}
+
+TEST(Parity, OfASingleBitIsTheRemainderOfItsPower) {
+    std::string const nothing(14, '\0');
+    EXPECT_EQ(parity::remainder(test::withBitsInverted(nothing, {0}), 112), 0x3935EAU);
+    EXPECT_EQ(parity::remainder(test::withBitsInverted(nothing, {1}), 112), 0x1C9AF5U);
+    EXPECT_EQ(parity::remainder(test::withBitsInverted(nothing, {87}), 112), 0xFFF409U);
+    for (unsigned i = 88; i < 112; ++i) {
+        EXPECT_EQ(parity::remainder(test::withBitsInverted(nothing, {i}), 112), 0U) << i;
+    }
+}
+
+TEST(Parity, OfAKnownFrameIsItsParityField) {
+    EXPECT_EQ(parity::remainder(fromHex("8D4840D6202CC371C32CE0576098"), 112), 0x576098U);
+}
+
+TEST(Parity, TakesMissingBytesAsZeros) {
+    auto const frame = fromHex("8D4840D6202CC371C32CE0576098");
+    for (std::size_t length = 0; length < frame.size(); ++length) {
+        auto padded = frame.substr(0, length);
+        padded.resize(14, '\0');
+        EXPECT_EQ(parity::remainder(frame.substr(0, length), 112), parity::remainder(padded, 112)) << length;
+    }
+}
+
+TEST(Parity, IsDefinedForEveryNumberOfBits) {
+    auto const bytes = std::string(32, '\xFF');
+    EXPECT_EQ(parity::remainder(bytes, 0), 0U);
+    for (unsigned bits = 1; bits < 256; ++bits) {
+        std::uint32_t expected =
+            0; // bits are counted from where a short frame begins, unless the frame is a long one
+        auto const offset = bits == 112 ? 0U : 56U;
+        for (unsigned i = 0; i < bits && offset + i < 88; ++i) {
+            expected ^= parity::remainder(test::withBitsInverted(std::string(14, '\0'), {offset + i}), 112);
+        }
+        EXPECT_EQ(parity::remainder(bytes, bits), expected) << bits;
+    }
+}
+
+TEST(Repair, FindsTheBitThatTheSearchFinds) {
+    Noise noise(kSeed);
+    for (unsigned i = 0; i < 400; ++i) {
+        auto const bits = kLengths[i % 2];
+        auto const frame = anyFrame(noise, bits, i % 4);
+        auto const wanted = i % 5 == 0 ? reference::parityOfFrame(frame) : parityField(frame);
+        auto const syndrome = reference::parityOfFrame(frame) ^ wanted;
+        ASSERT_EQ(parity::findBit(syndrome, bits), reference::searchBit(frame, wanted))
+            << "seed " << kSeed << ", " << i;
+    }
+}
+
+TEST(Repair, FindsThePairThatTheSearchFinds) {
+    Noise noise(kSeed + 1);
+    for (unsigned i = 0; i < 40; ++i) {
+        auto const bits = kLengths[i % 2];
+        auto const frame = anyFrame(noise, bits, i % 4);
+        auto const wanted = i % 5 == 0 ? reference::parityOfFrame(frame) : parityField(frame);
+        auto const syndrome = reference::parityOfFrame(frame) ^ wanted;
+        ASSERT_EQ(parity::findPair(syndrome, bits), reference::searchPair(frame, wanted))
+            << "seed " << kSeed << ", " << i;
+    }
+}
+
+// The mark of every pair, by the plain rule: the first pair in lexicographic order that leaves it.
+TEST(Repair, FindsEveryPairByItsMark) {
+    for (auto const bits : kLengths) {
+        std::string const nothing(bits / 8, '\0');
+        for (unsigned i = 0; i < bits; ++i) {
+            auto const first = parity::remainder(test::withBitsInverted(nothing, {i}), bits);
+            EXPECT_EQ(parity::findBit(first, bits), std::min(i, bits - 24)) << i;
+            for (unsigned j = i + 1; j < bits; ++j) {
+                auto const mark = first ^ parity::remainder(test::withBitsInverted(nothing, {j}), bits);
+                auto const found = parity::findPair(mark, bits);
+                ASSERT_TRUE(found);
+                ASSERT_LE(*found, std::make_pair(i, j));
+                auto const [a, b] = *found;
+                ASSERT_EQ(parity::remainder(test::withBitsInverted(nothing, {a, b}), bits), mark);
+            }
+        }
+    }
+}
+
+TEST(Repair, FindsNothingForAParityOfMoreThan24Bits) {
+    EXPECT_FALSE(parity::findBit(0x1000000, 112));
+    EXPECT_FALSE(parity::findPair(0x1000000, 112));
+}
+
+TEST(Repair, FindsNothingInAFrameWithoutBits) {
+    EXPECT_FALSE(parity::findBit(0, 0));
+    EXPECT_FALSE(parity::findPair(0, 0));
+}
