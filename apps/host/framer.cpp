@@ -88,14 +88,7 @@ Framer::Records Framer::cut() {
         }
         return {};
     }
-    case ModeSEncapsulation::Beast:
-        if (_escapes == BeastEscapes::Doubled) {
-            _undoubler.undouble(_waiting, _plain);
-        } else {
-            _plain += _waiting;
-        }
-        _waiting.clear();
-        return ModeSEncapsulation::extract(_plain, ModeSEncapsulation::Beast);
+    case ModeSEncapsulation::Beast: return cutBeast();
     case ModeSEncapsulation::RawBin: return cutRawFrames();
     default: throw HostError("this format cannot be read");
     }
@@ -113,6 +106,20 @@ Framer::Records Framer::cutLines(std::size_t end) {
     auto buffer = withoutCarriageReturns(lines);
     _waiting.erase(0, end);
     return ModeSEncapsulation::extract(buffer, ModeSEncapsulation::Avr);
+}
+
+// The extractor gives up an escape byte at the very end of its buffer, which may be the beginning of the next
+// frame: in a plain stream it waits for what follows.
+Framer::Records Framer::cutBeast() {
+    if (_escapes == BeastEscapes::Doubled) {
+        _undoubler.undouble(_waiting, _plain);
+        _waiting.clear();
+    } else {
+        auto const end = _waiting.size() - (_waiting.ends_with('\x1A') ? 1 : 0);
+        _plain.append(_waiting, 0, end);
+        _waiting.erase(0, end);
+    }
+    return ModeSEncapsulation::extract(_plain, ModeSEncapsulation::Beast);
 }
 
 Framer::Records Framer::cutRawFrames() {

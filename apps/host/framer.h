@@ -44,6 +44,7 @@ private:
     void settle();
     Records cut();
     Records cutLines(std::size_t end);
+    Records cutBeast();
     Records cutRawFrames();
 
     std::optional<Format> _format;

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <ios>
+#include <limits>
 
 namespace quorvel::host {
 
@@ -59,6 +60,8 @@ void TrackSession::take(modes::ModeSEncapsulation::Records const& records) {
 
 void TrackSession::finish() {
     if (_options.database.empty()) return;
+    _tracker.killTargets(
+        std::numeric_limits<unsigned long long>::max()); // the database learns from targets that go
     errno = 0;
     try {
         _tracker.saveAircraftDb();

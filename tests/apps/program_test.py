@@ -1,0 +1,111 @@
+# SPDX-License-Identifier: MIT
+"""program_test.py PROGRAM SAMPLE: drives the built program as a user would. Prints each fault; exits 1 if there is one."""
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+PROGRAM, SAMPLE = sys.argv[1:3]
+IDENTIFICATION = "*8D4840D6202CC371C32CE0576098;\n"
+faults = 0
+
+
+def run(*arguments, stdin=b""):
+    return subprocess.run([PROGRAM, *arguments], input=stdin, capture_output=True, timeout=60)
+
+
+def expect(what, condition, result):
+    global faults
+    if not condition:
+        faults += 1
+        print(f"FAILED: {what}\n  exit {result.returncode}\n  out {result.stdout[-400:]}\n  err {result.stderr[-400:]}")
+
+
+def expect_failure(what, status, *arguments, stdin=b"", about=""):
+    result = run(*arguments, stdin=stdin)
+    lines = result.stderr.decode(errors="replace").splitlines()
+    expect(what, result.returncode == status and len(lines) == 1 and lines[0].startswith("trevallo: ")
+           and about in lines[0], result)
+
+
+with tempfile.TemporaryDirectory() as name:
+    folder = pathlib.Path(name)
+    avr = folder / "one.avr"
+    avr.write_text(IDENTIFICATION)
+
+    result = run("track", str(avr))
+    expect("a line of AVR becomes a row of the table", result.returncode == 0 and b"4840D6  KLM1023" in result.stdout
+           and not result.stderr, result)
+    result = run("track", "-", stdin=IDENTIFICATION.encode())
+    expect("standard input is read", b"4840D6  KLM1023" in result.stdout, result)
+    result = run("track", "-")
+    expect("empty input gives an empty table", result.returncode == 0 and b"0 frames" in result.stdout, result)
+    result = run("track", str(avr), str(avr))
+    expect("several files are read one after the other", b"2 frames" in result.stdout, result)
+
+    pages, database = folder / "pages", folder / "aircraft.csv"
+    result = run("track", "--html", str(pages), "--db", str(database), "--altitude-check", "--timeout", "3600", SAMPLE)
+    expect("the sample is tracked", result.returncode == 0 and b"25 aircraft" in result.stdout, result)
+    expect("each aircraft has a page", len(list(pages.glob("??????.html"))) == 25
+           and (pages / "index.html").is_file(), result)
+    expect("the database is written", database.read_text().startswith("icao_addr,mops_version,airline\n"), result)
+    again = run("track", "--db", str(database), "--log", "debug", SAMPLE)
+    expect("the database is read and the log is shown", b"from aircraft DB." in again.stderr, again)
+    quiet = run("track", "--log", "error", SAMPLE)
+    expect("nothing is logged below the level", not quiet.stderr, quiet)
+
+    streams = {}
+    for encoding in ("avr", "avr-time", "beast", "beast-doubled"):
+        path = folder / encoding
+        result = run("simulate", "--aircraft", "15", "--seconds", "30", "--seed", "5", "--format", encoding,
+                     "--output", str(path))
+        expect(f"{encoding} is simulated", result.returncode == 0 and path.stat().st_size > 10_000, result)
+        table = run("track", str(path)).stdout
+        streams[encoding] = [line.split()[1:9] for line in table.splitlines()[2:17]]
+        expect(f"{encoding} is tracked", b"15 aircraft" in table, result)
+    expect("every encoding gives the same positions", streams["avr-time"] == streams["beast"]
+           == streams["beast-doubled"], result)
+    result = run("track", "--format", "beast", "--beast-escapes", "yes", str(folder / "beast-doubled"))
+    expect("escapes are undoubled when told", b"15 aircraft" in result.stdout, result)
+    result = run("track", "--format", "beast", "--beast-escapes", "no", str(folder / "beast"))
+    expect("escapes are left alone when told", b"15 aircraft" in result.stdout, result)
+    raw = b"".join(bytes.fromhex(line[1:-1]) for line in (folder / "avr").read_text().split())
+    result = run("track", "--format", "bin", "-", stdin=raw)
+    expect("raw binary is tracked when named", b"15 aircraft" in result.stdout, result)
+
+    truth = folder / "truth.csv"
+    result = run("simulate", "--seconds", "2", "--aircraft", "3", "--truth", str(truth), "--place", "48.35,11.79")
+    expect("the truth is written", len(truth.read_text().splitlines()) == 1 + 3 * 3, result)
+    expect("the same seed gives the same bytes", result.stdout == run(
+        "simulate", "--seconds", "2", "--aircraft", "3", "--place", "48.35,11.79").stdout, result)
+
+    expect_failure("a missing file", 1, "track", str(folder / "missing"), about="missing")
+    expect_failure("a folder", 1, "track", name, about="cannot read")
+    expect_failure("an unknown format", 1, "track", "-", stdin=b"hello\n" * 20, about="cannot tell the format")
+    expect_failure("a bad option", 2, "track", "--nonsense", str(avr))
+    expect_failure("a bad value", 2, "track", "--format", "ascii", str(avr), about="--format")
+    expect_failure("no file", 2, "track")
+    expect_failure("no command", 2)
+    expect_failure("a negative timeout", 2, "track", "--timeout", "-5", str(avr))
+    expect_failure("pages in a file", 1, "track", "--html", str(avr / "x"), str(avr), about="folder")
+    expect_failure("a database that cannot be written", 1, "track", "--db", str(folder / "no" / "db.csv"), str(avr),
+                   about="database")
+    expect_failure("a place beyond the pole", 2, "simulate", "--place", "91,0", about="LAT,LON")
+    expect_failure("a time that is none", 2, "simulate", "--start", "25:00:00", about="HH:MM:SS")
+    expect_failure("a share above one", 2, "simulate", "--bit-errors", "2")
+    expect_failure("no aircraft", 2, "simulate", "--aircraft", "0")
+    expect_failure("an output that cannot be written", 1, "simulate", "--output", str(folder / "no" / "x"))
+    expect_failure("a full disk", 1, "simulate", "--output", "/dev/full", about="cannot write")
+    with open("/dev/full", "wb") as full:
+        result = subprocess.run([PROGRAM, "track", str(avr)], stdout=full, stderr=subprocess.PIPE, timeout=60)
+        result.stdout = b""
+        expect("a table that cannot be written", result.returncode == 1 and result.stderr.count(b"\n") == 1, result)
+
+    for command in ([], ["track"], ["simulate"]):
+        result = run(*command, "--help")
+        expect(f"help of {command}", result.returncode == 0 and b"--" in result.stdout, result)
+    result = run("--version")
+    expect("the version", result.stdout.startswith(b"trevallo 1.0.2 ("), result)
+
+sys.exit(1 if faults else 0)
