@@ -37,8 +37,8 @@ public:
 
     void take(modes::ModeSEncapsulation::Records const& records);
 
-    /// Drops all targets, so that the database learns from them, and saves it. Does nothing without a database. Throws
-    /// HostError when it cannot be written.
+    /// Drops all targets, so that the database learns from them, and saves it. Does nothing without a
+    /// database. Throws HostError when it cannot be written.
     void finish();
 
     modes::ADSBTracker const& tracker() const { return _tracker; }

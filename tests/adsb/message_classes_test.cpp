@@ -151,7 +151,8 @@ TEST(AirborneVelocity, IsThatOfItsComponents) {
     ASSERT_TRUE(message.decode(payload));
     EXPECT_NEAR(message.groundSpeed(), std::sqrt(162.0), 1e-12);
     EXPECT_NEAR(message.heading(), 315.0, 1e-9);
-    // the rate is read from byte 4 alone, into which the end of the northward component reaches: 0x40 makes 16 steps
+    // the rate is read from byte 4 alone, into which the end of the northward component reaches: 0x40 makes
+    // 16 steps
     EXPECT_EQ(message.description(), "TC=AIR_VEL, ST=GS, GS=12.7279, HDG=315, VR=960");
 }
 
