@@ -2,6 +2,7 @@
 #include "host/framer.h"
 
 #include "host/host_error.h"
+#include "host/raw_frames.h"
 #include "host/stream_format.h"
 
 #include <iterator>
@@ -14,16 +15,9 @@ namespace {
 using modes::ModeSEncapsulation;
 
 constexpr std::size_t kLongestLine = 4096; // an AVR frame has 42 characters
-constexpr std::size_t kShortFrameBytes = 7;
-constexpr std::size_t kLongFrameBytes = 14;
 
 void append(ModeSEncapsulation::Records& records, ModeSEncapsulation::Records&& more) {
     records.insert(records.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
-}
-
-// Downlink formats from 16 up have their first bit set and are long.
-std::size_t rawFrameBytes(char firstByte) {
-    return (static_cast<unsigned char>(firstByte) & 0x80) != 0 ? kLongFrameBytes : kShortFrameBytes;
 }
 
 // Network streams end their lines with a carriage return and a line feed, the extractor knows the line feed
@@ -68,7 +62,7 @@ void Framer::settle() {
     if (!_format) _format = findFormat(_waiting);
     if (!_format) {
         throw HostError(
-            "this is neither AVR text nor a Beast stream; raw binary must be named with --format bin");
+            "it begins like no AVR text, Beast stream or raw binary (name it with --format if it is one)");
     }
     if (_escapes == BeastEscapes::Find) {
         _escapes = looksDoubled(_waiting) ? BeastEscapes::Doubled : BeastEscapes::Plain;

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "host/stream_format.h"
 
+#include <modes/df_message.h>
+
 #include "host/beast_undoubler.h"
+#include "host/raw_frames.h"
 
 #include <algorithm>
+#include <string>
 
 namespace quorvel::host {
 
@@ -30,12 +34,40 @@ bool hasAvrLine(std::string_view sample) {
     return false;
 }
 
+// Extended squitters prove themselves by their parity.
+bool isSquitter(std::string const& frame) {
+    auto const format = static_cast<unsigned char>(frame[0]) >> 3;
+    return format == modes::DFMessage::DF17 || format == modes::DFMessage::DF18;
+}
+
+bool isIntactSquitter(std::string const& frame) {
+    modes::ModeSMessageFieldPI parity;
+    return parity.decode(frame, 88) &&
+           parity.parityInterrogatorId() == modes::DF17Message().calculateParity(frame);
+}
+
+// Raw binary has no marks between its frames. It is taken for such when half of the squitters in it, read
+// from its first byte on, are intact.
+bool looksRaw(std::string_view sample) {
+    std::size_t squitters = 0;
+    std::size_t intact = 0;
+    for (std::size_t at = 0; at < sample.size() && at + rawFrameBytes(sample[at]) <= sample.size();) {
+        std::string const frame(sample.substr(at, rawFrameBytes(sample[at])));
+        at += frame.size();
+        if (!isSquitter(frame)) continue;
+        ++squitters;
+        intact += isIntactSquitter(frame) ? 1U : 0U;
+    }
+    return intact > 0 && 2 * intact >= squitters;
+}
+
 } // namespace
 
 std::optional<ModeSEncapsulation::Format> findFormat(std::string_view sample) {
     auto const frames = std::max(chainedBytes(sample, true), chainedBytes(sample, false));
     if (frames > 0 && 2 * frames + kLongestFrameBytes >= sample.size()) return ModeSEncapsulation::Beast;
     if (hasAvrLine(sample)) return ModeSEncapsulation::Avr;
+    if (looksRaw(sample)) return ModeSEncapsulation::RawBin;
     return {};
 }
 

@@ -137,6 +137,20 @@ TEST(StreamFormat, IsFoundFromTheFirstBytes) {
     }
 }
 
+TEST(StreamFormat, OfRawBinaryIsFoundFromIntactSquitters) {
+    auto const shortFrame = fromHex("5D4CA2D46B609F");
+    auto const squitter = fromHex("8D4840D6202CC371C32CE0576098");
+    auto damaged = squitter;
+    damaged[7] = '\0';
+    EXPECT_EQ(findFormat(squitter), ModeSEncapsulation::RawBin);
+    EXPECT_EQ(findFormat(shortFrame + squitter + shortFrame + squitter.substr(0, 9)),
+              ModeSEncapsulation::RawBin);
+    EXPECT_EQ(findFormat(squitter + damaged), ModeSEncapsulation::RawBin);
+    EXPECT_FALSE(findFormat(squitter + damaged + damaged));
+    EXPECT_FALSE(findFormat(shortFrame + shortFrame)) << "nothing in it proves itself";
+    EXPECT_EQ(framesOf(shortFrame + squitter), (std::vector{shortFrame, squitter}));
+}
+
 TEST(Framer, FindsFormatAndEscapesByItself) {
     CapturedLog log;
     auto const stream = beastStream(6000, 5);

@@ -73,6 +73,8 @@ with tempfile.TemporaryDirectory() as name:
     raw = b"".join(bytes.fromhex(line[1:-1]) for line in (folder / "avr").read_text().split())
     result = run("track", "--format", "bin", "-", stdin=raw)
     expect("raw binary is tracked when named", b"15 aircraft" in result.stdout, result)
+    result = run("track", "-", stdin=raw)
+    expect("raw binary is found out", b"15 aircraft" in result.stdout, result)
 
     truth = folder / "truth.csv"
     result = run("simulate", "--seconds", "2", "--aircraft", "3", "--truth", str(truth), "--place", "48.35,11.79")
