@@ -90,7 +90,8 @@ TEST(Transponder, SpellsAKnownIdentification) {
     for (unsigned i = 0; i < 8; ++i) {
         unsigned code = 0;
         for (unsigned bit = 40 + 6 * i; bit < 46 + 6 * i; ++bit) {
-            code = code << 1 | (static_cast<unsigned char>(frame[bit / 8]) >> (7 - bit % 8) & 1U);
+            auto const byte = static_cast<unsigned>(static_cast<unsigned char>(frame[bit / 8]));
+            code = code << 1 | (byte >> (7 - bit % 8) & 1U);
         }
         callsign += code == 32 ? ' ' : static_cast<char>(code < 27 ? 'A' + code - 1 : code);
     }
