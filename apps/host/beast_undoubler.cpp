@@ -24,6 +24,11 @@ bool beginsFrame(std::string_view sample, std::size_t at) {
     return at + 1 < sample.size() && sample[at] == kEscape && bodyBytes(sample[at + 1]) != 0;
 }
 
+// Whether something of the stream begins here: a frame, or a record of a kind that is none of ours.
+bool beginsRecord(std::string_view sample, std::size_t at) {
+    return at + 1 < sample.size() && sample[at] == kEscape && sample[at + 1] != kEscape;
+}
+
 // Where the frame at `at` ends, or npos when the sample or the doubling breaks off before.
 std::size_t endOfFrame(std::string_view sample, std::size_t at, bool doubled) {
     std::size_t missing = kHeadBytes - 2 + bodyBytes(sample[at + 1]);
@@ -80,7 +85,7 @@ std::size_t chainedBytes(std::string_view sample, bool doubled) {
             ++at;
             continue;
         }
-        if (end == sample.size() || beginsFrame(sample, end)) chained += end - at;
+        if (end == sample.size() || beginsRecord(sample, end)) chained += end - at;
         at = end;
     }
     return chained;

@@ -52,7 +52,14 @@ Framer::Records Framer::finish() {
     settle();
     auto records = cut();
     if (_format == ModeSEncapsulation::Avr && !_skippingLine) append(records, cutLines(_waiting.size()));
-    if (_format == ModeSEncapsulation::RawBin) append(records, ModeSEncapsulation::extractRawBin(_waiting));
+    if (_format == ModeSEncapsulation::Beast) {
+        _plain += _waiting; // an escape byte held back in vain: it ended the last frame
+        append(records, ModeSEncapsulation::extract(_plain, ModeSEncapsulation::Beast));
+    }
+    // a frame that was cut off: the extractor says so, unless what is left of it looks like a short one
+    if (_format == ModeSEncapsulation::RawBin && !_waiting.empty() && _waiting.size() != kShortFrameBytes) {
+        append(records, ModeSEncapsulation::extractRawBin(_waiting));
+    }
     _waiting.clear();
     return records;
 }

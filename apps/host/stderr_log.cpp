@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/stderr_log.h"
 
+#include "host/target_table.h"
+
 #include <iostream>
 
 namespace quorvel::host {
@@ -15,6 +17,6 @@ StderrLog::~StderrLog() {
     modes::Log::setShowLevel(modes::Log::Info);
 }
 
-void StderrLog::handle(modes::Log::Level, std::string const& line) { std::cerr << line << '\n'; }
+void StderrLog::handle(modes::Log::Level, std::string const& line) { std::cerr << shown(line) << '\n'; }
 
 } // namespace quorvel::host

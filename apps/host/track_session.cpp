@@ -15,12 +15,14 @@ namespace {
 constexpr unsigned kAltitudeCheckPeriod = 4;       // seconds
 constexpr unsigned kAltitudeCheckDifference = 150; // feet
 constexpr std::size_t kModeACFrameBytes = 2;
+constexpr unsigned long long kHalfDay = 43'200'000; // milliseconds
 
 } // namespace
 
 bool StreamTime::advance(unsigned long long time) {
-    if (time <= _now) return false;
-    bool const isNewSecond = time / 1000 > _now / 1000;
+    bool const startsAnew = time < _now && _now - time > kHalfDay;
+    if (time <= _now && !startsAnew) return false;
+    bool const isNewSecond = time / 1000 != _now / 1000;
     _now = time;
     return isNewSecond;
 }
@@ -51,10 +53,20 @@ void TrackSession::take(modes::ModeSEncapsulation::Records const& records) {
         auto const message = _decoder.decode(modes::ModeSMessage::DOWNLINK, record);
         if (!message) continue;
         ++_messages;
-        if (_tracker.procModeSMsg(message)) ++_trackedMessages;
-        bool const isNewSecond = _time.advance(message->timeStamp());
-        auto const timeout = _options.timeoutMilliseconds;
-        if (isNewSecond && timeout && *timeout < _time.now()) _tracker.killTargets(_time.now() - *timeout);
+        auto const target = _tracker.procModeSMsg(message);
+        if (!target) continue;
+        ++_trackedMessages;
+        if (_time.advance(message->timeStamp())) dropSilentTargets();
+    }
+}
+
+// Targets stamped later than now are of the day before, or of the recording before.
+void TrackSession::dropSilentTargets() {
+    auto const timeout = _options.timeoutMilliseconds;
+    if (!timeout) return;
+    if (*timeout < _time.now()) _tracker.killTargets(_time.now() - *timeout);
+    for (auto const& target : _tracker.allTargetsSince(_time.now() + kHalfDay)) {
+        _tracker.killTarget(target->trackId(), target->icaoAddr());
     }
 }
 

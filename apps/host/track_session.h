@@ -11,12 +11,14 @@
 
 namespace quorvel::host {
 
-/// The time of a stream: the latest that a message of it bore, in milliseconds since 1970-01-01 00:00:00 UTC.
+/// The time of a stream: the latest that a believed message of it bore, in milliseconds since 1970-01-01
+/// 00:00:00 UTC. Receivers tell the time of day only. A step back by more than half a day is a new day or
+/// another recording; time then goes on from there.
 class StreamTime {
 public:
     unsigned long long now() const { return _now; }
 
-    /// True when this message is the first of a new second.
+    /// Takes note of a message's time; true when it is the first of a new second.
     bool advance(unsigned long long time);
 
 private:
@@ -52,6 +54,8 @@ public:
     std::uint64_t tracked() const { return _trackedMessages; } ///< of them believed and given to a target
 
 private:
+    void dropSilentTargets();
+
     TrackOptions _options;
     modes::ModeSDecoder _decoder;
     modes::ADSBTracker _tracker;

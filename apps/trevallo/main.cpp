@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <csignal>
 #include <exception>
 #include <iostream>
 
@@ -43,6 +44,9 @@ int run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    std::signal(
+        SIGPIPE,
+        SIG_IGN); // an output that went away is an error like any other, and the database is still saved
     try {
         return run(argc, argv);
     } catch (std::exception const& error) {

@@ -26,40 +26,52 @@ using modes::ModeSEncapsulation;
 
 struct Settings {
     std::vector<std::string> files;
-    ModeSEncapsulation::Format format = ModeSEncapsulation::Unknown;
-    BeastEscapes escapes = BeastEscapes::Find;
+    std::string format = "auto";
+    std::string escapes = "auto";
     bool altitudeCheck = false;
     double timeoutSeconds = 0.0;
     std::string htmlFolder;
     std::string database;
-    Log::Level logLevel = Log::Warning;
+    std::string logLevel = "warning";
 };
 
 std::map<std::string, ModeSEncapsulation::Format> const kFormats{{"auto", ModeSEncapsulation::Unknown},
                                                                  {"avr", ModeSEncapsulation::Avr},
                                                                  {"beast", ModeSEncapsulation::Beast},
-                                                                 {"bin", ModeSEncapsulation::RawBin}};
+                                                                 {"bin", ModeSEncapsulation::RawBin},
+                                                                 {"raw", ModeSEncapsulation::RawBin}};
 std::map<std::string, BeastEscapes> const kEscapes{
     {"auto", BeastEscapes::Find}, {"yes", BeastEscapes::Doubled}, {"no", BeastEscapes::Plain}};
 std::map<std::string, Log::Level> const kLevels{
     {"debug", Log::Debug}, {"info", Log::Info}, {"warning", Log::Warning}, {"error", Log::Error}};
 
+// What framing has to say about a stream does not name it.
+template <class Step> ModeSEncapsulation::Records named(ByteSource const& source, Step const& step) {
+    try {
+        return step();
+    } catch (HostError const& error) {
+        throw HostError("cannot tell the format of " + source.name() + ": " + error.what());
+    }
+}
+
+// The range of seconds leaves out what is no number.
+std::string checkedTimeout(std::string const& text) {
+    double seconds = 0;
+    bool const isNumber = CLI::detail::lexical_cast(text, seconds) && seconds >= 0 && seconds <= 1e9;
+    return isNumber ? "" : "a timeout is a number of seconds, for example 60";
+}
+
 void readFile(std::string const& name, Settings const& settings, TrackSession& session) {
     ByteSource source(name);
     Progress progress(source.name(), source.size());
-    Framer framer(settings.format == ModeSEncapsulation::Unknown ? std::nullopt
-                                                                 : std::optional(settings.format),
-                  settings.escapes);
-    try {
-        for (std::string bytes; source.read(bytes);) {
-            session.take(framer.feed(bytes));
-            progress.advance(bytes.size(), session.frames());
-        }
-        session.take(framer.finish());
-    } catch (HostError const& error) {
-        if (framer.format()) throw;
-        throw HostError("cannot tell the format of " + source.name() + ": " + error.what());
+    auto const format = kFormats.at(settings.format);
+    Framer framer(format == ModeSEncapsulation::Unknown ? std::nullopt : std::optional(format),
+                  kEscapes.at(settings.escapes));
+    for (std::string bytes; source.read(bytes);) {
+        session.take(named(source, [&] { return framer.feed(bytes); }));
+        progress.advance(bytes.size(), session.frames());
     }
+    session.take(named(source, [&] { return framer.finish(); }));
 }
 
 std::string summary(TrackSession const& session, std::size_t targets) {
@@ -72,12 +84,12 @@ std::string summary(TrackSession const& session, std::size_t targets) {
 }
 
 void track(Settings const& settings) {
-    StderrLog const log(settings.logLevel);
+    StderrLog const log(kLevels.at(settings.logLevel));
     TrackOptions options;
     options.altitudeCheck = settings.altitudeCheck;
     if (settings.timeoutSeconds > 0) {
         options.timeoutMilliseconds =
-            static_cast<unsigned long long>(std::llround(settings.timeoutSeconds * 1000));
+            static_cast<unsigned long long>(std::ceil(settings.timeoutSeconds * 1000));
     }
     options.database = settings.database;
 
@@ -105,12 +117,12 @@ void addTrackCommand(CLI::App& app) {
             "--format", settings->format,
             "Encoding of the recordings: auto (found out from the first bytes), avr, beast, or bin for raw "
             "binary frames, which have no marks to be found by")
-        ->transform(CLI::CheckedTransformer(kFormats).description(""))
+        ->check(CLI::IsMember(kFormats).description(""))
         ->type_name("auto|avr|beast|bin");
     command
         ->add_option("--beast-escapes", settings->escapes,
                      "Whether 0x1A inside Beast frames is doubled, as receivers send it: auto finds out")
-        ->transform(CLI::CheckedTransformer(kEscapes).description(""))
+        ->check(CLI::IsMember(kEscapes).description(""))
         ->type_name("auto|yes|no");
     command->add_flag("--altitude-check", settings->altitudeCheck,
                       "Ignore altitudes that jump by more than 150 ft within 4 s");
@@ -118,7 +130,7 @@ void addTrackCommand(CLI::App& app) {
         ->add_option("--timeout", settings->timeoutSeconds,
                      "Drop aircraft not heard for so long, by the time stamps of the stream; 0, the default, "
                      "keeps all")
-        ->check(CLI::Range(0.0, 1e9).description(""))
+        ->check(checkedTimeout)
         ->type_name("SECONDS");
     command->add_option("--html", settings->htmlFolder, "Write a report page for each aircraft and an index")
         ->type_name("DIR");
@@ -127,7 +139,7 @@ void addTrackCommand(CLI::App& app) {
                      "Aircraft database (CSV): what is known of aircraft from earlier runs; saved at the end")
         ->type_name("FILE");
     command->add_option("--log", settings->logLevel, "Lowest level of the log lines shown on standard error")
-        ->transform(CLI::CheckedTransformer(kLevels).description(""))
+        ->check(CLI::IsMember(kLevels).description(""))
         ->type_name("debug|info|warning|error");
     command->footer("Examples:\n"
                     "  trevallo track recording.beast\n"

@@ -12,7 +12,6 @@
 #include "modes/receiver_time.h"
 
 #include <algorithm>
-#include <optional>
 #include <string_view>
 
 namespace quorvel::modes {

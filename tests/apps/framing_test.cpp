@@ -169,6 +169,28 @@ TEST(Framer, DoesWhatItIsTold) {
     EXPECT_FALSE(framesOf(stream.plain, ModeSEncapsulation::Beast, BeastEscapes::Doubled) == stream.frames);
 }
 
+TEST(Framer, KeepsALastFrameThatEndsInAnEscapeByte) {
+    auto const frame = fromHex("1A32 000000000000 00 0102030405061A");
+    EXPECT_EQ(framesOf(frame + frame, ModeSEncapsulation::Beast, BeastEscapes::Plain).size(), 2U);
+}
+
+TEST(Framer, FindsBeastWithRecordsOfOtherKindsBetweenTheFrames) {
+    auto const stream = beastStream(300, 5);
+    std::string mixed;
+    std::string_view rest = stream.doubled;
+    for (std::size_t at = 1; !rest.empty();) {
+        while (at + 1 < rest.size() &&
+               !(rest[at] == '\x1A' && rest[at + 1] != '\x1A' && rest[at - 1] != '\x1A'))
+            ++at;
+        auto const end = at + 1 < rest.size() ? at : rest.size();
+        mixed += fromHex("1AE3 0001020304050607") + std::string(rest.substr(0, end));
+        rest.remove_prefix(end);
+        at = 1;
+    }
+    EXPECT_EQ(findFormat(mixed), ModeSEncapsulation::Beast);
+    EXPECT_TRUE(looksDoubled(mixed));
+}
+
 TEST(Framer, CutsLinesAtTheirEnds) {
     CapturedLog log(quorvel::modes::Log::Info);
     std::string text;

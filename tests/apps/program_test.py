@@ -83,7 +83,12 @@ with tempfile.TemporaryDirectory() as name:
         "simulate", "--seconds", "2", "--aircraft", "3", "--place", "48.35,11.79").stdout, result)
 
     expect_failure("a missing file", 1, "track", str(folder / "missing"), about="missing")
-    expect_failure("a folder", 1, "track", name, about="cannot read")
+    expect_failure("a folder", 1, "track", name, about=f"trevallo: cannot read {name}")
+    expect_failure("a number for a name", 2, "track", "--format", "3", str(avr), about="--format")
+    expect_failure("a timeout that is none", 2, "track", "--timeout", "nan", str(avr), about="timeout")
+    gone = folder / "gone.csv"
+    result = subprocess.run(["sh", "-c", f"'{PROGRAM}' track --db '{gone}' '{SAMPLE}' | true"], capture_output=True, timeout=60)
+    expect("the database is saved when the output goes away", gone.is_file(), result)
     expect_failure("an unknown format", 1, "track", "-", stdin=b"hello\n" * 20, about="cannot tell the format")
     expect_failure("a bad option", 2, "track", "--nonsense", str(avr))
     expect_failure("a bad value", 2, "track", "--format", "ascii", str(avr), about="--format")

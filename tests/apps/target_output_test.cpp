@@ -112,9 +112,17 @@ TEST(StreamTime, IsTheLatestTimeSeen) {
     host::StreamTime time;
     EXPECT_TRUE(time.advance(1500));
     EXPECT_FALSE(time.advance(1999));
-    EXPECT_FALSE(time.advance(1200)) << "time does not go back";
+    EXPECT_FALSE(time.advance(1200)) << "late frames do not turn time back";
     EXPECT_EQ(time.now(), 1999U);
     EXPECT_TRUE(time.advance(2000));
+}
+
+TEST(StreamTime, GoesOnAfterMidnight) {
+    host::StreamTime time;
+    time.advance(86'399'000);
+    EXPECT_TRUE(time.advance(500)) << "the receiver's day begins anew";
+    EXPECT_EQ(time.now(), 500U);
+    EXPECT_FALSE(time.advance(400));
 }
 
 TEST(TrackSession, CountsWhatItTakes) {
@@ -147,6 +155,28 @@ TEST(TrackSession, DropsTargetsThatHaveFallenSilent) {
     session.take(records(at(161, "8D40621D58C382D690C8AC2863A7")));
     ASSERT_EQ(session.tracker().allTargets().size(), 1U);
     EXPECT_EQ(session.tracker().allTargets()[0]->icaoAddr(), 0x40621DU);
+}
+
+TEST(TrackSession, DropsTargetsThatFellSilentBeforeMidnight) {
+    CapturedLog log;
+    host::TrackOptions options;
+    options.timeoutMilliseconds = 60'000;
+    host::TrackSession session(options);
+    session.take(records("@545FC0000000" + std::string(kIdentification) + ";\n")); // 23:59:59
+    session.take(records("@00000000000088"
+                         "40621D58C382D690C8AC2863A7;\n@0000400000008D40621D58C382D690C8AC2863A7;\n"));
+    ASSERT_EQ(session.tracker().allTargets().size(), 1U);
+    EXPECT_EQ(session.tracker().allTargets()[0]->icaoAddr(), 0x40621DU);
+}
+
+TEST(TrackSession, TakesNoTimeFromMessagesThatItDoesNotBelieve) {
+    CapturedLog log;
+    host::TrackSession session({});
+    session.take(records("@0000400000008D40621D58C382D690C8AC2863A7;\n"));
+    auto const before = session.now();
+    session.take(records("@FFFFC000000000000510F4F4B2;\n"));
+    EXPECT_EQ(session.messages(), 2U);
+    EXPECT_EQ(session.now(), before);
 }
 
 TEST(TrackSession, MakesADatabaseThatIsNotThereYet) {
