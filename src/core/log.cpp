@@ -47,6 +47,7 @@ void Log::log(Level level, std::string const& module, std::string const& text) {
 }
 
 void Log::log(Level level, std::string const& module, char const* format, ...) {
+    if (!logShows(level)) return; // most lines of a busy receiver are formatted for nobody
     char text[kFormatBufferSize] = "";
     va_list arguments;
     va_start(arguments, format);

@@ -42,9 +42,11 @@ constexpr std::initializer_list<unsigned> kParityPositions = {32, 88};
 constexpr unsigned kMetricBit = 25;
 constexpr unsigned kResolutionBit = 27;
 constexpr unsigned kAltitudeBits[] = {19, 20, 21, 22, 23, 24, 26, 28, 29, 30, 31};
+constexpr ScatteredBits kAltitude(kAltitudeBits);
 
 // Digits A, B, C, D of the identity in the order they are read out, each from its 4, 2 and 1 bit.
 constexpr unsigned kIdentityBits[] = {24, 22, 20, 30, 28, 26, 23, 21, 19, 31, 29, 27};
+constexpr ScatteredBits kIdentity(kIdentityBits);
 
 constexpr std::size_t kMessageStart = 4; // bytes
 constexpr std::size_t kMessageSize = 7;
@@ -72,7 +74,7 @@ template <class Value> bool store(std::optional<unsigned> const& read, Value& va
 // The message bytes of a long reply; fewer if the frame ends early.
 bool storeMessage(std::string const& frame, unsigned position, std::string& message) {
     if (!isOneOf(kMessagePosition, position)) return false;
-    message = frame.size() > kMessageStart ? frame.substr(kMessageStart, kMessageSize) : std::string();
+    message.assign(frame, std::min(frame.size(), kMessageStart), kMessageSize);
     return true;
 }
 
@@ -100,7 +102,6 @@ bool ModeSMessageField::decode(char const* data, unsigned long long size, unsign
 }
 
 ModeSMessageFieldAA::ModeSMessageFieldAA() : ModeSMessageField(AA) {}
-unsigned char ModeSMessageFieldAA::bits() const { return 24; }
 std::string ModeSMessageFieldAA::description() const { return icaoAddressHexString(); }
 bool ModeSMessageFieldAA::decodeImpl(std::string const& data, unsigned char pos) {
     return store(readField(data, pos, bits(), kAddressPosition), _icaoAddress);
@@ -108,25 +109,22 @@ bool ModeSMessageFieldAA::decodeImpl(std::string const& data, unsigned char pos)
 std::string ModeSMessageFieldAA::icaoAddressHexString() const { return hexOfNumber(_icaoAddress); }
 
 ModeSMessageFieldAC::ModeSMessageFieldAC() : ModeSMessageField(AC) {}
-unsigned char ModeSMessageFieldAC::bits() const { return 13; }
 std::string ModeSMessageFieldAC::description() const { return std::to_string(_altitude); }
 bool ModeSMessageFieldAC::decodeImpl(std::string const& data, unsigned char pos) {
     if (!readField(data, pos, bits(), kCodePosition)) return false;
     _altitudeUnit = bit(data, kMetricBit) ? 1 : 0;
     _altitudeResolution = bit(data, kResolutionBit) ? 25 : 100;
-    _altitude = static_cast<int>(collect(data, kAltitudeBits) * _altitudeResolution) - 1000;
+    _altitude = static_cast<int>(kAltitude.of(data) * _altitudeResolution) - 1000;
     return true;
 }
 
 ModeSMessageFieldAF::ModeSMessageFieldAF() : ModeSMessageField(AF) {}
-unsigned char ModeSMessageFieldAF::bits() const { return 3; }
 std::string ModeSMessageFieldAF::description() const { return std::to_string(_code); }
 bool ModeSMessageFieldAF::decodeImpl(std::string const& data, unsigned char pos) {
     return store(readField(data, pos, bits(), kAfterFormat), _code);
 }
 
 ModeSMessageFieldAP::ModeSMessageFieldAP() : ModeSMessageField(AP) {}
-unsigned char ModeSMessageFieldAP::bits() const { return 24; }
 std::string ModeSMessageFieldAP::description() const { return addressParityHexString(); }
 bool ModeSMessageFieldAP::decodeImpl(std::string const& data, unsigned char pos) {
     return store(readField(data, pos, bits(), kParityPositions), _addressParity);
@@ -139,37 +137,32 @@ unsigned int ModeSMessageFieldAP::setParity(unsigned int parity) {
 }
 
 ModeSMessageFieldCA::ModeSMessageFieldCA() : ModeSMessageField(CA) {}
-unsigned char ModeSMessageFieldCA::bits() const { return 3; }
 std::string ModeSMessageFieldCA::description() const { return std::to_string(_capability); }
 bool ModeSMessageFieldCA::decodeImpl(std::string const& data, unsigned char pos) {
     return store(readField(data, pos, bits(), kAfterFormat), _capability);
 }
 
 ModeSMessageFieldCF::ModeSMessageFieldCF() : ModeSMessageField(CF) {}
-unsigned char ModeSMessageFieldCF::bits() const { return 3; }
 std::string ModeSMessageFieldCF::description() const { return std::to_string(_code); }
 bool ModeSMessageFieldCF::decodeImpl(std::string const& data, unsigned char pos) {
     return store(readField(data, pos, bits(), kAfterFormat), _code);
 }
 
 ModeSMessageFieldFS::ModeSMessageFieldFS() : ModeSMessageField(FS) {}
-unsigned char ModeSMessageFieldFS::bits() const { return 3; }
 std::string ModeSMessageFieldFS::description() const { return kFlightStatusNames[_flightStatus]; }
 bool ModeSMessageFieldFS::decodeImpl(std::string const& data, unsigned char pos) {
     return store(readField(data, pos, bits(), kAfterFormat), _flightStatus);
 }
 
 ModeSMessageFieldID::ModeSMessageFieldID() : ModeSMessageField(ID) {}
-unsigned char ModeSMessageFieldID::bits() const { return 13; }
 std::string ModeSMessageFieldID::description() const { return formatted("%.4o", _identity); }
 bool ModeSMessageFieldID::decodeImpl(std::string const& data, unsigned char pos) {
     if (!readField(data, pos, bits(), kCodePosition)) return false;
-    _identity = collect(data, kIdentityBits);
+    _identity = kIdentity.of(data);
     return true;
 }
 
 ModeSMessageFieldMB::ModeSMessageFieldMB() : ModeSMessageField(MB) {}
-unsigned char ModeSMessageFieldMB::bits() const { return 56; }
 std::string ModeSMessageFieldMB::description() const { return dataHexString(); }
 bool ModeSMessageFieldMB::decodeImpl(std::string const& data, unsigned char pos) {
     return storeMessage(data, pos, _data);
@@ -177,7 +170,6 @@ bool ModeSMessageFieldMB::decodeImpl(std::string const& data, unsigned char pos)
 std::string ModeSMessageFieldMB::dataHexString() const { return hexOfBytes(_data); }
 
 ModeSMessageFieldME::ModeSMessageFieldME() : ModeSMessageField(ME) {}
-unsigned char ModeSMessageFieldME::bits() const { return 56; }
 std::string ModeSMessageFieldME::description() const { return dataHexString(); }
 bool ModeSMessageFieldME::decodeImpl(std::string const& data, unsigned char pos) {
     return storeMessage(data, pos, _data);
@@ -185,7 +177,6 @@ bool ModeSMessageFieldME::decodeImpl(std::string const& data, unsigned char pos)
 std::string ModeSMessageFieldME::dataHexString() const { return hexOfBytes(_data); }
 
 ModeSMessageFieldMV::ModeSMessageFieldMV() : ModeSMessageField(MV) {}
-unsigned char ModeSMessageFieldMV::bits() const { return 56; }
 std::string ModeSMessageFieldMV::description() const { return dataHexString(); }
 bool ModeSMessageFieldMV::decodeImpl(std::string const& data, unsigned char pos) {
     return storeMessage(data, pos, _data);
@@ -193,7 +184,6 @@ bool ModeSMessageFieldMV::decodeImpl(std::string const& data, unsigned char pos)
 std::string ModeSMessageFieldMV::dataHexString() const { return hexOfBytes(_data); }
 
 ModeSMessageFieldPI::ModeSMessageFieldPI() : ModeSMessageField(PI) {}
-unsigned char ModeSMessageFieldPI::bits() const { return 24; }
 std::string ModeSMessageFieldPI::description() const { return parityInterrogatorIdHexString(); }
 bool ModeSMessageFieldPI::decodeImpl(std::string const& data, unsigned char pos) {
     return store(readField(data, pos, bits(), kParityPositions), _parityInterrogatorId);
@@ -201,7 +191,6 @@ bool ModeSMessageFieldPI::decodeImpl(std::string const& data, unsigned char pos)
 std::string ModeSMessageFieldPI::parityInterrogatorIdHexString() const {
     return hexOfNumber(_parityInterrogatorId);
 }
-bool ModeSMessageFieldPI::interrogatorIdValid() const { return _interrogatorId < 80; }
 void ModeSMessageFieldPI::setParity(unsigned int parity) {
     _parity = parity;
     _interrogatorId = parity ^ _parityInterrogatorId;
@@ -213,7 +202,6 @@ unsigned int ModeSMessageFieldPI::setInterrogatorId(unsigned int interrogatorId)
 }
 
 ModeSMessageFieldVS::ModeSMessageFieldVS() : ModeSMessageField(VS) {}
-unsigned char ModeSMessageFieldVS::bits() const { return 1; }
 std::string ModeSMessageFieldVS::description() const { return kVerticalStatusNames[_verticalStatus]; }
 bool ModeSMessageFieldVS::decodeImpl(std::string const& data, unsigned char pos) {
     return store(readField(data, pos, bits(), kAfterFormat), _verticalStatus);

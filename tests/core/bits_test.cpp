@@ -25,8 +25,32 @@ TEST(Bits, FormNumbersAcrossByteBorders) {
 
 TEST(Bits, OfHighBytesAreNotSignExtended) { EXPECT_EQ(bits(fromHex("FF FF"), 4, 8), 0xFFU); }
 
-TEST(Bits, AreCollectedInTheOrderOfTheList) {
-    unsigned const positions[] = {7, 0, 15};
-    EXPECT_EQ(collect(fromHex("01 00"), positions), 0b100U);
-    EXPECT_EQ(collect(fromHex("80 01"), positions), 0b011U);
+TEST(Bits, EqualTheirDigitsWrittenOneByOne) {
+    auto const bytes = fromHex("A7 1C 00 FF 5B 93 E0 4D 82");
+    for (unsigned position = 0; position < 72; ++position) {
+        for (unsigned width = 0; width <= 57 && position + width <= 72; ++width) {
+            std::uint64_t expected = 0;
+            for (unsigned i = 0; i < width; ++i) expected = 2 * expected + (bit(bytes, position + i) ? 1 : 0);
+            EXPECT_EQ(bits<std::uint64_t>(bytes, position, width), expected) << position << ", " << width;
+        }
+    }
+}
+
+TEST(ScatteredBits, AreCollectedInTheOrderOfTheList) {
+    constexpr unsigned positions[] = {7, 0, 15};
+    constexpr ScatteredBits scattered(positions);
+    EXPECT_EQ(scattered.of(fromHex("01 00")), 0b100U);
+    EXPECT_EQ(scattered.of(fromHex("80 01")), 0b011U);
+}
+
+TEST(ScatteredBits, AreTakenFromTheTwoBytesThatHoldThem) {
+    constexpr unsigned positions[] = {30, 19, 21, 31, 24};
+    constexpr ScatteredBits scattered(positions);
+    for (unsigned value = 0; value < 0x10000; ++value) {
+        std::string const bytes = {'\x55', '\x55', static_cast<char>(value >> 8), static_cast<char>(value),
+                                   '\x55'};
+        std::uint32_t expected = 0;
+        for (auto const position : positions) expected = 2 * expected + (bit(bytes, position) ? 1 : 0);
+        ASSERT_EQ(scattered.of(bytes), expected) << value;
+    }
 }
