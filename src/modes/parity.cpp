@@ -14,7 +14,9 @@ constexpr std::uint32_t kGenerator = 0x1FFF409;
 constexpr unsigned kParityBits = 24;
 constexpr unsigned kLongFrameBits = 112;
 constexpr unsigned kDataBits = kLongFrameBits - kParityBits;
-constexpr unsigned kShortFrameOffset = 56; // a short frame is the end of a long one that begins with zeros
+constexpr unsigned kShortFrameBits = 56;
+constexpr unsigned kShortFrameOffset =
+    kLongFrameBits - kShortFrameBits; // the end of a long frame that begins with zeros
 
 // What each data bit of a long frame adds to the remainder, the last data bit being x^24 modulo the
 // generator.
@@ -44,64 +46,117 @@ constexpr auto kByteMarks = [] {
     return marks;
 }();
 
-// The positions ordered by their marks, for looking a mark up.
-struct Marked {
-    std::uint32_t mark;
-    unsigned position;
+// What one or two damaged data bits do to the remainder, looked up by what they did. No two of these cases
+// look the same: the code tells up to five damaged bits from none.
+class DamageTable {
+public:
+    struct Damage {
+        std::uint32_t syndrome = 0; // 0: no entry
+        std::uint8_t first = 0;
+        std::uint8_t second = kNoBit; // of a single bit
+    };
+    static constexpr std::uint8_t kNoBit = 0xFF;
+
+    constexpr DamageTable() {
+        for (std::uint8_t first = 0; first < kDataBits; ++first) {
+            insert({kMarks[first], first, kNoBit});
+            for (std::uint8_t second = first + 1; second < kDataBits; ++second) {
+                insert({kMarks[first] ^ kMarks[second], first, second});
+            }
+        }
+    }
+
+    constexpr Damage const* find(std::uint32_t syndrome) const {
+        auto const& slot = _slots[slotOf(syndrome)];
+        return slot.syndrome == syndrome ? &slot : nullptr;
+    }
+
+private:
+    static constexpr unsigned kSlotBits = 13; // 8,192 slots for 3,916 cases
+
+    // The slot that holds the syndrome, or the empty one where it would go.
+    constexpr std::size_t slotOf(std::uint32_t syndrome) const {
+        std::size_t slot = syndrome * 0x9E3779B1U >> (32 - kSlotBits);
+        while (_slots[slot].syndrome != 0 && _slots[slot].syndrome != syndrome) {
+            slot = (slot + 1) % _slots.size();
+        }
+        return slot;
+    }
+
+    constexpr void insert(Damage const& damage) {
+        auto& slot = _slots[slotOf(damage.syndrome)];
+        if (slot.syndrome != 0) throw "two cases of damage look the same"; // not at compile time
+        slot = damage;
+    }
+
+    std::array<Damage, std::size_t{1} << kSlotBits> _slots{};
 };
-constexpr auto kByMark = [] {
-    std::array<Marked, kDataBits> marked{};
-    for (unsigned i = 0; i < kDataBits; ++i) marked[i] = {kMarks[i], i};
-    std::sort(marked.begin(), marked.end(), [](Marked const& a, Marked const& b) { return a.mark < b.mark; });
-    return marked;
-}();
+constexpr DamageTable kDamage;
 
 unsigned offsetOf(unsigned frameBits) { return frameBits == kLongFrameBits ? 0 : kShortFrameOffset; }
 
 // Bits from the parity field on leave no mark.
 std::uint32_t markOf(unsigned position) { return position < kDataBits ? kMarks[position] : 0; }
 
-// The lowest position from `from` on that leaves this mark.
-std::optional<unsigned> find(std::uint32_t mark, unsigned from, unsigned frameBits) {
+// The first position of the parity field, whose bits leave no mark.
+unsigned firstParityBit(unsigned frameBits) { return kDataBits - offsetOf(frameBits); }
+
+// The damage of data bits that explains the syndrome, if the frame has those bits.
+DamageTable::Damage const* findDamage(std::uint32_t syndrome, unsigned frameBits) {
+    auto const* damage = kDamage.find(syndrome);
+    if (!damage) return nullptr;
+    auto const last = damage->second == DamageTable::kNoBit ? damage->first : damage->second;
     auto const offset = offsetOf(frameBits);
-    if (mark == 0) {
-        auto const position = std::max(from, kDataBits - offset);
-        return position < frameBits ? std::optional(position) : std::nullopt;
+    return damage->first >= offset && last < offset + frameBits ? damage : nullptr;
+}
+
+// What the first `bytes` bytes of a frame add up to, the first of them being byte `FirstByte` of a long
+// frame.
+template <unsigned FirstByte> std::uint32_t sumOfBytes(std::string_view frame, std::size_t bytes) {
+    std::uint32_t result = 0;
+    for (std::size_t i = 0; i < bytes; ++i) {
+        result ^= kByteMarks[FirstByte + i][static_cast<unsigned char>(frame[i])];
     }
-    auto const found =
-        std::lower_bound(kByMark.begin(), kByMark.end(), mark,
-                         [](Marked const& a, std::uint32_t wanted) { return a.mark < wanted; });
-    if (found == kByMark.end() || found->mark != mark) return {};
-    if (found->position < offset + from || found->position >= offset + frameBits) return {};
-    return found->position - offset;
+    return result;
 }
 
 } // namespace
 
 std::uint32_t remainder(std::string_view frame, unsigned frameBits) {
-    auto const offset = offsetOf(frameBits);
-    auto const bytes = std::min<std::size_t>({frame.size(), frameBits / 8, kDataBytes - offset / 8});
-    std::uint32_t result = 0;
-    for (std::size_t i = 0; i < bytes; ++i) {
-        result ^= kByteMarks[offset / 8 + i][static_cast<unsigned char>(frame[i])];
+    constexpr unsigned kShortFrameFirstByte = kShortFrameOffset / 8;
+    // the two lengths that replies have, without a thought about any other
+    if (frameBits == kLongFrameBits && frame.size() >= kDataBytes) return sumOfBytes<0>(frame, kDataBytes);
+    if (frameBits == kShortFrameBits && frame.size() >= kDataBytes - kShortFrameFirstByte) {
+        return sumOfBytes<kShortFrameFirstByte>(frame, kDataBytes - kShortFrameFirstByte);
     }
-    // the odd bits of a length that is no whole number of bytes
-    for (unsigned i = frameBits / 8 * 8; i < frameBits && i / 8 < frame.size(); ++i) {
-        if (bit(frame, i)) result ^= markOf(offset + i);
+    std::uint32_t result = 0;
+    for (unsigned i = 0; i < frameBits && i / 8 < frame.size(); ++i) {
+        if (bit(frame, i)) result ^= markOf(offsetOf(frameBits) + i);
     }
     return result;
 }
 
 std::optional<unsigned> findBit(std::uint32_t syndrome, unsigned frameBits) {
-    return find(syndrome, 0, frameBits);
+    if (syndrome == 0) {
+        auto const position = firstParityBit(frameBits);
+        return position < frameBits ? std::optional(position) : std::nullopt;
+    }
+    auto const* damage = findDamage(syndrome, frameBits);
+    if (!damage || damage->second != DamageTable::kNoBit) return {};
+    return damage->first - offsetOf(frameBits);
 }
 
 std::optional<std::pair<unsigned, unsigned>> findPair(std::uint32_t syndrome, unsigned frameBits) {
-    for (unsigned first = 0; first < frameBits; ++first) {
-        auto const firstMark = markOf(offsetOf(frameBits) + first);
-        if (auto const second = find(syndrome ^ firstMark, first + 1, frameBits)) return {{first, *second}};
+    auto const parityBit = firstParityBit(frameBits);
+    if (syndrome == 0) { // two bits that leave no mark
+        return parityBit + 1 < frameBits ? std::optional(std::pair(parityBit, parityBit + 1)) : std::nullopt;
     }
-    return {};
+    auto const* damage = findDamage(syndrome, frameBits);
+    if (!damage) return {};
+    auto const first = damage->first - offsetOf(frameBits);
+    if (damage->second != DamageTable::kNoBit) return {{first, damage->second - offsetOf(frameBits)}};
+    // one bit explains it all: together with one that leaves no mark
+    return parityBit < frameBits ? std::optional(std::pair(first, parityBit)) : std::nullopt;
 }
 
 } // namespace quorvel::modes::parity
