@@ -82,6 +82,8 @@ public:
     static std::string encapsulateAvr(ModeSEncapsulation const& record);
 
 private:
+    friend struct RecordAccess;
+
     unsigned long long _timeStamp = 0;
     std::string _data;
 };

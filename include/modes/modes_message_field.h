@@ -8,6 +8,8 @@
 
 namespace quorvel::modes {
 
+template <class... Fields> class Layout;
+
 /// One field of a Mode S reply, named by its designator (ICAO Annex 10 Vol. IV, 3.1.2.3.2).
 ///
 /// Fields are members of a message and are never deleted through this base; it has no virtual destructor.
@@ -65,6 +67,8 @@ public:
     bool decode(char const* data, unsigned long long size, unsigned char pos);
 
 private:
+    template <class... Fields> friend class Layout; // decodes the fields of a reply, whose classes it knows
+
     Designator _designator;
     unsigned char _pos = 0;
     bool _valid = false;
@@ -74,7 +78,7 @@ private:
 class TREVALLO_EXPORT ModeSMessageFieldAA : public ModeSMessageField {
 public:
     ModeSMessageFieldAA();
-    unsigned char bits() const override;
+    unsigned char bits() const override { return 24; }
     std::string description() const override;
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
@@ -92,7 +96,7 @@ private:
 class TREVALLO_EXPORT ModeSMessageFieldAC : public ModeSMessageField {
 public:
     ModeSMessageFieldAC();
-    unsigned char bits() const override;
+    unsigned char bits() const override { return 13; }
     std::string description() const override;
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
@@ -112,7 +116,7 @@ private:
 class TREVALLO_EXPORT ModeSMessageFieldAF : public ModeSMessageField {
 public:
     ModeSMessageFieldAF();
-    unsigned char bits() const override;
+    unsigned char bits() const override { return 3; }
     std::string description() const override;
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
@@ -126,7 +130,7 @@ private:
 class TREVALLO_EXPORT ModeSMessageFieldAP : public ModeSMessageField {
 public:
     ModeSMessageFieldAP();
-    unsigned char bits() const override;
+    unsigned char bits() const override { return 24; }
     std::string description() const override;
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
@@ -148,7 +152,7 @@ private:
 class TREVALLO_EXPORT ModeSMessageFieldCA : public ModeSMessageField {
 public:
     ModeSMessageFieldCA();
-    unsigned char bits() const override;
+    unsigned char bits() const override { return 3; }
     std::string description() const override;
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
@@ -162,7 +166,7 @@ private:
 class TREVALLO_EXPORT ModeSMessageFieldCF : public ModeSMessageField {
 public:
     ModeSMessageFieldCF();
-    unsigned char bits() const override;
+    unsigned char bits() const override { return 3; }
     std::string description() const override;
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
@@ -176,7 +180,7 @@ private:
 class TREVALLO_EXPORT ModeSMessageFieldFS : public ModeSMessageField {
 public:
     ModeSMessageFieldFS();
-    unsigned char bits() const override;
+    unsigned char bits() const override { return 3; }
     std::string description()
         const override; ///< "AIR", "GND", "AIR, ALERT", "GND, ALERT", "ALERT, SPI", "SPI", "UNKNOWN"
     bool decodeImpl(std::string const& data, unsigned char pos) override;
@@ -191,7 +195,7 @@ private:
 class TREVALLO_EXPORT ModeSMessageFieldID : public ModeSMessageField {
 public:
     ModeSMessageFieldID();
-    unsigned char bits() const override;
+    unsigned char bits() const override { return 13; }
     std::string description() const override; ///< four octal digits, for example "7700"
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
@@ -205,7 +209,7 @@ private:
 class TREVALLO_EXPORT ModeSMessageFieldMB : public ModeSMessageField {
 public:
     ModeSMessageFieldMB();
-    unsigned char bits() const override;
+    unsigned char bits() const override { return 56; }
     std::string description() const override; ///< as `dataHexString()`
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
@@ -220,7 +224,7 @@ private:
 class TREVALLO_EXPORT ModeSMessageFieldME : public ModeSMessageField {
 public:
     ModeSMessageFieldME();
-    unsigned char bits() const override;
+    unsigned char bits() const override { return 56; }
     std::string description() const override; ///< as `dataHexString()`
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
@@ -235,7 +239,7 @@ private:
 class TREVALLO_EXPORT ModeSMessageFieldMV : public ModeSMessageField {
 public:
     ModeSMessageFieldMV();
-    unsigned char bits() const override;
+    unsigned char bits() const override { return 56; }
     std::string description() const override; ///< as `dataHexString()`
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
@@ -251,7 +255,7 @@ private:
 class TREVALLO_EXPORT ModeSMessageFieldPI : public ModeSMessageField {
 public:
     ModeSMessageFieldPI();
-    unsigned char bits() const override;
+    unsigned char bits() const override { return 24; }
     std::string description() const override;
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
@@ -260,8 +264,11 @@ public:
     unsigned int parity() const { return _parity; }
     unsigned int interrogatorId() const { return _interrogatorId; }
 
-    /// Whether the interrogator identifier is one: II codes 0 to 15 and SI codes up to 63 stay below 80.
-    bool interrogatorIdValid() const;
+    /// Interrogator identifiers lie below this: II codes are 0 to 15, SI codes follow up to 79.
+    static constexpr unsigned int kInterrogatorIds = 80;
+
+    /// Whether the interrogator identifier is one.
+    bool interrogatorIdValid() const { return _interrogatorId < kInterrogatorIds; }
 
     /// Takes the frame's calculated parity; the interrogator identifier follows from it.
     void setParity(unsigned int parity);
@@ -279,7 +286,7 @@ private:
 class TREVALLO_EXPORT ModeSMessageFieldVS : public ModeSMessageField {
 public:
     ModeSMessageFieldVS();
-    unsigned char bits() const override;
+    unsigned char bits() const override { return 1; }
     std::string description() const override; ///< "AIR" or "GND"
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 

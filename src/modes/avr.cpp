@@ -12,6 +12,7 @@
 #include "modes/receiver_time.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 namespace quorvel::modes {
@@ -23,13 +24,18 @@ constexpr char kTimedHead = '@';
 constexpr char kSilentHead = '?';
 constexpr char kTail = ';';
 
-// The value of a hexadecimal digit, 16 for any other character.
-unsigned digitValue(char character) {
-    if (character >= '0' && character <= '9') return static_cast<unsigned>(character - '0');
-    if (character >= 'A' && character <= 'F') return static_cast<unsigned>(character - 'A') + 10;
-    if (character >= 'a' && character <= 'f') return static_cast<unsigned>(character - 'a') + 10;
-    return 16;
-}
+constexpr unsigned kNoDigit = 16;
+
+// The values of the hexadecimal digits by character.
+constexpr auto kDigitValues = [] {
+    std::array<unsigned char, 256> values{};
+    for (auto& value : values) value = kNoDigit;
+    for (unsigned char i = 0; i < 10; ++i) values['0' + i] = i;
+    for (unsigned char i = 10; i < 16; ++i) values['A' + i - 10] = values['a' + i - 10] = i;
+    return values;
+}();
+
+unsigned digitValue(char character) { return kDigitValues[static_cast<unsigned char>(character)]; }
 
 bool isBlank(char character) { return character == ' ' || ('\t' <= character && character <= '\r'); }
 
@@ -38,35 +44,36 @@ bool isBlank(char character) { return character == ' ' || ('\t' <= character && 
 char byteOf(char first, char second) {
     auto const high = digitValue(first);
     auto const low = digitValue(second);
-    if (high < 16) return static_cast<char>(low < 16 ? high << 4 | low : high);
-    if (low == 16) return 0;
+    if (high != kNoDigit) return static_cast<char>(low != kNoDigit ? high << 4 | low : high);
+    if (low == kNoDigit) return 0;
     if (first == '-') return static_cast<char>(0U - low);
     return static_cast<char>(first == '+' || isBlank(first) ? low : 0);
 }
 
-// The bytes of a line between its head and tail; a lone digit at the end is ignored.
-std::string bytesOf(std::string_view line) {
-    std::string bytes;
-    if (line.size() <= 3) return bytes;
-    bytes.reserve(line.size() / 2);
-    for (std::size_t i = 1; i < line.size() - 2; i += 2) bytes += byteOf(line[i], line[i + 1]);
-    return bytes;
-}
+// The number of bytes between head and tail of a line; a lone digit at the end is ignored.
+std::size_t bytesIn(std::string_view line) { return line.size() < 2 ? 0 : (line.size() - 2) / 2; }
 
 bool isFrameLength(std::size_t bytes) {
     return bytes == kModeACFrameBytes || bytes == kShortFrameBytes || bytes == kLongFrameBytes;
 }
 
-void logCorrupted(char const* text) { Log::log(Log::Info, kEncapsulationModule, std::string(text)); }
-
-void logLine(std::string const& line) {
-    if (!logShows(Log::Debug)) return; // every line comes by here
-    Log::log(Log::Debug, kEncapsulationModule, "Get AVR line (size = %u): %s",
-             static_cast<unsigned>(line.size()), line.c_str());
+void logCorrupted(char const* text) {
+    if (logShows(Log::Info)) Log::log(Log::Info, kEncapsulationModule, std::string(text));
 }
 
+void logLine(std::string_view line) {
+    if (!logShows(Log::Debug)) return; // every line comes by here
+    Log::log(Log::Debug, kEncapsulationModule, "Get AVR line (size = %u): %s",
+             static_cast<unsigned>(line.size()), std::string(line).c_str());
+}
+
+struct ExtractionTime {
+    std::uint64_t now;
+    std::uint64_t midnight;
+};
+
 // The frame of one line without its line feed, or nothing.
-std::shared_ptr<ModeSEncapsulation> readLine(std::string const& line) {
+std::shared_ptr<ModeSEncapsulation> readLine(std::string_view line, ExtractionTime const& host) {
     logLine(line);
 
     char const head = line.empty() ? '\0' : line.front();
@@ -81,24 +88,30 @@ std::shared_ptr<ModeSEncapsulation> readLine(std::string const& line) {
         return {};
     }
 
-    auto const bytes = bytesOf(line);
     auto const timeBytes = timed ? kReceiverTimeBytes : 0;
-    if (bytes.size() < timeBytes || !isFrameLength(bytes.size() - timeBytes)) {
+    auto const size = bytesIn(line);
+    if (size < timeBytes || !isFrameLength(size - timeBytes)) {
         logCorrupted("Corrupted AVR message (length error):");
         return {};
     }
-    auto const time = timed ? receiverTime(bytes) : clock::nowMilliseconds();
-    return makeRecord(time, bytes.substr(timeBytes));
+    std::array<char, kReceiverTimeBytes + kLongFrameBytes> bytes;
+    for (std::size_t i = 0; i < size; ++i) bytes[i] = byteOf(line[1 + 2 * i], line[2 + 2 * i]);
+    std::string_view const decoded(bytes.data(), size);
+    auto const time = timed ? receiverTime(decoded.substr(0, timeBytes), host.midnight) : host.now;
+    return RecordAccess::make(time, decoded.substr(timeBytes));
 }
 
 } // namespace
 
 ModeSEncapsulation::Records ModeSEncapsulation::extractAvr(std::string& buffer) {
     Records records;
-    for (std::size_t start = 0; start < buffer.size();) {
-        auto const end = std::min(buffer.find('\n', start), buffer.size());
-        if (auto record = readLine(buffer.substr(start, end - start))) records.push_back(std::move(record));
-        start = end + 1;
+    auto const now = clock::nowMilliseconds();
+    ExtractionTime const host{now, midnightBefore(now)};
+    std::string_view lines = buffer;
+    while (!lines.empty()) {
+        auto const end = std::min(lines.find('\n'), lines.size());
+        if (auto record = readLine(lines.substr(0, end), host)) records.push_back(std::move(record));
+        lines.remove_prefix(std::min(end + 1, lines.size()));
     }
     buffer.clear(); // a trailing fragment is used up too
     return records;

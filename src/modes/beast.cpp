@@ -6,6 +6,7 @@
 // Frames are cut by these lengths alone: 0x1A inside a frame is data, doubled or not.
 #include <modes/modes_encapsulation.h>
 
+#include "core/clock.h"
 #include "modes/frame_record.h"
 #include "modes/receiver_time.h"
 
@@ -33,18 +34,24 @@ std::size_t frameBytes(char type) {
 // Type "4" frames are recognised as a place where the stream is in step, and then skipped.
 bool isType(char byte) { return '1' <= byte && byte <= '4'; }
 
+bool isInStep(std::string_view stream) { return stream[0] == kEscape && isType(stream[1]); }
+
 // What is left of the stream from the next escape and type byte on; without one, its last byte.
 std::string_view synchronised(std::string_view stream) {
-    for (std::size_t i = 0; i + 1 < stream.size(); ++i) {
-        if (stream[i] == kEscape && isType(stream[i + 1])) return stream.substr(i);
+    while (stream.size() > 1) {
+        if (isInStep(stream)) return stream;
+        auto const next = stream.find(kEscape, 1);
+        stream.remove_prefix(std::min(next, stream.size() - 1));
     }
-    return stream.substr(stream.size() - 1);
+    return stream;
 }
 
 } // namespace
 
 ModeSEncapsulation::Records ModeSEncapsulation::extractBeast(std::string& buffer) {
     Records records;
+    records.reserve(buffer.size() / (kFramePosition + kLongFrameBytes));
+    auto const midnight = midnightBefore(clock::nowMilliseconds());
     std::string_view stream = buffer;
     while (!stream.empty()) {
         stream = synchronised(stream);
@@ -55,8 +62,8 @@ ModeSEncapsulation::Records ModeSEncapsulation::extractBeast(std::string& buffer
             continue;
         }
         if (stream.size() < kFramePosition + length) break; // the rest comes with the next call
-        records.push_back(makeRecord(receiverTime(stream.substr(kTimePosition, kReceiverTimeBytes)),
-                                     std::string(stream.substr(kFramePosition, length))));
+        auto const time = receiverTime(stream.substr(kTimePosition, kReceiverTimeBytes), midnight);
+        records.push_back(RecordAccess::make(time, stream.substr(kFramePosition, length)));
         stream.remove_prefix(kFramePosition + length);
     }
     buffer.erase(0, buffer.size() - stream.size());

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace quorvel::modes {
 
@@ -16,11 +17,16 @@ inline constexpr std::size_t kModeACFrameBytes = 2;
 inline constexpr std::size_t kShortFrameBytes = 7;
 inline constexpr std::size_t kLongFrameBytes = 14;
 
-inline std::shared_ptr<ModeSEncapsulation> makeRecord(unsigned long long timeStamp, std::string const& data) {
-    auto record = std::make_shared<ModeSEncapsulation>();
-    record->setTimeStamp(timeStamp);
-    record->setData(data);
-    return record;
-}
+/// Makes and reads records without copies of their bytes in between.
+struct RecordAccess {
+    static std::shared_ptr<ModeSEncapsulation> make(unsigned long long timeStamp, std::string_view data) {
+        auto record = std::make_shared<ModeSEncapsulation>();
+        record->_timeStamp = timeStamp;
+        record->_data = data;
+        return record;
+    }
+
+    static std::string const& data(ModeSEncapsulation const& record) { return record._data; }
+};
 
 } // namespace quorvel::modes

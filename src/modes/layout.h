@@ -27,7 +27,7 @@ public:
         return std::apply(
             [&](auto const&... at) {
                 bool valid = true;
-                ((valid = at.field.decode(frame, at.position) && valid), ...);
+                ((valid = decodeField(at, frame) && valid), ...);
                 return valid;
             },
             _fields);
@@ -39,6 +39,14 @@ public:
     }
 
 private:
+    // `ModeSMessageField::decode` without its virtual calls: a member is of the class it is declared with.
+    template <class Field> static bool decodeField(At<Field> const& at, std::string const& frame) {
+        if (at.position + at.field.Field::bits() > 8 * frame.size()) return false;
+        at.field._pos = at.position;
+        at.field._valid = at.field.Field::decodeImpl(frame, at.position);
+        return at.field._valid;
+    }
+
     std::tuple<At<Fields>...> _fields;
 };
 

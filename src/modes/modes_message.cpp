@@ -32,11 +32,12 @@ std::string ModeSMessage::description() const { return "Mode-S " + modeSMsgTypeN
 
 bool ModeSMessage::decode(std::string const& bytes) {
     _data = bytes;
-    if (_data.size() < size()) {
+    auto const frameBits = bits();
+    if (_data.size() < frameBits / 8) {
         _valid = false;
         return false;
     }
-    _calculatedParity = calculateParity();
+    _calculatedParity = parity::remainder(_data, frameBits);
     _valid = decodeImpl();
     return _valid;
 }

@@ -18,7 +18,7 @@ ModeSEncapsulation::Records ModeSEncapsulation::extractRawHex(std::string& buffe
 ModeSEncapsulation::Records ModeSEncapsulation::extractRawBin(std::string& buffer) {
     Records records;
     if (buffer.size() == kShortFrameBytes || buffer.size() == kLongFrameBytes) {
-        records.push_back(makeRecord(clock::nowMilliseconds(), buffer));
+        records.push_back(RecordAccess::make(clock::nowMilliseconds(), buffer));
     } else {
         // the same words for a buffer that is too short
         Log::log(Log::Warning, kEncapsulationModule, "Raw bin buffer over size (%u), data disgarded",

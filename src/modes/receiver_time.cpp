@@ -2,7 +2,6 @@
 #include "modes/receiver_time.h"
 
 #include "core/bits.h"
-#include "core/clock.h"
 
 namespace quorvel::modes {
 
@@ -14,11 +13,15 @@ constexpr unsigned kNanosecondBits = 30;
 
 } // namespace
 
-std::uint64_t receiverTime(std::string_view bytes) {
-    auto const now = clock::nowMilliseconds();
-    auto const second = bits<std::uint64_t>(bytes, 0, kSecondBits);
-    auto const nanosecond = bits<std::uint64_t>(bytes, kSecondBits, kNanosecondBits);
-    return now - now % kDayMilliseconds + second * 1000 + nanosecond / 1'000'000;
+std::uint64_t midnightBefore(std::uint64_t milliseconds) {
+    return milliseconds - milliseconds % kDayMilliseconds;
+}
+
+std::uint64_t receiverTime(std::string_view bytes, std::uint64_t midnight) {
+    auto const stamp = bits<std::uint64_t>(bytes, 0, kSecondBits + kNanosecondBits);
+    auto const second = stamp >> kNanosecondBits;
+    auto const nanosecond = stamp & ((std::uint64_t{1} << kNanosecondBits) - 1);
+    return midnight + second * 1000 + nanosecond / 1'000'000;
 }
 
 std::uint64_t receiverTimeBits(std::uint64_t milliseconds) {
