@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <modes/detail/address_map.h>
 #include <modes/df_message.h>
 
+#include <array>
 #include <memory>
 #include <string>
-#include <unordered_map>
 
 namespace quorvel::modes {
 
@@ -19,6 +20,9 @@ class ModeSEncapsulation;
 /// is also judged by its interrogator, which is trusted after ten replies none of which came later than a
 /// minute after the one before. Freshness is measured on the host's clock, never by the time stamps of frames
 /// (deliberate): a recording replays as if it were received now.
+///
+/// Memory: an address takes about 50 bytes while it is known. Addresses that were only looked up are not
+/// kept, and those known no longer make room for new ones.
 ///
 /// One decoder for each receiver, used from one thread at a time. Separate decoders share nothing but the
 /// log.
@@ -47,8 +51,9 @@ public:
 private:
     /// Times are seconds of the host's clock.
     struct Interrogator {
-        long long lastReply = 0;
+        long long lastReply = 0; // s
         unsigned int replies = 0;
+        bool known = false;
     };
 
     template <class Reply> std::shared_ptr<ModeSMessage> receive(std::string const& data);
@@ -68,16 +73,16 @@ private:
     ModeSMessage::Confidence grade(DF21Message const& reply);
 
     bool isFresh(long long time, unsigned int timeout) const;
-    bool isKnown(unsigned int address) const;
+    long long* findFresh(unsigned int address);
     void confirm(unsigned int address);
     bool confirmIfKnown(unsigned int address);
 
-    std::unordered_map<unsigned int, long long> _addresses; // when each was last confirmed
-    unsigned int _addressTimeout = 600;                     // seconds
-    std::unordered_map<unsigned int, Interrogator> _interrogators;
+    detail::AddressMap<long long> _addresses; // when each was last confirmed, s
+    unsigned int _addressTimeout = 600;       // seconds
+    std::array<Interrogator, ModeSMessageFieldPI::kInterrogatorIds> _interrogators;
     unsigned int _interrogatorTimeout = 60; // seconds
     unsigned int _interrogatorConfirmCount = 10;
-    long long _now = 0; // read once for each frame
+    long long _now = 0; // s, of the frame being decoded
 };
 
 } // namespace quorvel::modes

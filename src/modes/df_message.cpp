@@ -48,7 +48,7 @@ template <class Reply, class Fields>
 bool decodeExtendedSquitter(Reply& reply, Fields const& fields, std::string const& module) {
     bool const valid = fields.decode(reply.data());
     if (reply.fieldPI().setInterrogatorId(0) != reply.calculatedParity()) {
-        Log::log(Log::Info, module, std::string("Parity check failed."));
+        Log::log(Log::Info, module, "Parity check failed.");
         return false;
     }
     reply.setIcaoAddress(reply.constFieldAA().icaoAddress());
@@ -65,7 +65,7 @@ bool DFMessage::decodeImpl() {
     if (data().size() < size()) return false;
     if (data().empty() ||
         downlinkFormatByCode(static_cast<unsigned char>(data()[0]) >> 3) != _downlinkFormat) {
-        Log::log(Log::Info, kModule, std::string("DF format mismatch."));
+        Log::log(Log::Info, kModule, "DF format mismatch.");
         return false;
     }
     return true;

@@ -4,7 +4,7 @@
 #include <modes/log.h>
 #include <modes/modes_encapsulation.h>
 
-#include "core/clock.h"
+#include "modes/frame_record.h"
 
 #include <array>
 #include <type_traits>
@@ -50,7 +50,7 @@ template <class Reply> bool decodeRepaired(Reply& reply, std::string const& data
 
 } // namespace
 
-ModeSDecoder::ModeSDecoder() { Log::log(Log::Info, kModule, std::string("Initialized.")); }
+ModeSDecoder::ModeSDecoder() { Log::log(Log::Info, kModule, "Initialized."); }
 
 std::shared_ptr<ModeSMessage> ModeSDecoder::decode(ModeSMessage::ModeSMsgType type, std::string const& data) {
     using Receive = std::shared_ptr<ModeSMessage> (ModeSDecoder::*)(std::string const&);
@@ -70,9 +70,8 @@ std::shared_ptr<ModeSMessage> ModeSDecoder::decode(ModeSMessage::ModeSMsgType ty
     }();
 
     if (data.empty()) return {};
-    _now = clock::nowSeconds();
     if (type != ModeSMessage::DOWNLINK) {
-        Log::log(Log::Debug, kModule, std::string("Unsupported UF message detected."));
+        Log::log(Log::Debug, kModule, "Unsupported UF message detected.");
         return {};
     }
     auto const format = DFMessage::downlinkFormatByCode(static_cast<unsigned char>(data[0]) >> 3);
@@ -107,11 +106,12 @@ std::shared_ptr<ModeSMessage> ModeSDecoder::decode(ModeSMessage::ModeSMsgType ty
 std::shared_ptr<ModeSMessage> ModeSDecoder::decode(ModeSMessage::ModeSMsgType type,
                                                    std::shared_ptr<ModeSEncapsulation> const& frame) {
     if (!frame) return {};
-    return decode(type, frame->data(), frame->timeStamp());
+    return decode(type, RecordAccess::data(*frame), frame->timeStamp());
 }
 
 template <class Reply> std::shared_ptr<ModeSMessage> ModeSDecoder::receive(std::string const& data) {
     auto reply = std::make_shared<Reply>();
+    _now = static_cast<long long>(reply->timeStamp()) / 1000; // the clock's reading for this frame
     if (!reply->decode(data)) {
         if constexpr (kIsRepaired<Reply>) {
             if (!decodeRepaired(*reply, data)) return {};
@@ -161,41 +161,48 @@ ModeSMessage::Confidence ModeSDecoder::grade(DF11Message const& reply) {
         return ModeSMessage::NONE;
     }
 
-    auto const known = _interrogators.find(field.interrogatorId());
-    bool const isCurrent =
-        known != _interrogators.end() && isFresh(known->second.lastReply, _interrogatorTimeout);
-    if (!isKnown(reply.icaoAddress())) {
-        if (!isCurrent || known->second.replies < _interrogatorConfirmCount) return ModeSMessage::NONE;
+    auto& interrogator = _interrogators[field.interrogatorId()];
+    bool const isCurrent = interrogator.known && isFresh(interrogator.lastReply, _interrogatorTimeout);
+    bool const isKnown = confirmIfKnown(reply.icaoAddress());
+    if (!isKnown) {
+        if (!isCurrent || interrogator.replies < _interrogatorConfirmCount) return ModeSMessage::NONE;
         confirm(reply.icaoAddress());
-        known->second.lastReply = _now;
-        ++known->second.replies;
-        return ModeSMessage::HIGH;
     }
-
-    confirm(reply.icaoAddress());
     if (!isCurrent) {
-        _interrogators[field.interrogatorId()] = {_now, 1};
+        interrogator = {_now, 1, true};
         return ModeSMessage::LOW;
     }
-    known->second.lastReply = _now;
-    ++known->second.replies;
-    bool const isTrusted = field.interrogatorId() == 0 || known->second.replies >= _interrogatorConfirmCount;
+    interrogator.lastReply = _now;
+    ++interrogator.replies;
+    bool const isTrusted =
+        !isKnown || field.interrogatorId() == 0 || interrogator.replies >= _interrogatorConfirmCount;
     return isTrusted ? ModeSMessage::HIGH : ModeSMessage::MEDIUM;
 }
 
 bool ModeSDecoder::isFresh(long long time, unsigned int timeout) const { return time + timeout >= _now; }
 
-bool ModeSDecoder::isKnown(unsigned int address) const {
-    auto const confirmed = _addresses.find(address);
-    return confirmed != _addresses.end() && isFresh(confirmed->second, _addressTimeout);
+// When the address was last confirmed, null when that was too long ago or never.
+long long* ModeSDecoder::findFresh(unsigned int address) {
+    auto* confirmed = _addresses.find(address);
+    return confirmed && isFresh(*confirmed, _addressTimeout) ? confirmed : nullptr;
 }
 
-void ModeSDecoder::confirm(unsigned int address) { _addresses[address] = _now; }
+// Anyone can send squitters with any address. What is stale makes room before the memory grows.
+void ModeSDecoder::confirm(unsigned int address) {
+    if (auto* confirmed = _addresses.find(address)) {
+        *confirmed = _now;
+        return;
+    }
+    if (_addresses.isFull()) {
+        _addresses.eraseIf([this](long long confirmed) { return !isFresh(confirmed, _addressTimeout); });
+    }
+    _addresses[address] = _now;
+}
 
 bool ModeSDecoder::confirmIfKnown(unsigned int address) {
-    if (!isKnown(address)) return false;
-    confirm(address);
-    return true;
+    auto* confirmed = findFresh(address);
+    if (confirmed) *confirmed = _now;
+    return confirmed != nullptr;
 }
 
 } // namespace quorvel::modes
