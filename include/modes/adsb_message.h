@@ -3,12 +3,15 @@
 
 #include <modes/adsb_message_field.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 namespace quorvel::modes {
+
+struct ListedField;
 
 /// One ADS-B message: the 7-byte ME payload of an extended squitter, decoded (RTCA DO-260B, 2.2.3.2.1).
 ///
@@ -34,7 +37,7 @@ public:
     virtual ~ADSBMessage();
 
     /// The fields found so far, ordered by position.
-    virtual std::vector<ADSBMessageField> fields() const { return _fields; }
+    virtual std::vector<ADSBMessageField> fields() const;
 
     /// One line of text. The base writes the type code as one raw byte, not in digits (deliberate).
     virtual std::string description() const;
@@ -77,16 +80,33 @@ public:
     void setSignalAmplitude(std::uint8_t const& amplitude) { _signalAmplitude = amplitude; }
 
     /// Appends a field to the list; for the `decodeImpl` of message classes.
-    void addField(ADSBMessageField const& field) { _fields.push_back(field); }
+    void addField(ADSBMessageField const& field);
 
 private:
+    friend struct PayloadFields;
+
+    // Rows of a table of fields that are listed and not yet made.
+    struct ListedRows {
+        ListedField const* first;
+        std::size_t count;
+    };
+
+    void listFields(ListedField const* rows, std::size_t count);
+    void makeListedFields();
+    void appendListedFields(std::vector<ADSBMessageField>& fields) const;
+
     std::string _data;
     bool _valid = false;
     std::uint8_t _typeCode = 0;
     ADSBMessageType _type;
     std::uint64_t _timeStamp;
     std::uint8_t _signalAmplitude = 0;
+    // Few ask for the fields. Those of the last payload are made when someone does; in `_fields` are those
+    // that had to be made earlier.
     std::vector<ADSBMessageField> _fields;
+    std::array<ListedRows, 4> _listed;
+    std::uint8_t _listedCount = 0;
+    bool _listedSorted = false;
 };
 
 } // namespace quorvel::modes

@@ -20,13 +20,37 @@ constexpr std::uint8_t kFirstGnssTypeCode = 20;
 NameTable const kSourceNames{{"BARO", "GNSS"}, "GNSS"};
 NameTable const kResolutionNames{{"100FT", "25FT"}, "--"}; // by the Q bit
 
+ADSBAirbornePositionMessage::AltitudeSource altitudeSourceOf(std::uint8_t typeCode) {
+    return typeCode < kFirstGnssTypeCode ? ADSBAirbornePositionMessage::BARO
+                                         : ADSBAirbornePositionMessage::GNSS;
+}
+
+unsigned int resolutionOf(Payload const& payload) { return payload.flag(kResolution) ? 25 : 100; }
+
 // Deliberate and visible to hosts: the low four bits come from the last payload byte, where the standard puts
 // the end of the longitude.
-unsigned int altitudeSteps(ADSBMessage const& message) {
+int altitudeOf(Payload const& payload) {
     constexpr PayloadField kHighBits{ADSBMessageField::ALT, 8, 7};
     constexpr PayloadField kLowBits{ADSBMessageField::ALT, 48, 4};
-    return peekField(message, kHighBits) << 4 | peekField(message, kLowBits);
+    auto const steps = payload.read(kHighBits) << 4 | payload.read(kLowBits);
+    return static_cast<int>(steps * resolutionOf(payload)) - 1000;
 }
+
+std::string sourceText(ADSBMessage const& message, PayloadField const&) {
+    return kSourceNames[altitudeSourceOf(message.typeCode())];
+}
+
+std::string altitudeText(ADSBMessage const& message, PayloadField const&) {
+    return std::to_string(altitudeOf(Payload(message))) + "FT";
+}
+
+constexpr ListedField kAltitudeFields[] = {
+    {kSource, sourceText},
+    {kResolution, nameText<kResolutionNames>},
+    {kAltitude, altitudeText},
+};
+constexpr ListedField kListedSingleAntenna{kSingleAntenna, numberText};
+constexpr ListedField kListedNicSupplementB{kNicSupplementB, numberText};
 
 } // namespace
 
@@ -40,35 +64,39 @@ std::string ADSBAirbornePositionMessage::description() const {
 bool ADSBAirbornePositionMessage::decodeImpl() {
     if (!hasPayload(*this) || typeByCode(typeCode()) != POS_AIR) return false;
 
-    _altitudeSource = typeCode() < kFirstGnssTypeCode ? BARO : GNSS;
-    listField(*this, kSource, kSourceNames[_altitudeSource]);
-    _altResolution = readNamed(*this, kResolution, kResolutionNames) != 0 ? 25 : 100;
-    _altitude = static_cast<int>(altitudeSteps(*this) * _altResolution) - 1000;
-    listField(*this, kAltitude, std::to_string(_altitude) + "FT");
+    Payload const payload(*this);
+    _altitudeSource = altitudeSourceOf(typeCode());
+    _altResolution = resolutionOf(payload);
+    _altitude = altitudeOf(payload);
+    PayloadFields::list(*this, kAltitudeFields);
 
-    auto const position = readPositionFields(*this);
+    auto const position = readPositionFields(payload);
     _timeApplicability = position.timeApplicability;
     _cprFormat = position.cprFormat;
     _cprLatitude = position.cprLatitude;
     _cprLongitude = position.cprLongitude;
+    listPositionFields(*this);
     return true;
 }
 
 bool ADSBAirbornePositionMessageV0::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) return false;
-    _singalAntena = readFlag(*this, kSingleAntenna);
+    _singalAntena = Payload(*this).flag(kSingleAntenna);
+    PayloadFields::list(*this, kListedSingleAntenna);
     return true;
 }
 
 bool ADSBAirbornePositionMessageV1::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) return false;
-    _singalAntena = readFlag(*this, kSingleAntenna);
+    _singalAntena = Payload(*this).flag(kSingleAntenna);
+    PayloadFields::list(*this, kListedSingleAntenna);
     return true;
 }
 
 bool ADSBAirbornePositionMessageV2::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) return false;
-    _nicSupplementB = readFlag(*this, kNicSupplementB);
+    _nicSupplementB = Payload(*this).flag(kNicSupplementB);
+    PayloadFields::list(*this, kListedNicSupplementB);
     return true;
 }
 

@@ -54,11 +54,34 @@ double trackAngle(int east, int north) {
 }
 
 // Deliberate and visible to hosts: both parts of the rate are taken from payload byte 4.
-unsigned int rateSteps(ADSBMessage const& message) {
+unsigned int rateSteps(Payload const& payload) {
     constexpr PayloadField kHighBits{ADSBMessageField::VR, 37, 3};
     constexpr PayloadField kLowBits{ADSBMessageField::VR, 32, 6};
-    return peekField(message, kHighBits) << 6 | peekField(message, kLowBits);
+    return payload.read(kHighBits) << 6 | payload.read(kLowBits);
 }
+
+// Deliberate: the two lower bits of the field.
+std::uint8_t nucrOf(Payload const& payload) { return payload.read<std::uint8_t>(kNucr) & 3; }
+
+std::string rateText(ADSBMessage const& message, PayloadField const&) {
+    return std::to_string(rateSteps(Payload(message)));
+}
+
+std::string nucrText(ADSBMessage const& message, PayloadField const&) {
+    return std::to_string(nucrOf(Payload(message)));
+}
+
+constexpr ListedField kListedSubtype{kSubtype, nameText<kTypeNames>};
+constexpr ListedField kVelocityFields[] = {
+    {kDirectionEastWest, nameText<kEastWestNames>},
+    {kVelocityEastWest, numberText},
+    {kDirectionNorthSouth, nameText<kNorthSouthNames>},
+    {kVelocityNorthSouth, numberText},
+    {kRateSource, nameText<kSourceNames>},
+    {kRateSign, nameText<kSignNames>},
+    {kRate, rateText},
+};
+constexpr ListedField kListedNucr{kNucr, nucrText};
 
 } // namespace
 
@@ -75,39 +98,36 @@ std::string ADSBAirborneVelocityMessage::description() const {
 bool ADSBAirborneVelocityMessage::decodeImpl() {
     if (!hasPayload(*this)) return false;
 
-    auto const subtype = peekField(*this, kSubtype);
+    Payload const payload(*this);
+    auto const subtype = payload.read(kSubtype);
     if (subtype < GROUND_SPEED || subtype > AIR_SPEED_SUPER_SONIC) {
         Log::log(Log::Error, kModule, "Unknown Subtype=%u.", subtype);
         return false;
     }
     _velocityType = static_cast<VelocityType>(subtype);
-    listField(*this, kSubtype, kTypeNames[subtype]);
+    PayloadFields::list(*this, kListedSubtype);
     if (!isGroundSpeed(_velocityType)) {
-        Log::log(Log::Warning, kModule, std::string("Unsupported AIR_SPD message detected."));
+        Log::log(Log::Warning, kModule, "Unsupported AIR_SPD message detected.");
         return false;
     }
 
-    bool const west = readNamed(*this, kDirectionEastWest, kEastWestNames) != 0;
-    auto const rawEastWest = readNumber(*this, kVelocityEastWest);
-    bool const south = readNamed(*this, kDirectionNorthSouth, kNorthSouthNames) != 0;
-    auto const rawNorthSouth = readNumber(*this, kVelocityNorthSouth);
-
+    PayloadFields::list(*this, kVelocityFields);
+    auto const rawEastWest = payload.read(kVelocityEastWest);
+    auto const rawNorthSouth = payload.read(kVelocityNorthSouth);
     _groundSpeed = 0.0;
     _heading = 0.0;
     if (rawEastWest != 0 && rawNorthSouth != 0) {
         int const factor = _velocityType == GROUND_SPEED_SUPER_SONIC ? kSupersonicFactor : 1;
-        int const east = component(rawEastWest, west, factor);
-        int const north = component(rawNorthSouth, south, factor);
+        int const east = component(rawEastWest, payload.flag(kDirectionEastWest), factor);
+        int const north = component(rawNorthSouth, payload.flag(kDirectionNorthSouth), factor);
         _groundSpeed = std::sqrt(east * east + north * north);
         _heading = _groundSpeed == 0.0 ? 0.0 : trackAngle(east, north);
     }
 
-    _verticalRateSource = static_cast<VerticalRateSource>(readNamed(*this, kRateSource, kSourceNames));
-    bool const down = readNamed(*this, kRateSign, kSignNames) != 0;
-    auto const steps = static_cast<int>(rateSteps(*this));
-    listField(*this, kRate, std::to_string(steps));
+    _verticalRateSource = payload.read<VerticalRateSource>(kRateSource);
+    auto const steps = static_cast<int>(rateSteps(payload));
     int const rate = steps == 0 ? 0 : (steps - 1) * kRateStep;
-    _verticalRate = down ? -rate : rate;
+    _verticalRate = payload.flag(kRateSign) ? -rate : rate;
     return true;
 }
 
@@ -117,9 +137,8 @@ std::string ADSBAirborneVelocityMessageV0::description() const {
 
 bool ADSBAirborneVelocityMessageV0::decodeImpl() {
     if (!ADSBAirborneVelocityMessage::decodeImpl()) return false;
-    // Deliberate: the two lower bits of the field.
-    _nucr = peekField<std::uint8_t>(*this, kNucr) & 3;
-    listField(*this, kNucr, std::to_string(_nucr));
+    _nucr = nucrOf(Payload(*this));
+    PayloadFields::list(*this, kListedNucr);
     return true;
 }
 

@@ -22,11 +22,29 @@ NameTable const kEmergencyStateNames{
 
 // Deliberate and visible to hosts: the code is made of the first two payload bytes, not of the field's own
 // bits.
-unsigned int modeAFromFirstBytes(ADSBMessage const& message) {
+unsigned int modeAFromFirstBytes(Payload const& payload) {
     constexpr PayloadField kHighBits{ADSBMessageField::MODEA, 12, 4};
     constexpr PayloadField kLowBits{ADSBMessageField::MODEA, 0, 8};
-    return peekField(message, kHighBits) << 8 | peekField(message, kLowBits);
+    return payload.read(kHighBits) << 8 | payload.read(kLowBits);
 }
+
+std::string modeAText(unsigned int code) { return formatted("%.4o", code); }
+
+// The state that the message holds: it may be an earlier one, for only one subtype reports it.
+std::string emergencyStateText(ADSBMessage const& message, PayloadField const&) {
+    auto const& status = static_cast<ADSBAircraftStatusMessage const&>(message);
+    return kEmergencyStateNames[static_cast<std::size_t>(status.emergencyState())];
+}
+
+std::string modeAFieldText(ADSBMessage const& message, PayloadField const&) {
+    return modeAText(modeAFromFirstBytes(Payload(message)));
+}
+
+constexpr ListedField kStatusFields[] = {
+    {kSubtype, nameText<kSubtypeNames>},
+    {kEmergencyState, emergencyStateText},
+};
+constexpr ListedField kListedModeA{kModeA, modeAFieldText};
 
 } // namespace
 
@@ -43,21 +61,20 @@ std::string ADSBAircraftStatusMessage::description() const {
 bool ADSBAircraftStatusMessage::decodeImpl() {
     if (!hasPayload(*this)) return false;
 
-    auto const subtype = peekField(*this, kSubtype);
+    Payload const payload(*this);
+    auto const subtype = payload.read(kSubtype);
     if (subtype >= static_cast<unsigned int>(Subtype::UNKNOWN)) {
         Log::log(Log::Error, kModule, "Unknown Subtype=%u.", subtype);
         _subtype = Subtype::UNKNOWN;
         return false;
     }
     _subtype = static_cast<Subtype>(subtype);
-    listField(*this, kSubtype, kSubtypeNames[subtype]);
-
     if (_subtype == Subtype::EMERGENCY) {
-        _emergencyState = static_cast<EmergencyState>(peekField(*this, kEmergencyState));
+        _emergencyState = payload.read<EmergencyState>(kEmergencyState);
     } else {
         Log::log(Log::Error, kModule, "Unsupported subtype %u detected.", subtype);
     }
-    listField(*this, kEmergencyState, kEmergencyStateNames[static_cast<std::size_t>(_emergencyState)]);
+    PayloadFields::list(*this, kStatusFields);
     return true;
 }
 
@@ -68,16 +85,16 @@ std::string ADSBAircraftStatusMessageV2::description() const {
 bool ADSBAircraftStatusMessageV2::decodeImpl() {
     if (!ADSBAircraftStatusMessage::decodeImpl()) return false;
     if (subtype() == Subtype::TCAS_RA) {
-        Log::log(Log::Warning, kModule, std::string("Unsupported TCAS RA message detected."));
+        Log::log(Log::Warning, kModule, "Unsupported TCAS RA message detected.");
         return false;
     }
     if (subtype() == Subtype::EMERGENCY) {
-        _modeACode = modeAFromFirstBytes(*this);
-        listField(*this, kModeA, modeAOctString());
+        _modeACode = modeAFromFirstBytes(Payload(*this));
+        PayloadFields::list(*this, kListedModeA);
     }
     return true;
 }
 
-std::string ADSBAircraftStatusMessageV2::modeAOctString() const { return formatted("%.4o", _modeACode); }
+std::string ADSBAircraftStatusMessageV2::modeAOctString() const { return modeAText(_modeACode); }
 
 } // namespace quorvel::modes

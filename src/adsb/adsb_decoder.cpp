@@ -44,7 +44,7 @@ static_assert(std::size(kMakers) == ADSBMessage::RESERVED, "one row for each mes
 
 } // namespace
 
-ADSBDecoder::ADSBDecoder() { Log::log(Log::Info, kModule, std::string("Initialized.")); }
+ADSBDecoder::ADSBDecoder() { Log::log(Log::Info, kModule, "Initialized."); }
 
 std::shared_ptr<ADSBMessage> ADSBDecoder::decode(MOPSVersion version, std::string const& me) const {
     if (me.size() < kPayloadBytes) return {};

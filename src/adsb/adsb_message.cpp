@@ -44,9 +44,13 @@ constexpr ADSBMessage::ADSBMessageType kTypes[] = {
 };
 static_assert(std::size(kTypes) == 1U << kTypeCodeWidth);
 
+std::string typeText(ADSBMessage const& message, PayloadField const&) { return message.typeName(); }
+
 // Both stand in the first five bits: the code itself and the type that it selects.
-constexpr PayloadField kType{ADSBMessageField::TYPE, kTypeCodePosition, kTypeCodeWidth};
-constexpr PayloadField kTypeCode{ADSBMessageField::TYPECODE, kTypeCodePosition, kTypeCodeWidth};
+constexpr ListedField kTypeFields[] = {
+    {{ADSBMessageField::TYPE, kTypeCodePosition, kTypeCodeWidth}, typeText},
+    {{ADSBMessageField::TYPECODE, kTypeCodePosition, kTypeCodeWidth}, numberText},
+};
 
 } // namespace
 
@@ -61,17 +65,55 @@ std::string ADSBMessage::description() const {
 
 bool ADSBMessage::decode(std::string const& me) {
     if (me.size() < kPayloadBytes) return false;
-    _data = me.substr(0, kPayloadBytes);
+    makeListedFields(); // as long as their payload is there
+    _data.assign(me, 0, kPayloadBytes);
     _typeCode = typeCodeOf(_data);
     if (typeByCode(_typeCode) != _type) {
-        Log::log(Log::Error, kModule, std::string("Type code mismatch."));
+        Log::log(Log::Error, kModule, "Type code mismatch.");
         return false;
     }
-    listField(*this, kType, typeName());
-    readNumber(*this, kTypeCode);
+    PayloadFields::list(*this, kTypeFields);
     _valid = decodeImpl();
-    std::stable_sort(_fields.begin(), _fields.end());
+    if (!_fields.empty()) {
+        makeListedFields();
+        std::stable_sort(_fields.begin(), _fields.end());
+    }
+    _listedSorted = true;
     return _valid;
+}
+
+std::vector<ADSBMessageField> ADSBMessage::fields() const {
+    auto fields = _fields;
+    appendListedFields(fields);
+    return fields;
+}
+
+void ADSBMessage::addField(ADSBMessageField const& field) {
+    makeListedFields();
+    _fields.push_back(field);
+}
+
+void ADSBMessage::listFields(ListedField const* rows, std::size_t count) {
+    if (_listedSorted) makeListedFields(); // they were listed by an earlier decoding
+    if (_listedCount == _listed.size()) makeListedFields();
+    _listed[_listedCount++] = {rows, count};
+}
+
+void ADSBMessage::makeListedFields() {
+    appendListedFields(_fields);
+    _listedCount = 0;
+    _listedSorted = false;
+}
+
+void ADSBMessage::appendListedFields(std::vector<ADSBMessageField>& fields) const {
+    for (std::size_t i = 0; i < _listedCount; ++i) {
+        auto const& [first, count] = _listed[i];
+        for (auto const* row = first; row != first + count; ++row) {
+            auto const& [designator, pos, bits] = row->field;
+            fields.emplace_back(designator, pos, bits, row->text(*this, row->field));
+        }
+    }
+    if (_listedSorted) std::stable_sort(fields.begin(), fields.end());
 }
 
 bool ADSBMessage::decode(char const* bytes, std::size_t size) { return decode(std::string(bytes, size)); }

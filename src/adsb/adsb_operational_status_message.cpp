@@ -14,6 +14,11 @@ std::string const kModule = "ADSBOpStatMsg";
 constexpr PayloadField kVersion{ADSBMessageField::VERNUM, 40, 3};
 constexpr PayloadField kNicSupplementA{ADSBMessageField::NICA, 43, 1};
 
+constexpr ListedField kFields[] = {
+    {kVersion, numberText},
+    {kNicSupplementA, numberText},
+};
+
 } // namespace
 
 ADSBAircraftOperationalStatusMessage::ADSBAircraftOperationalStatusMessage() : ADSBMessage(OP_STATUS) {}
@@ -24,16 +29,17 @@ std::string ADSBAircraftOperationalStatusMessage::description() const {
 
 bool ADSBAircraftOperationalStatusMessage::decodeImpl() {
     if (!hasPayload(*this)) return false;
-    _versionNumber = peekField<std::uint8_t>(*this, kVersion);
+    Payload const payload(*this);
+    _versionNumber = payload.read<std::uint8_t>(kVersion);
     if (_versionNumber == 0) {
-        Log::log(Log::Error, kModule, std::string("MOPS Version 0 detected."));
+        Log::log(Log::Error, kModule, "MOPS Version 0 detected.");
         return false;
     }
     if (_versionNumber >= MOPS_UNKNOWN) {
         Log::log(Log::Error, kModule, "Unsupported MOPS Version %u detected.", _versionNumber);
     }
-    listField(*this, kVersion, std::to_string(_versionNumber));
-    _nicSupplementA = readFlag(*this, kNicSupplementA);
+    _nicSupplementA = payload.flag(kNicSupplementA);
+    PayloadFields::list(*this, kFields);
     return true;
 }
 

@@ -41,6 +41,25 @@ double movementSpeed(unsigned int code) {
     return 0.0;
 }
 
+double headingOf(Payload const& payload) {
+    return payload.flag(kHeadingState) ? payload.read(kHeading) * 360 * 0.0078125 : 0.0;
+}
+
+std::string groundSpeedText(ADSBMessage const& message, PayloadField const&) {
+    return fixedSix(movementSpeed(Payload(message).read(kMovementCode)));
+}
+
+std::string headingText(ADSBMessage const& message, PayloadField const&) {
+    return fixedSix(headingOf(Payload(message)));
+}
+
+constexpr ListedField kMotionFields[] = {
+    {kMovementCode, numberText},
+    {kGroundSpeed, groundSpeedText},
+    {kHeadingState, numberText},
+    {kHeading, headingText},
+};
+
 } // namespace
 
 ADSBSurfacePositionMessage::ADSBSurfacePositionMessage() : ADSBMessage(POS_GND) {}
@@ -53,23 +72,23 @@ std::string ADSBSurfacePositionMessage::description() const {
 bool ADSBSurfacePositionMessage::decodeImpl() {
     if (!hasPayload(*this)) return false;
 
-    _movementCode = readNumber<std::uint8_t>(*this, kMovementCode);
+    Payload const payload(*this);
+    _movementCode = payload.read<std::uint8_t>(kMovementCode);
     _movement = 1 <= _movementCode && _movementCode <= kLastMovementCode;
     if (_movementCode > kLastMovementCode) {
         Log::log(Log::Error, kModule, "Reserved Movement Code: %u.", _movementCode);
     }
     _groundSpeed = movementSpeed(_movementCode);
-    listField(*this, kGroundSpeed, fixedSix(_groundSpeed));
+    _headingValid = payload.flag(kHeadingState);
+    _heading = headingOf(payload);
+    PayloadFields::list(*this, kMotionFields);
 
-    _headingValid = readFlag(*this, kHeadingState);
-    _heading = _headingValid ? peekField(*this, kHeading) * 360 * 0.0078125 : 0.0;
-    listField(*this, kHeading, fixedSix(_heading));
-
-    auto const position = readPositionFields(*this);
+    auto const position = readPositionFields(payload);
     _timeApplicability = position.timeApplicability;
     _cprFormat = position.cprFormat;
     _cprLatitude = position.cprLatitude;
     _cprLongitude = position.cprLongitude;
+    listPositionFields(*this);
     return true;
 }
 

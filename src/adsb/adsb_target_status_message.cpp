@@ -17,6 +17,14 @@ constexpr PayloadField kNacp{ADSBMessageField::NACP, 39, 4};
 constexpr PayloadField kNicBaro{ADSBMessageField::NICBARO, 43, 1};
 constexpr PayloadField kSil{ADSBMessageField::SIL, 44, 2};
 
+constexpr ListedField kFields[] = {
+    {kSubtype, numberText},
+    {kNacp, numberText},
+    {kNicBaro, numberText},
+    {kSil, numberText},
+};
+constexpr ListedField kListedSilSupplement{kSilSupplement, numberText};
+
 } // namespace
 
 ADSBTargetStatusMessage::ADSBTargetStatusMessage() : ADSBMessage(TG_STATUS) {}
@@ -28,15 +36,16 @@ std::string ADSBTargetStatusMessage::description() const {
 
 bool ADSBTargetStatusMessage::decodeImpl() {
     if (!hasPayload(*this)) return false;
-    _subtype = peekField<std::uint8_t>(*this, kSubtype);
+    Payload const payload(*this);
+    _subtype = payload.read<std::uint8_t>(kSubtype);
     if (_subtype > 1) {
         Log::log(Log::Error, kModule, "Unknown Subtype=%u.", _subtype);
         return false;
     }
-    listField(*this, kSubtype, std::to_string(_subtype));
-    _nacp = readNumber<std::uint8_t>(*this, kNacp);
-    _nicBaro = readNumber<std::uint8_t>(*this, kNicBaro);
-    _sil = readNumber<std::uint8_t>(*this, kSil);
+    _nacp = payload.read<std::uint8_t>(kNacp);
+    _nicBaro = payload.read<std::uint8_t>(kNicBaro);
+    _sil = payload.read<std::uint8_t>(kSil);
+    PayloadFields::list(*this, kFields);
     return true;
 }
 
@@ -46,7 +55,8 @@ std::string ADSBTargetStatusMessageV2::description() const {
 
 bool ADSBTargetStatusMessageV2::decodeImpl() {
     if (!ADSBTargetStatusMessage::decodeImpl() || subtype() != 1) return false;
-    _silSupp = readFlag(*this, kSilSupplement);
+    _silSupp = Payload(*this).flag(kSilSupplement);
+    PayloadFields::list(*this, kListedSilSupplement);
     return true;
 }
 

@@ -15,6 +15,19 @@ std::string const kModule = "ADSBTestMsg";
 constexpr PayloadField kSubtype{ADSBMessageField::TSTTYPE, 5, 3};
 constexpr PayloadField kData{ADSBMessageField::TSTDATA, 8, 48};
 
+std::string testDataOf(ADSBMessage const& message) {
+    return message.data().substr(kData.pos / 8, kData.bits / 8);
+}
+
+std::string dataText(ADSBMessage const& message, PayloadField const&) {
+    return hexOfBytes(testDataOf(message));
+}
+
+constexpr ListedField kFields[] = {
+    {kSubtype, numberText},
+    {kData, dataText},
+};
+
 } // namespace
 
 ADSBTestMessage::ADSBTestMessage() : ADSBMessage(TEST) {}
@@ -25,10 +38,10 @@ std::string ADSBTestMessage::description() const {
 
 bool ADSBTestMessage::decodeImpl() {
     if (!hasPayload(*this)) return false;
-    _subtype = readNumber<std::uint8_t>(*this, kSubtype);
+    _subtype = Payload(*this).read<std::uint8_t>(kSubtype);
     if (_subtype != 0) Log::log(Log::Error, kModule, "Unknown Subtype=%u.", _subtype);
-    _testData = data().substr(kData.pos / 8, kData.bits / 8);
-    listField(*this, kData, hexOfBytes(_testData));
+    _testData = testDataOf(*this);
+    PayloadFields::list(*this, kFields);
     return true;
 }
 

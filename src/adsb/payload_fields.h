@@ -7,52 +7,61 @@
 #include "core/bits.h"
 #include "core/names.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
 namespace quorvel::modes {
 
-// Payload fields are read and listed in one step, so that the descriptor cannot say anything else than what
-// was read.
-
-/// A field of a payload: designator, position of its first bit (from 0), width.
+/// A field of a payload and where it stands.
 struct PayloadField {
     ADSBMessageField::Designator designator;
     std::uint8_t pos;
     std::uint8_t bits;
 };
 
-/// Whether the message has a payload to decode: message classes may be asked to before they were given one.
+/// The 56 bits of a payload as one number, for reading fields out of it.
+class Payload {
+public:
+    explicit Payload(ADSBMessage const& message) : _bits(bits<std::uint64_t>(message.data(), 0, kBits)) {}
+
+    template <class Value = unsigned int> Value read(PayloadField const& field) const {
+        auto const upToLast = _bits >> (kBits - field.pos - field.bits);
+        return static_cast<Value>(upToLast & ((std::uint64_t{1} << field.bits) - 1));
+    }
+
+    bool flag(PayloadField const& field) const { return read(field) != 0; }
+
+private:
+    static constexpr std::size_t kBits = 8 * kPayloadBytes;
+
+    std::uint64_t _bits;
+};
+
 inline bool hasPayload(ADSBMessage const& message) { return message.data().size() >= kPayloadBytes; }
 
-/// Lists a field with a text of its own.
-inline void listField(ADSBMessage& message, PayloadField const& field, std::string const& text) {
-    message.addField({field.designator, field.pos, field.bits, text});
+/// A row of a message class's table of fields: a field and how its value reads. Decoding only says which rows
+/// a payload has; the descriptors with their texts are made from the payload when a host asks for them.
+struct ListedField {
+    PayloadField field;
+    std::string (*text)(ADSBMessage const& message, PayloadField const& field);
+};
+
+inline std::string numberText(ADSBMessage const& message, PayloadField const& field) {
+    return std::to_string(Payload(message).read(field));
 }
 
-/// The bits of a field, without listing it.
-template <class Value = unsigned int> Value peekField(ADSBMessage const& message, PayloadField const& field) {
-    return bits<Value>(message.data(), field.pos, field.bits);
+template <auto const& names> std::string nameText(ADSBMessage const& message, PayloadField const& field) {
+    return names[Payload(message).read(field)];
 }
 
-/// Reads a number and lists it in decimal.
-template <class Value = unsigned int> Value readNumber(ADSBMessage& message, PayloadField const& field) {
-    auto const value = peekField<Value>(message, field);
-    listField(message, field, std::to_string(value));
-    return value;
-}
+/// Lists rows of a table, in their order. Rows stay where they are: tables are constants.
+struct PayloadFields {
+    static void list(ADSBMessage& message, ListedField const& row) { message.listFields(&row, 1); }
 
-/// Reads a one-bit field and lists it as "0" or "1".
-inline bool readFlag(ADSBMessage& message, PayloadField const& field) {
-    return readNumber(message, field) != 0;
-}
-
-/// Reads a field whose values have names, and lists the name.
-template <std::size_t N>
-unsigned int readNamed(ADSBMessage& message, PayloadField const& field, NameTable<N> const& names) {
-    auto const value = peekField(message, field);
-    listField(message, field, names[value]);
-    return value;
-}
+    template <std::size_t N> static void list(ADSBMessage& message, ListedField const (&rows)[N]) {
+        message.listFields(rows, N);
+    }
+};
 
 } // namespace quorvel::modes

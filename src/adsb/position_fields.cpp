@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "adsb/position_fields.h"
 
-#include "adsb/payload_fields.h"
-
 namespace quorvel::modes {
 
 namespace {
@@ -14,16 +12,21 @@ constexpr PayloadField kLongitude{ADSBMessageField::CPRLON, 39, 17};
 
 NameTable const kFormatNames{{"EVEN", "ODD"}, "--"}; // by the F bit
 
+constexpr ListedField kFields[] = {
+    {kTime, numberText},
+    {kFormat, nameText<kFormatNames>},
+    {kLatitude, numberText},
+    {kLongitude, numberText},
+};
+
 } // namespace
 
-PositionFields readPositionFields(ADSBMessage& message) {
-    PositionFields position{};
-    position.timeApplicability = readFlag(message, kTime);
-    position.cprFormat = readNamed(message, kFormat, kFormatNames) == 0 ? 1 : 0;
-    position.cprLatitude = readNumber(message, kLatitude);
-    position.cprLongitude = readNumber(message, kLongitude);
-    return position;
+PositionFields readPositionFields(Payload const& payload) {
+    return {payload.flag(kTime), payload.flag(kFormat) ? 0U : 1U, payload.read(kLatitude),
+            payload.read(kLongitude)};
 }
+
+void listPositionFields(ADSBMessage& message) { PayloadFields::list(message, kFields); }
 
 std::string positionText(unsigned int cprFormat, unsigned int cprLatitude, unsigned int cprLongitude) {
     return ", CPR=" + kFormatNames[cprFormat != 0 ? 0 : 1] + ", LAT=" + std::to_string(cprLatitude) +

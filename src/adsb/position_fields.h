@@ -3,6 +3,8 @@
 
 #include <modes/adsb_message.h>
 
+#include "adsb/payload_fields.h"
+
 namespace quorvel::modes {
 
 /// What airborne and surface positions share, at the same place of the payload: the compact position report
@@ -14,8 +16,10 @@ struct PositionFields {
     unsigned int cprLongitude;
 };
 
-/// Reads and lists them, in the order of the payload.
-PositionFields readPositionFields(ADSBMessage& message);
+PositionFields readPositionFields(Payload const& payload);
+
+/// Their rows, in the order of the payload.
+void listPositionFields(ADSBMessage& message);
 
 /// ", CPR=EVEN, LAT=93000, LON=51372": how descriptions of positions end.
 std::string positionText(unsigned int cprFormat, unsigned int cprLatitude, unsigned int cprLongitude);

@@ -75,11 +75,11 @@ bool readUsableRow(rapidcsv::Document const& document, std::size_t index, Row& r
 // Whether the aircraft can be written; what is wrong with it otherwise goes to the log.
 bool isWritable(std::shared_ptr<Aircraft> const& aircraft) {
     if (!aircraft) {
-        Log::log(Log::Warning, kModule, std::string("Found null aircraft, skip."));
+        Log::log(Log::Warning, kModule, "Found null aircraft, skip.");
         return false;
     }
     if (aircraft->mopsVersion() >= MOPS_UNKNOWN) {
-        Log::log(Log::Warning, kModule, std::string("Found unsupported MOPS version, skip."));
+        Log::log(Log::Warning, kModule, "Found unsupported MOPS version, skip.");
         return false;
     }
     return true;

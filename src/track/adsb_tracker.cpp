@@ -11,7 +11,7 @@
 namespace quorvel::modes {
 
 ADSBTracker::ADSBTracker() : _trackNumbers(std::make_unique<TrackNumbers>()) {
-    Log::log(Log::Info, kTrackerModule, std::string("Initialized."));
+    Log::log(Log::Info, kTrackerModule, "Initialized.");
 }
 
 ADSBTracker::~ADSBTracker() = default;

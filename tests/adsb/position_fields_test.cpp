@@ -14,7 +14,8 @@ TEST(PositionFields, AreReadAndListedInTheOrderOfThePayload) {
     ASSERT_TRUE(message.decode(
         test::withBits(test::airbornePosition({0x15555, 0x0AAAA, true, 0, false, 11}), 20, 1, 1)));
     auto const listed = message.fields().size();
-    auto const position = readPositionFields(message);
+    auto const position = readPositionFields(Payload(message));
+    listPositionFields(message);
     EXPECT_TRUE(position.timeApplicability);
     EXPECT_EQ(position.cprFormat, 0U);
     EXPECT_EQ(position.cprLatitude, 0x15555U);
