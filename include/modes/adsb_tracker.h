@@ -7,7 +7,6 @@
 #include <modes/export.h>
 #include <modes/modes_message.h>
 
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,7 +24,7 @@ class ADSBAirborneVelocityMessageV2;
 class ADSBAircraftOperationalStatusMessage;
 class ADSBIdentityMessage;
 class ADSBTargetReport;
-class TrackNumbers;
+class TargetTable;
 
 /// Keeps the table of targets up to date with decoded replies.
 ///
@@ -167,19 +166,41 @@ public:
                                   unsigned long long time);
 
 private:
+    std::shared_ptr<ADSBTarget> track(DFMessage const& reply);
+    std::shared_ptr<ADSBTarget> track(DF0Message const& reply);
+    std::shared_ptr<ADSBTarget> track(DF4Message const& reply);
+    std::shared_ptr<ADSBTarget> track(DF5Message const& reply);
+    std::shared_ptr<ADSBTarget> track(DF11Message const& reply);
+    std::shared_ptr<ADSBTarget> track(DF16Message const& reply);
+    std::shared_ptr<ADSBTarget> track(DF17Message const& reply);
+    std::shared_ptr<ADSBTarget> track(DF20Message const& reply);
+    std::shared_ptr<ADSBTarget> track(DF21Message const& reply);
+    template <class Reply> std::shared_ptr<ADSBTarget> trackAs(DFMessage const& reply);
+    template <class Reply, class Copy>
+    std::shared_ptr<ADSBTarget> trackTrusted(Reply const& reply, Copy const& copy);
+    template <class Reply> std::shared_ptr<ADSBTarget> trackAirAir(Reply const& reply);
+    template <class Reply> std::shared_ptr<ADSBTarget> trackAltitude(Reply const& reply);
+    template <class Reply> std::shared_ptr<ADSBTarget> trackIdentity(Reply const& reply);
+
+    void trackPayload(ADSBTarget& target, DF17Message const& reply);
+    void update(ADSBTarget& target, ADSBMessage const& message);
+    void update(ADSBTarget& target, ADSBIdentityMessage const& message);
+    void update(ADSBTarget& target, ADSBAirbornePositionMessage const& message);
+    void update(ADSBTarget& target, ADSBAirborneVelocityMessage const& message);
+    void update(ADSBTarget& target, ADSBAircraftOperationalStatusMessage const& message);
+    void updateAltitude(ADSBTarget& target, int altitude, unsigned long long time);
+    void storeCPRFrame(ADSBTarget& target, ADSBAirbornePositionMessage const& message) const;
+
     MOPSVersion versionFromDatabase(unsigned int icaoAddr) const;
     void confirmVersionFromDatabase(ADSBTarget& target, unsigned long long time) const;
     void inferVersion0(ADSBTarget& target, unsigned long long time) const;
-    void procADSBMsg(std::shared_ptr<ADSBTarget> const& target, std::shared_ptr<ADSBMessage> const& message);
-    void storeCPRFrame(ADSBTarget& target, ADSBAirbornePositionMessage const& message) const;
     void renumber(ADSBTarget& target, unsigned int trackId);
-    void retire(std::shared_ptr<ADSBTarget> const& target);
+    std::shared_ptr<ADSBTarget> kill(ADSBTarget const& target);
 
     unsigned int _version0ConfirmCount = 20; // extended squitters without a status message
     ADSBDecoder _decoder;
     AircraftDB _aircraftDb;
-    std::map<unsigned int, std::shared_ptr<ADSBTarget>> _targets; // by address
-    std::unique_ptr<TrackNumbers> _trackNumbers;
+    std::unique_ptr<TargetTable> _targets;
     bool _altitudeChecking = false;
     unsigned int _altitudeCheckPeriod = 4;          // s
     unsigned int _altitudeCheckMaxDifference = 150; // ft

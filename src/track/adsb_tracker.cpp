@@ -3,23 +3,20 @@
 
 #include <modes/log.h>
 
-#include "track/track_numbers.h"
+#include "track/target_table.h"
 #include "track/tracker_module.h"
 
 #include <cstdlib>
 
 namespace quorvel::modes {
 
-ADSBTracker::ADSBTracker() : _trackNumbers(std::make_unique<TrackNumbers>()) {
+ADSBTracker::ADSBTracker() : _targets(std::make_unique<TargetTable>()) {
     Log::log(Log::Info, kTrackerModule, "Initialized.");
 }
 
 ADSBTracker::~ADSBTracker() = default;
 
-void ADSBTracker::reset() {
-    _targets.clear();
-    *_trackNumbers = TrackNumbers();
-}
+void ADSBTracker::reset() { *_targets = TargetTable(); }
 
 void ADSBTracker::setAltituteBaroChecking(bool enable, unsigned int period, unsigned int maxDifference) {
     _altitudeChecking = enable;
@@ -28,38 +25,38 @@ void ADSBTracker::setAltituteBaroChecking(bool enable, unsigned int period, unsi
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::createTarget(unsigned int icaoAddr) {
-    if (auto known = findTarget(icaoAddr)) return known;
+    if (auto const* known = _targets->find(icaoAddr)) return *known;
     auto const trackId = getNextTrackId();
     if (trackId == 0) return {};
     auto target = std::make_shared<ADSBTarget>(icaoAddr);
-    _targets.emplace(icaoAddr, target);
     target->_trackId = trackId;
-    _trackNumbers->hold(trackId);
+    _targets->insert(target);
     return target;
 }
 
-unsigned int ADSBTracker::getNextTrackId() { return _trackNumbers->next(); }
+unsigned int ADSBTracker::getNextTrackId() { return _targets->nextNumber(); }
 
 void ADSBTracker::renumber(ADSBTarget& target, unsigned int trackId) {
-    _trackNumbers->release(target._trackId);
-    _trackNumbers->hold(trackId);
+    _targets->renumber(target._trackId, trackId);
     target._trackId = trackId;
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::findTarget(unsigned int icaoAddr) {
-    auto const found = _targets.find(icaoAddr);
-    return found == _targets.end() ? nullptr : found->second;
+    auto const* found = _targets->find(icaoAddr);
+    return found ? *found : nullptr;
 }
 
 std::shared_ptr<ADSBTarget const> ADSBTracker::findConstTarget(unsigned int icaoAddr) const {
-    auto const found = _targets.find(icaoAddr);
-    return found == _targets.end() ? nullptr : found->second;
+    auto const* found = _targets->find(icaoAddr);
+    return found ? *found : nullptr;
 }
 
 std::vector<std::shared_ptr<ADSBTarget>> ADSBTracker::allTargets() const {
     std::vector<std::shared_ptr<ADSBTarget>> targets;
-    targets.reserve(_targets.size());
-    for (auto const& [address, target] : _targets) targets.push_back(target);
+    targets.reserve(_targets->size());
+    for (std::size_t place = 0; place < _targets->size(); ++place) {
+        targets.push_back(_targets->sharedAt(place));
+    }
     return targets;
 }
 
@@ -70,55 +67,56 @@ std::vector<std::shared_ptr<ADSBTarget>> ADSBTracker::allTargetsSince(unsigned l
 std::vector<std::shared_ptr<ADSBTarget>> ADSBTracker::allTargetsSince(unsigned long long since,
                                                                       unsigned long long until) const {
     std::vector<std::shared_ptr<ADSBTarget>> targets;
-    for (auto const& [address, target] : _targets) {
-        if (target->lastUpdate() > since && target->lastUpdate() <= until) targets.push_back(target);
+    for (std::size_t place = 0; place < _targets->size(); ++place) {
+        auto const time = _targets->at(place).lastUpdate();
+        if (time > since && time <= until) targets.push_back(_targets->sharedAt(place));
     }
     return targets;
 }
 
-// Gives up the number of a target that is being dropped, and lets the database learn from it.
-void ADSBTracker::retire(std::shared_ptr<ADSBTarget> const& target) {
-    _trackNumbers->release(target->trackId());
-    _aircraftDb.updateAircraft(target);
+// Drops a target and lets the database learn from it.
+std::shared_ptr<ADSBTarget> ADSBTracker::kill(ADSBTarget const& target) {
+    Log::log(Log::Debug, kTrackerModule, "Target #%u killed.", target.trackId());
+    auto killed = _targets->remove(target.icaoAddr());
+    _aircraftDb.updateAircraft(killed);
+    return killed;
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::killTarget(unsigned int const& trackId,
                                                     unsigned int const& icaoAddr) {
-    auto const found = _targets.find(icaoAddr);
-    if (found == _targets.end() || found->second->trackId() != trackId) return {};
-    auto target = found->second;
-    Log::log(Log::Debug, kTrackerModule, "Target #%u killed.", target->trackId());
-    _targets.erase(found);
-    retire(target);
-    return target;
+    auto const* found = _targets->find(icaoAddr);
+    if (!found || (*found)->trackId() != trackId) return {};
+    return kill(**found);
 }
 
 std::vector<std::shared_ptr<ADSBTarget>> ADSBTracker::killTargets(unsigned long long time) {
     std::vector<std::shared_ptr<ADSBTarget>> killed;
-    for (auto entry = _targets.begin(); entry != _targets.end();) {
-        auto const target = entry->second;
-        if (target->lastUpdate() > time) {
-            ++entry;
+    for (std::size_t place = 0; place < _targets->size();) {
+        auto const& target = _targets->at(place);
+        if (target.lastUpdate() > time) {
+            ++place;
             continue;
         }
-        Log::log(Log::Debug, kTrackerModule, "Target #%u killed.", target->trackId());
-        killed.push_back(target);
-        entry = _targets.erase(entry);
-        retire(target);
+        auto const address = target.icaoAddr();
+        killed.push_back(kill(target));
+        place = _targets->placeOf(address);
     }
     return killed;
 }
 
 void ADSBTracker::updateTargetAltituteBaro(std::shared_ptr<ADSBTarget> const& target, int altitude,
                                            unsigned long long time) {
-    if (!target) return;
+    if (target) updateAltitude(*target, altitude, time);
+}
+
+void ADSBTracker::updateAltitude(ADSBTarget& target, int altitude, unsigned long long time) {
     // The product is one of 32-bit numbers; the age is one of 64-bit numbers and huge for a time before the
     // last altitude's, which therefore is never rejected.
-    bool const recent = _altitudeChecking && target->altitudeBaroValid() &&
-                        time - target->altitudeBaroLastUpdate() < _altitudeCheckPeriod * 1000U;
-    auto const difference = std::llabs(static_cast<long long>(altitude) - target->altitudeBaro());
+    bool const recent = _altitudeChecking && target.altitudeBaroValid() &&
+                        time - target.altitudeBaroLastUpdate() < _altitudeCheckPeriod * 1000U;
+    auto const difference = std::llabs(static_cast<long long>(altitude) - target.altitudeBaro());
     if (recent && difference > static_cast<long long>(_altitudeCheckMaxDifference)) return;
-    target->setAltitudeBaro(altitude, time);
+    target.setAltitudeBaro(altitude, time);
 }
 
 void ADSBTracker::setAircraftDbFile(std::string const& path) {

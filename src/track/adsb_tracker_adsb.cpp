@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <modes/adsb_tracker.h>
 
-#include <modes/adsb_airborne_position_message.h>
-#include <modes/adsb_airborne_velocity_message.h>
-#include <modes/adsb_identity_message.h>
-#include <modes/adsb_operational_status_message.h>
 #include <modes/log.h>
 
+#include "adsb/message_class.h"
+#include "core/exact_class.h"
 #include "track/tracker_module.h"
 
 #include <cstdint>
@@ -26,31 +24,36 @@ long long distance32(unsigned long long a, unsigned long long b) {
     return std::llabs(static_cast<long long>(static_cast<std::int32_t>(static_cast<std::uint32_t>(a - b))));
 }
 
-// The message as another class; empty, and thus ignored, when it is none.
-template <class Message, class From> std::shared_ptr<Message> as(std::shared_ptr<From> const& message) {
-    return std::dynamic_pointer_cast<Message>(message);
-}
-
 } // namespace
 
-std::shared_ptr<ADSBTarget> ADSBTracker::procDF17Msg(std::shared_ptr<DF17Message> const& message) {
-    if (!message || message->confidence() != ModeSMessage::HIGH) return {};
-    auto target = createTarget(message->icaoAddress());
+std::shared_ptr<ADSBTarget> ADSBTracker::track(DF17Message const& reply) {
+    if (reply.confidence() != ModeSMessage::HIGH) return {};
+    auto target = createTarget(reply.icaoAddress());
     if (!target) return {};
-    auto const time = message->timeStamp();
+    auto const time = reply.timeStamp();
     target->setLastUpdate(time);
-    target->setSignalAmplitude(message->signalAmplitude(), time);
+    target->setSignalAmplitude(reply.signalAmplitude(), time);
     if (target->mopsVersionAssumed()) confirmVersionFromDatabase(*target, time);
-
-    auto const adsb = _decoder.decode(target->mopsVersion(), message->constFieldME().data());
-    if (!adsb) return target;
-    adsb->setTimeStamp(time);
-    adsb->setSignalAmplitude(message->signalAmplitude());
-    procADSBMsg(target, adsb);
-    inferVersion0(*target, time); // with the counts before this reply
-    target->increaseStatistic(message->downlinkFormat(), time);
-    target->increaseStatistic(adsb->type(), adsb->timeStamp());
+    trackPayload(*target, reply);
     return target;
+}
+
+// The payload is decoded on the spot, by the classes and rules of the ADS-B decoder: nobody else gets to see
+// the message. Without a message the reply is not counted.
+void ADSBTracker::trackPayload(ADSBTarget& target, DF17Message const& reply) {
+    auto const& payload = reply.constFieldME().data();
+    withMessageClass(decodableType(payload), target.mopsVersion(), [&]<class Message>() {
+        Message message;
+        if (!message.decode(payload)) return false;
+        auto const time = reply.timeStamp();
+        message.setTimeStamp(time);
+        message.setSignalAmplitude(reply.signalAmplitude());
+        update(target, message);
+        inferVersion0(target, time); // with the counts before this reply
+        target.increaseStatistic(reply.downlinkFormat(), time);
+        target.increaseStatistic(message.type(), time);
+        return true;
+    });
 }
 
 MOPSVersion ADSBTracker::versionFromDatabase(unsigned int icaoAddr) const {
@@ -83,43 +86,24 @@ void ADSBTracker::inferVersion0(ADSBTarget& target, unsigned long long time) con
     }
 }
 
-// All other types are only counted.
-void ADSBTracker::procADSBMsg(std::shared_ptr<ADSBTarget> const& target,
-                              std::shared_ptr<ADSBMessage> const& message) {
-    switch (message->type()) {
-    case ADSBMessage::ACID: return procADSBIdentificationMsg(target, as<ADSBIdentityMessage>(message));
-    case ADSBMessage::POS_AIR:
-        return procADSBAirbornePositionMsg(target, as<ADSBAirbornePositionMessage>(message));
-    case ADSBMessage::AIR_VEL:
-        return procADSBAirborneVelocityMsg(target, as<ADSBAirborneVelocityMessage>(message));
-    case ADSBMessage::OP_STATUS:
-        return procADSBAircraftOperationalStatusMsg(target,
-                                                    as<ADSBAircraftOperationalStatusMessage>(message));
-    default: return;
-    }
+// Messages of all other types are only counted.
+void ADSBTracker::update(ADSBTarget&, ADSBMessage const&) {}
+
+void ADSBTracker::update(ADSBTarget& target, ADSBIdentityMessage const& message) {
+    target.setEmitterCategory(message.emitterCategory(), message.timeStamp());
+    target.setCallsign(message.callsign(), message.timeStamp());
 }
 
-void ADSBTracker::procADSBIdentificationMsg(std::shared_ptr<ADSBTarget> const& target,
-                                            std::shared_ptr<ADSBIdentityMessage> const& message) {
-    if (!target || !message) return;
-    target->setEmitterCategory(message->emitterCategory(), message->timeStamp());
-    target->setCallsign(message->callsign(), message->timeStamp());
-}
-
-void ADSBTracker::procADSBAirbornePositionMsg(std::shared_ptr<ADSBTarget> const& target,
-                                              std::shared_ptr<ADSBAirbornePositionMessage> const& message) {
-    if (!target || !message) return;
-    auto const time = message->timeStamp();
-    target->setGroundStatus(ADSBTarget::AIRBORNE, time);
-    updateTargetAltituteBaro(target, message->altitude(), time);
-    storeCPRFrame(*target, *message);
-    switch (target->mopsVersion()) {
-    case MOPS_V0: procADSBAirbornePositionMsgV0(target, as<ADSBAirbornePositionMessageV0>(message)); break;
-    case MOPS_V1: procADSBAirbornePositionMsgV1(target, as<ADSBAirbornePositionMessageV1>(message)); break;
-    case MOPS_V2: procADSBAirbornePositionMsgV2(target, as<ADSBAirbornePositionMessageV2>(message)); break;
-    default: break;
+void ADSBTracker::update(ADSBTarget& target, ADSBAirbornePositionMessage const& message) {
+    auto const time = message.timeStamp();
+    target.setGroundStatus(ADSBTarget::AIRBORNE, time);
+    updateAltitude(target, message.altitude(), time);
+    storeCPRFrame(target, message);
+    if (target.mopsVersion() == MOPS_V2) {
+        auto const* version2 = asClass<ADSBAirbornePositionMessageV2>(message);
+        if (version2) target.setNICSupplementB(version2->nicSupplementB(), time);
     }
-    target->updateQualityIndicators(message->typeCode(), time);
+    target.updateQualityIndicators(message.typeCode(), time);
 }
 
 void ADSBTracker::storeCPRFrame(ADSBTarget& target, ADSBAirbornePositionMessage const& message) const {
@@ -130,6 +114,60 @@ void ADSBTracker::storeCPRFrame(ADSBTarget& target, ADSBAirbornePositionMessage 
     }
 }
 
+void ADSBTracker::update(ADSBTarget& target, ADSBAirborneVelocityMessage const& message) {
+    auto const time = message.timeStamp();
+    auto const kind = message.velocityType();
+    if (kind == ADSBAirborneVelocityMessage::GROUND_SPEED ||
+        kind == ADSBAirborneVelocityMessage::GROUND_SPEED_SUPER_SONIC) {
+        target.setGroundSpeed(message.groundSpeed(), time);
+        target.setHeading(message.heading(), time);
+    }
+    if (message.verticalRateSource() == ADSBAirborneVelocityMessage::BARO) {
+        target.setVerticalRateBaro(message.verticalRate(), time);
+    }
+    if (target.mopsVersion() == MOPS_V0) {
+        auto const* version0 = asClass<ADSBAirborneVelocityMessageV0>(message);
+        if (version0) target.setNUCr(version0->nucr(), time);
+    }
+}
+
+void ADSBTracker::update(ADSBTarget& target, ADSBAircraftOperationalStatusMessage const& message) {
+    auto const time = message.timeStamp();
+    if (message.version() == MOPS_UNKNOWN) {
+        // newer than those known: taken for the newest known, without trust
+        target.setMOPSVersion(MOPS_V2, time);
+        target.setMOPSVersionAssumed(time);
+    } else {
+        target.setMOPSVersion(message.version(), time);
+        target.setMOPSVersionConfirmed(time);
+    }
+    target.setNICSupplementA(message.nicSupplementA(), time);
+}
+
+void ADSBTracker::procADSBIdentificationMsg(std::shared_ptr<ADSBTarget> const& target,
+                                            std::shared_ptr<ADSBIdentityMessage> const& message) {
+    if (target && message) update(*target, *message);
+}
+
+void ADSBTracker::procADSBAirbornePositionMsg(std::shared_ptr<ADSBTarget> const& target,
+                                              std::shared_ptr<ADSBAirbornePositionMessage> const& message) {
+    if (target && message) update(*target, *message);
+}
+
+void ADSBTracker::procADSBAirborneVelocityMsg(std::shared_ptr<ADSBTarget> const& target,
+                                              std::shared_ptr<ADSBAirborneVelocityMessage> const& message) {
+    if (target && message) update(*target, *message);
+}
+
+void ADSBTracker::procADSBAircraftOperationalStatusMsg(
+    std::shared_ptr<ADSBTarget> const& target,
+    std::shared_ptr<ADSBAircraftOperationalStatusMessage> const& message) {
+    if (target && message) update(*target, *message);
+}
+
+// What each version adds to a position or a velocity. The handlers above do the same with the message at
+// hand.
+
 void ADSBTracker::procADSBAirbornePositionMsgV0(std::shared_ptr<ADSBTarget> const&,
                                                 std::shared_ptr<ADSBAirbornePositionMessageV0> const&) {}
 
@@ -139,36 +177,13 @@ void ADSBTracker::procADSBAirbornePositionMsgV1(std::shared_ptr<ADSBTarget> cons
 void ADSBTracker::procADSBAirbornePositionMsgV2(
     std::shared_ptr<ADSBTarget> const& target,
     std::shared_ptr<ADSBAirbornePositionMessageV2> const& message) {
-    if (!target || !message) return;
-    target->setNICSupplementB(message->nicSupplementB(), message->timeStamp());
-}
-
-void ADSBTracker::procADSBAirborneVelocityMsg(std::shared_ptr<ADSBTarget> const& target,
-                                              std::shared_ptr<ADSBAirborneVelocityMessage> const& message) {
-    if (!target || !message) return;
-    auto const time = message->timeStamp();
-    auto const kind = message->velocityType();
-    if (kind == ADSBAirborneVelocityMessage::GROUND_SPEED ||
-        kind == ADSBAirborneVelocityMessage::GROUND_SPEED_SUPER_SONIC) {
-        target->setGroundSpeed(message->groundSpeed(), time);
-        target->setHeading(message->heading(), time);
-    }
-    if (message->verticalRateSource() == ADSBAirborneVelocityMessage::BARO) {
-        target->setVerticalRateBaro(message->verticalRate(), time);
-    }
-    switch (target->mopsVersion()) {
-    case MOPS_V0: procADSBAirborneVelocityMsgV0(target, as<ADSBAirborneVelocityMessageV0>(message)); break;
-    case MOPS_V1: procADSBAirborneVelocityMsgV1(target, as<ADSBAirborneVelocityMessageV1>(message)); break;
-    case MOPS_V2: procADSBAirborneVelocityMsgV2(target, as<ADSBAirborneVelocityMessageV2>(message)); break;
-    default: break;
-    }
+    if (target && message) target->setNICSupplementB(message->nicSupplementB(), message->timeStamp());
 }
 
 void ADSBTracker::procADSBAirborneVelocityMsgV0(
     std::shared_ptr<ADSBTarget> const& target,
     std::shared_ptr<ADSBAirborneVelocityMessageV0> const& message) {
-    if (!target || !message) return;
-    target->setNUCr(message->nucr(), message->timeStamp());
+    if (target && message) target->setNUCr(message->nucr(), message->timeStamp());
 }
 
 void ADSBTracker::procADSBAirborneVelocityMsgV1(std::shared_ptr<ADSBTarget> const&,
@@ -176,22 +191,6 @@ void ADSBTracker::procADSBAirborneVelocityMsgV1(std::shared_ptr<ADSBTarget> cons
 
 void ADSBTracker::procADSBAirborneVelocityMsgV2(std::shared_ptr<ADSBTarget> const&,
                                                 std::shared_ptr<ADSBAirborneVelocityMessageV2> const&) {}
-
-void ADSBTracker::procADSBAircraftOperationalStatusMsg(
-    std::shared_ptr<ADSBTarget> const& target,
-    std::shared_ptr<ADSBAircraftOperationalStatusMessage> const& message) {
-    if (!target || !message) return;
-    auto const time = message->timeStamp();
-    if (message->version() ==
-        MOPS_UNKNOWN) { // newer than those known: taken for the newest known, without trust
-        target->setMOPSVersion(MOPS_V2, time);
-        target->setMOPSVersionAssumed(time);
-    } else {
-        target->setMOPSVersion(message->version(), time);
-        target->setMOPSVersionConfirmed(time);
-    }
-    target->setNICSupplementA(message->nicSupplementA(), time);
-}
 
 std::shared_ptr<ADSBMessage> ADSBTracker::decodeADSBMsg(unsigned int icaoAddr,
                                                         std::string const& payload) const {

@@ -3,13 +3,14 @@
 
 #include <modes/log.h>
 
+#include "core/exact_class.h"
 #include "track/tracker_module.h"
 
 #include <iterator>
 
 namespace quorvel::modes {
 
-// The tracker's handlers of Mode S replies other than extended squitters.
+// The tracker's handlers of Mode S replies; those of extended squitters have a file of their own.
 
 namespace {
 
@@ -41,110 +42,127 @@ void copyVerticalStatus(ADSBTarget& target, ModeSMessageFieldVS const& field, un
     target.setGroundStatus(field.verticalStatus() == 1 ? ADSBTarget::ON_GROUND : ADSBTarget::AIRBORNE, time);
 }
 
-template <class Reply> bool isTrusted(std::shared_ptr<Reply> const& reply) {
-    return reply && reply->confidence() >= ModeSMessage::MEDIUM;
-}
-
-// The target of a reply that may make one: stamped, given what `copy` takes from the reply, and counted.
-template <class Reply, class Copy>
-std::shared_ptr<ADSBTarget> updated(ADSBTracker& tracker, std::shared_ptr<Reply> const& reply, Copy copy) {
-    if (!isTrusted(reply)) return {};
-    auto target = tracker.createTarget(reply->icaoAddress());
-    if (!target) return {};
-    auto const time = reply->timeStamp();
-    target->setLastUpdate(time);
-    copy(target, time);
-    target->increaseStatistic(reply->downlinkFormat(), time);
-    return target;
-}
-
-template <class Reply>
-std::shared_ptr<ADSBTarget> procAirAir(ADSBTracker& tracker, std::shared_ptr<Reply> const& reply) {
-    return updated(tracker, reply, [&](auto const& target, auto time) {
-        copyVerticalStatus(*target, reply->constFieldVS(), time);
-        tracker.updateTargetAltituteBaro(target, reply->constFieldAC().altitude(), time);
-    });
-}
-
-template <class Reply>
-std::shared_ptr<ADSBTarget> procAltitude(ADSBTracker& tracker, std::shared_ptr<Reply> const& reply) {
-    return updated(tracker, reply, [&](auto const& target, auto time) {
-        copyFlightStatus(*target, reply->constFieldFS(), time);
-        tracker.updateTargetAltituteBaro(target, reply->constFieldAC().altitude(), time);
-    });
-}
-
-template <class Reply>
-std::shared_ptr<ADSBTarget> procIdentity(ADSBTracker& tracker, std::shared_ptr<Reply> const& reply) {
-    return updated(tracker, reply, [&](auto const& target, auto time) {
-        copyFlightStatus(*target, reply->constFieldFS(), time);
-        target->setSquawk(reply->constFieldID().identity(), time);
-    });
-}
-
-// The message as the class of its format; empty, and thus ignored, when it is of another class.
-template <class Reply> std::shared_ptr<Reply> as(std::shared_ptr<DFMessage> const& message) {
-    return std::dynamic_pointer_cast<Reply>(message);
-}
+bool isTrusted(ModeSMessage const& reply) { return reply.confidence() >= ModeSMessage::MEDIUM; }
 
 } // namespace
 
-std::shared_ptr<ADSBTarget> ADSBTracker::procModeSMsg(std::shared_ptr<ModeSMessage> const& message) {
-    if (!message || message->modeSMsgType() != ModeSMessage::DOWNLINK) return {};
-    return procDFMsg(std::dynamic_pointer_cast<DFMessage>(message));
+// The target of a reply that may make one: stamped, given what `copy` takes from the reply, and counted.
+template <class Reply, class Copy>
+std::shared_ptr<ADSBTarget> ADSBTracker::trackTrusted(Reply const& reply, Copy const& copy) {
+    if (!isTrusted(reply)) return {};
+    auto target = createTarget(reply.icaoAddress());
+    if (!target) return {};
+    auto const time = reply.timeStamp();
+    target->setLastUpdate(time);
+    copy(*target, time);
+    target->increaseStatistic(reply.downlinkFormat(), time);
+    return target;
 }
 
-std::shared_ptr<ADSBTarget> ADSBTracker::procDFMsg(std::shared_ptr<DFMessage> const& message) {
-    if (!message) return {};
-    switch (message->downlinkFormat()) {
-    case DFMessage::DF0: return procDF0Msg(as<DF0Message>(message));
-    case DFMessage::DF4: return procDF4Msg(as<DF4Message>(message));
-    case DFMessage::DF5: return procDF5Msg(as<DF5Message>(message));
-    case DFMessage::DF11: return procDF11Msg(as<DF11Message>(message));
-    case DFMessage::DF16: return procDF16Msg(as<DF16Message>(message));
-    case DFMessage::DF17: return procDF17Msg(as<DF17Message>(message));
-    case DFMessage::DF20: return procDF20Msg(as<DF20Message>(message));
-    case DFMessage::DF21: return procDF21Msg(as<DF21Message>(message));
+template <class Reply> std::shared_ptr<ADSBTarget> ADSBTracker::trackAirAir(Reply const& reply) {
+    return trackTrusted(reply, [&](ADSBTarget& target, auto time) {
+        copyVerticalStatus(target, reply.constFieldVS(), time);
+        updateAltitude(target, reply.constFieldAC().altitude(), time);
+    });
+}
+
+template <class Reply> std::shared_ptr<ADSBTarget> ADSBTracker::trackAltitude(Reply const& reply) {
+    return trackTrusted(reply, [&](ADSBTarget& target, auto time) {
+        copyFlightStatus(target, reply.constFieldFS(), time);
+        updateAltitude(target, reply.constFieldAC().altitude(), time);
+    });
+}
+
+template <class Reply> std::shared_ptr<ADSBTarget> ADSBTracker::trackIdentity(Reply const& reply) {
+    return trackTrusted(reply, [&](ADSBTarget& target, auto time) {
+        copyFlightStatus(target, reply.constFieldFS(), time);
+        target.setSquawk(reply.constFieldID().identity(), time);
+    });
+}
+
+std::shared_ptr<ADSBTarget> ADSBTracker::track(DF0Message const& reply) { return trackAirAir(reply); }
+std::shared_ptr<ADSBTarget> ADSBTracker::track(DF4Message const& reply) { return trackAltitude(reply); }
+std::shared_ptr<ADSBTarget> ADSBTracker::track(DF5Message const& reply) { return trackIdentity(reply); }
+std::shared_ptr<ADSBTarget> ADSBTracker::track(DF16Message const& reply) { return trackAirAir(reply); }
+std::shared_ptr<ADSBTarget> ADSBTracker::track(DF20Message const& reply) { return trackAltitude(reply); }
+std::shared_ptr<ADSBTarget> ADSBTracker::track(DF21Message const& reply) { return trackIdentity(reply); }
+
+// An all-call reply makes no target.
+std::shared_ptr<ADSBTarget> ADSBTracker::track(DF11Message const& reply) {
+    if (!isTrusted(reply)) return {};
+    auto target = findTarget(reply.icaoAddress());
+    if (!target) return {};
+    auto const time = reply.timeStamp();
+    target->setLastUpdate(time);
+    target->_transponderCommCapability.report(reply.constFieldCA().capability(), time);
+    target->increaseStatistic(reply.downlinkFormat(), time);
+    return target;
+}
+
+// A reply that is not of the class of its format is ignored.
+template <class Reply> std::shared_ptr<ADSBTarget> ADSBTracker::trackAs(DFMessage const& reply) {
+    auto const* known = asClass<Reply>(reply);
+    return known ? track(*known) : nullptr;
+}
+
+std::shared_ptr<ADSBTarget> ADSBTracker::track(DFMessage const& reply) {
+    switch (reply.downlinkFormat()) {
+    case DFMessage::DF0: return trackAs<DF0Message>(reply);
+    case DFMessage::DF4: return trackAs<DF4Message>(reply);
+    case DFMessage::DF5: return trackAs<DF5Message>(reply);
+    case DFMessage::DF11: return trackAs<DF11Message>(reply);
+    case DFMessage::DF16: return trackAs<DF16Message>(reply);
+    case DFMessage::DF17: return trackAs<DF17Message>(reply);
+    case DFMessage::DF20: return trackAs<DF20Message>(reply);
+    case DFMessage::DF21: return trackAs<DF21Message>(reply);
     default:
         Log::log(Log::Warning, kTrackerModule, "Unsupported %s message detected.",
-                 message->downlinkFormatName().c_str());
+                 reply.downlinkFormatName().c_str());
         return {};
     }
 }
 
-std::shared_ptr<ADSBTarget> ADSBTracker::procDF0Msg(std::shared_ptr<DF0Message> const& message) {
-    return procAirAir(*this, message);
+std::shared_ptr<ADSBTarget> ADSBTracker::procModeSMsg(std::shared_ptr<ModeSMessage> const& message) {
+    if (!message || message->modeSMsgType() != ModeSMessage::DOWNLINK) return {};
+    auto const* reply = asBaseOf<DFMessage, DF17Message, DF11Message, DF4Message, DF5Message, DF20Message,
+                                 DF21Message, DF0Message, DF16Message>(*message);
+    return reply ? track(*reply) : nullptr;
 }
 
-std::shared_ptr<ADSBTarget> ADSBTracker::procDF16Msg(std::shared_ptr<DF16Message> const& message) {
-    return procAirAir(*this, message);
+std::shared_ptr<ADSBTarget> ADSBTracker::procDFMsg(std::shared_ptr<DFMessage> const& message) {
+    return message ? track(*message) : nullptr;
+}
+
+std::shared_ptr<ADSBTarget> ADSBTracker::procDF0Msg(std::shared_ptr<DF0Message> const& message) {
+    return message ? track(*message) : nullptr;
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::procDF4Msg(std::shared_ptr<DF4Message> const& message) {
-    return procAltitude(*this, message);
-}
-
-std::shared_ptr<ADSBTarget> ADSBTracker::procDF20Msg(std::shared_ptr<DF20Message> const& message) {
-    return procAltitude(*this, message);
+    return message ? track(*message) : nullptr;
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::procDF5Msg(std::shared_ptr<DF5Message> const& message) {
-    return procIdentity(*this, message);
-}
-
-std::shared_ptr<ADSBTarget> ADSBTracker::procDF21Msg(std::shared_ptr<DF21Message> const& message) {
-    return procIdentity(*this, message);
+    return message ? track(*message) : nullptr;
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::procDF11Msg(std::shared_ptr<DF11Message> const& message) {
-    if (!isTrusted(message)) return {};
-    auto target = findTarget(message->icaoAddress());
-    if (!target) return {};
-    auto const time = message->timeStamp();
-    target->setLastUpdate(time);
-    target->_transponderCommCapability.report(message->constFieldCA().capability(), time);
-    target->increaseStatistic(message->downlinkFormat(), time);
-    return target;
+    return message ? track(*message) : nullptr;
+}
+
+std::shared_ptr<ADSBTarget> ADSBTracker::procDF16Msg(std::shared_ptr<DF16Message> const& message) {
+    return message ? track(*message) : nullptr;
+}
+
+std::shared_ptr<ADSBTarget> ADSBTracker::procDF17Msg(std::shared_ptr<DF17Message> const& message) {
+    return message ? track(*message) : nullptr;
+}
+
+std::shared_ptr<ADSBTarget> ADSBTracker::procDF20Msg(std::shared_ptr<DF20Message> const& message) {
+    return message ? track(*message) : nullptr;
+}
+
+std::shared_ptr<ADSBTarget> ADSBTracker::procDF21Msg(std::shared_ptr<DF21Message> const& message) {
+    return message ? track(*message) : nullptr;
 }
 
 } // namespace quorvel::modes
