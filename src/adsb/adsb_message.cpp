@@ -100,7 +100,7 @@ void ADSBMessage::listFields(ListedField const* rows, std::size_t count) {
 }
 
 void ADSBMessage::makeListedFields() {
-    appendListedFields(_fields);
+    if (_listedCount > 0) appendListedFields(_fields);
     _listedCount = 0;
     _listedSorted = false;
 }

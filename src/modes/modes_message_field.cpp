@@ -8,8 +8,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <initializer_list>
-#include <optional>
 #include <string_view>
 
 namespace quorvel::modes {
@@ -32,11 +30,12 @@ NameTable const kFlightStatusNames{{"AIR", "GND", "AIR, ALERT", "GND, ALERT", "A
 NameTable const kVerticalStatusNames{{"AIR", "GND"}, "UNKNOWN"};
 
 // Where the fields stand in the replies. Parity ends the frame, be it a short or a long one.
-constexpr std::initializer_list<unsigned> kAfterFormat = {5};
-constexpr std::initializer_list<unsigned> kAddressPosition = {8};
-constexpr std::initializer_list<unsigned> kCodePosition = {19};
-constexpr std::initializer_list<unsigned> kMessagePosition = {32};
-constexpr std::initializer_list<unsigned> kParityPositions = {32, 88};
+constexpr unsigned kAfterFormat = 5;
+constexpr unsigned kAddressPosition = 8;
+constexpr unsigned kCodePosition = 19;
+constexpr unsigned kMessagePosition = 32;
+constexpr unsigned kShortParityPosition = 32;
+constexpr unsigned kLongParityPosition = 88;
 
 // The altitude code without its M and Q bits.
 constexpr unsigned kMetricBit = 25;
@@ -55,25 +54,25 @@ bool covers(std::string_view frame, unsigned position, unsigned width) {
     return position + width <= 8 * frame.size();
 }
 
-bool isOneOf(std::initializer_list<unsigned> positions, unsigned position) {
-    return std::find(positions.begin(), positions.end(), position) != positions.end();
+// The value of a field, if it occurs at `position` and the frame reaches so far. The positions are constants,
+// so that each becomes a few loads.
+template <unsigned... Positions, class Value>
+bool readField(std::string_view frame, unsigned position, unsigned width, Value& value) {
+    auto const readAt = [&](unsigned known) {
+        if (position != known || !covers(frame, known, width)) return false;
+        value = bits<Value>(frame, known, width);
+        return true;
+    };
+    return (readAt(Positions) || ...);
 }
 
-// The value of a plain field, if it occurs at `position` and the frame reaches so far.
-std::optional<unsigned> readField(std::string_view frame, unsigned position, unsigned width,
-                                  std::initializer_list<unsigned> positions) {
-    if (!isOneOf(positions, position) || !covers(frame, position, width)) return {};
-    return bits(frame, position, width);
-}
-
-template <class Value> bool store(std::optional<unsigned> const& read, Value& value) {
-    if (read) value = static_cast<Value>(*read);
-    return read.has_value();
+bool hasCode(std::string_view frame, unsigned position, unsigned width) {
+    return position == kCodePosition && covers(frame, position, width);
 }
 
 // The message bytes of a long reply; fewer if the frame ends early.
 bool storeMessage(std::string const& frame, unsigned position, std::string& message) {
-    if (!isOneOf(kMessagePosition, position)) return false;
+    if (position != kMessagePosition) return false;
     message.assign(frame, std::min(frame.size(), kMessageStart), kMessageSize);
     return true;
 }
@@ -104,14 +103,14 @@ bool ModeSMessageField::decode(char const* data, unsigned long long size, unsign
 ModeSMessageFieldAA::ModeSMessageFieldAA() : ModeSMessageField(AA) {}
 std::string ModeSMessageFieldAA::description() const { return icaoAddressHexString(); }
 bool ModeSMessageFieldAA::decodeImpl(std::string const& data, unsigned char pos) {
-    return store(readField(data, pos, bits(), kAddressPosition), _icaoAddress);
+    return readField<kAddressPosition>(data, pos, ModeSMessageFieldAA::bits(), _icaoAddress);
 }
 std::string ModeSMessageFieldAA::icaoAddressHexString() const { return hexOfNumber(_icaoAddress); }
 
 ModeSMessageFieldAC::ModeSMessageFieldAC() : ModeSMessageField(AC) {}
 std::string ModeSMessageFieldAC::description() const { return std::to_string(_altitude); }
 bool ModeSMessageFieldAC::decodeImpl(std::string const& data, unsigned char pos) {
-    if (!readField(data, pos, bits(), kCodePosition)) return false;
+    if (!hasCode(data, pos, ModeSMessageFieldAC::bits())) return false;
     _altitudeUnit = bit(data, kMetricBit) ? 1 : 0;
     _altitudeResolution = bit(data, kResolutionBit) ? 25 : 100;
     _altitude = static_cast<int>(kAltitude.of(data) * _altitudeResolution) - 1000;
@@ -121,13 +120,14 @@ bool ModeSMessageFieldAC::decodeImpl(std::string const& data, unsigned char pos)
 ModeSMessageFieldAF::ModeSMessageFieldAF() : ModeSMessageField(AF) {}
 std::string ModeSMessageFieldAF::description() const { return std::to_string(_code); }
 bool ModeSMessageFieldAF::decodeImpl(std::string const& data, unsigned char pos) {
-    return store(readField(data, pos, bits(), kAfterFormat), _code);
+    return readField<kAfterFormat>(data, pos, ModeSMessageFieldAF::bits(), _code);
 }
 
 ModeSMessageFieldAP::ModeSMessageFieldAP() : ModeSMessageField(AP) {}
 std::string ModeSMessageFieldAP::description() const { return addressParityHexString(); }
 bool ModeSMessageFieldAP::decodeImpl(std::string const& data, unsigned char pos) {
-    return store(readField(data, pos, bits(), kParityPositions), _addressParity);
+    return readField<kShortParityPosition, kLongParityPosition>(data, pos, ModeSMessageFieldAP::bits(),
+                                                                _addressParity);
 }
 std::string ModeSMessageFieldAP::addressParityHexString() const { return hexOfNumber(_addressParity); }
 unsigned int ModeSMessageFieldAP::setParity(unsigned int parity) {
@@ -139,25 +139,25 @@ unsigned int ModeSMessageFieldAP::setParity(unsigned int parity) {
 ModeSMessageFieldCA::ModeSMessageFieldCA() : ModeSMessageField(CA) {}
 std::string ModeSMessageFieldCA::description() const { return std::to_string(_capability); }
 bool ModeSMessageFieldCA::decodeImpl(std::string const& data, unsigned char pos) {
-    return store(readField(data, pos, bits(), kAfterFormat), _capability);
+    return readField<kAfterFormat>(data, pos, ModeSMessageFieldCA::bits(), _capability);
 }
 
 ModeSMessageFieldCF::ModeSMessageFieldCF() : ModeSMessageField(CF) {}
 std::string ModeSMessageFieldCF::description() const { return std::to_string(_code); }
 bool ModeSMessageFieldCF::decodeImpl(std::string const& data, unsigned char pos) {
-    return store(readField(data, pos, bits(), kAfterFormat), _code);
+    return readField<kAfterFormat>(data, pos, ModeSMessageFieldCF::bits(), _code);
 }
 
 ModeSMessageFieldFS::ModeSMessageFieldFS() : ModeSMessageField(FS) {}
 std::string ModeSMessageFieldFS::description() const { return kFlightStatusNames[_flightStatus]; }
 bool ModeSMessageFieldFS::decodeImpl(std::string const& data, unsigned char pos) {
-    return store(readField(data, pos, bits(), kAfterFormat), _flightStatus);
+    return readField<kAfterFormat>(data, pos, ModeSMessageFieldFS::bits(), _flightStatus);
 }
 
 ModeSMessageFieldID::ModeSMessageFieldID() : ModeSMessageField(ID) {}
 std::string ModeSMessageFieldID::description() const { return formatted("%.4o", _identity); }
 bool ModeSMessageFieldID::decodeImpl(std::string const& data, unsigned char pos) {
-    if (!readField(data, pos, bits(), kCodePosition)) return false;
+    if (!hasCode(data, pos, ModeSMessageFieldID::bits())) return false;
     _identity = kIdentity.of(data);
     return true;
 }
@@ -186,7 +186,8 @@ std::string ModeSMessageFieldMV::dataHexString() const { return hexOfBytes(_data
 ModeSMessageFieldPI::ModeSMessageFieldPI() : ModeSMessageField(PI) {}
 std::string ModeSMessageFieldPI::description() const { return parityInterrogatorIdHexString(); }
 bool ModeSMessageFieldPI::decodeImpl(std::string const& data, unsigned char pos) {
-    return store(readField(data, pos, bits(), kParityPositions), _parityInterrogatorId);
+    return readField<kShortParityPosition, kLongParityPosition>(data, pos, ModeSMessageFieldPI::bits(),
+                                                                _parityInterrogatorId);
 }
 std::string ModeSMessageFieldPI::parityInterrogatorIdHexString() const {
     return hexOfNumber(_parityInterrogatorId);
@@ -204,7 +205,7 @@ unsigned int ModeSMessageFieldPI::setInterrogatorId(unsigned int interrogatorId)
 ModeSMessageFieldVS::ModeSMessageFieldVS() : ModeSMessageField(VS) {}
 std::string ModeSMessageFieldVS::description() const { return kVerticalStatusNames[_verticalStatus]; }
 bool ModeSMessageFieldVS::decodeImpl(std::string const& data, unsigned char pos) {
-    return store(readField(data, pos, bits(), kAfterFormat), _verticalStatus);
+    return readField<kAfterFormat>(data, pos, ModeSMessageFieldVS::bits(), _verticalStatus);
 }
 
 } // namespace quorvel::modes

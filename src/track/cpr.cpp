@@ -8,12 +8,13 @@
 
 namespace quorvel::modes {
 
-// The wide intermediate results keep every pair of arguments defined.
+// Every pair of arguments is defined, also where the hardware's arithmetic is not.
 
 int cprModFunction(int a, int b) {
-    if (b == 0) return 0;
-    long long const remainder = static_cast<long long>(a) % b;
-    return static_cast<int>(remainder < 0 ? remainder + b : remainder);
+    if (b == 0 || b == -1) return 0;
+    int const remainder = a % b;
+    if (remainder >= 0) return remainder;
+    return static_cast<int>(static_cast<unsigned int>(remainder) + static_cast<unsigned int>(b));
 }
 
 int cprNLFunction(double lat) { return longitudeZones(lat); }

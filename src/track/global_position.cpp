@@ -4,7 +4,6 @@
 #include <modes/cpr.h>
 
 #include <algorithm>
-#include <cmath>
 
 namespace quorvel::modes {
 
@@ -20,9 +19,12 @@ constexpr double kUnit = 7.62939453125e-06; // 2^-17 of a zone
 constexpr double kEvenZoneHeight = 6.0;     // degrees
 constexpr double kOddZoneHeight = 6.101694915254237;
 
-// The difference of the weighted coordinates as a number of zones.
+// The difference of the weighted coordinates as a number of zones: the nearest, the upper one of two. There
+// are never more than sixty, so the number is one of 32 bits.
 int zoneNumber(double weightedDifference) {
-    return static_cast<int>(std::floor(weightedDifference * kUnit + 0.5));
+    double const zones = weightedDifference * kUnit + 0.5;
+    int const truncated = static_cast<int>(zones);
+    return truncated > zones ? truncated - 1 : truncated;
 }
 
 double latitudeOf(double zoneHeight, int zone, unsigned int coordinate) {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 
 namespace quorvel::modes {
 
@@ -31,12 +31,24 @@ constexpr std::array<double, kMostLongitudeZones - 1> kTransitionLatitudes = {
 };
 // clang-format on
 
+// For each whole degree, how many transitions lie at it or below: where the search for a latitude starts. Two
+// transitions at most lie within one degree.
+constexpr auto kTransitionsByDegree = [] {
+    std::array<unsigned char, 87> below{};
+    for (std::size_t degree = 0; degree < below.size(); ++degree) {
+        while (kTransitionLatitudes[below[degree]] <= static_cast<double>(degree)) ++below[degree];
+    }
+    return below;
+}();
+
 /// Number of longitude zones at a latitude in degrees, 59 to 1. A transition belongs to the lower number, and
 /// what is no number compares below none of them.
 inline int longitudeZones(double latitude) {
-    auto const above =
-        std::upper_bound(kTransitionLatitudes.begin(), kTransitionLatitudes.end(), std::abs(latitude));
-    return kMostLongitudeZones - static_cast<int>(above - kTransitionLatitudes.begin());
+    auto const distance = std::abs(latitude);
+    if (!(distance < kTransitionLatitudes.back())) return 1;
+    auto above = kTransitionsByDegree[static_cast<std::size_t>(distance)];
+    while (kTransitionLatitudes[above] <= distance) ++above;
+    return kMostLongitudeZones - above;
 }
 
 } // namespace quorvel::modes
