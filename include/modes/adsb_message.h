@@ -91,7 +91,6 @@ private:
         std::size_t count;
     };
 
-    void listFields(ListedField const* rows, std::size_t count);
     void makeListedFields();
     void appendListedFields(std::vector<ADSBMessageField>& fields) const;
 

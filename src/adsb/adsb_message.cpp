@@ -8,6 +8,7 @@
 #include "core/clock.h"
 #include "core/hex.h"
 #include "core/names.h"
+#include "core/short_bytes.h"
 
 #include <algorithm>
 
@@ -66,7 +67,7 @@ std::string ADSBMessage::description() const {
 bool ADSBMessage::decode(std::string const& me) {
     if (me.size() < kPayloadBytes) return false;
     makeListedFields(); // as long as their payload is there
-    _data.assign(me, 0, kPayloadBytes);
+    assignBytes(_data, me.data(), kPayloadBytes);
     _typeCode = typeCodeOf(_data);
     if (typeByCode(_typeCode) != _type) {
         Log::log(Log::Error, kModule, "Type code mismatch.");
@@ -91,12 +92,6 @@ std::vector<ADSBMessageField> ADSBMessage::fields() const {
 void ADSBMessage::addField(ADSBMessageField const& field) {
     makeListedFields();
     _fields.push_back(field);
-}
-
-void ADSBMessage::listFields(ListedField const* rows, std::size_t count) {
-    if (_listedSorted) makeListedFields(); // they were listed by an earlier decoding
-    if (_listedCount == _listed.size()) makeListedFields();
-    _listed[_listedCount++] = {rows, count};
 }
 
 void ADSBMessage::makeListedFields() {

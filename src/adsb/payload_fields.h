@@ -57,10 +57,19 @@ template <auto const& names> std::string nameText(ADSBMessage const& message, Pa
 
 /// Lists rows of a table, in their order. Rows stay where they are: tables are constants.
 struct PayloadFields {
-    static void list(ADSBMessage& message, ListedField const& row) { message.listFields(&row, 1); }
+    static void list(ADSBMessage& message, ListedField const& row) { list(message, &row, 1); }
 
     template <std::size_t N> static void list(ADSBMessage& message, ListedField const (&rows)[N]) {
-        message.listFields(rows, N);
+        list(message, rows, N);
+    }
+
+private:
+    static void list(ADSBMessage& message, ListedField const* rows, std::size_t count) {
+        // rows of an earlier decoding, or more than there is room for
+        if (message._listedSorted || message._listedCount == message._listed.size()) {
+            message.makeListedFields();
+        }
+        message._listed[message._listedCount++] = {rows, count};
     }
 };
 

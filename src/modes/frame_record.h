@@ -3,6 +3,9 @@
 
 #include <modes/modes_encapsulation.h>
 
+#include "core/recycled.h"
+#include "core/short_bytes.h"
+
 #include <memory>
 #include <string>
 #include <string_view>
@@ -20,9 +23,9 @@ inline constexpr std::size_t kLongFrameBytes = 14;
 /// Makes and reads records without copies of their bytes in between.
 struct RecordAccess {
     static std::shared_ptr<ModeSEncapsulation> make(unsigned long long timeStamp, std::string_view data) {
-        auto record = std::make_shared<ModeSEncapsulation>();
+        auto record = makeRecycled<ModeSEncapsulation>();
         record->_timeStamp = timeStamp;
-        record->_data = data;
+        assignBytes(record->_data, data.data(), data.size());
         return record;
     }
 

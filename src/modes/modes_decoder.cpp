@@ -4,6 +4,7 @@
 #include <modes/log.h>
 #include <modes/modes_encapsulation.h>
 
+#include "core/recycled.h"
 #include "modes/frame_record.h"
 
 #include <array>
@@ -110,7 +111,7 @@ std::shared_ptr<ModeSMessage> ModeSDecoder::decode(ModeSMessage::ModeSMsgType ty
 }
 
 template <class Reply> std::shared_ptr<ModeSMessage> ModeSDecoder::receive(std::string const& data) {
-    auto reply = std::make_shared<Reply>();
+    auto reply = makeRecycled<Reply>();
     _now = static_cast<long long>(reply->timeStamp()) / 1000; // the clock's reading for this frame
     if (!reply->decode(data)) {
         if constexpr (kIsRepaired<Reply>) {

@@ -4,6 +4,7 @@
 #include "core/clock.h"
 #include "core/hex.h"
 #include "core/names.h"
+#include "core/short_bytes.h"
 #include "modes/parity.h"
 
 namespace quorvel::modes {
@@ -31,7 +32,7 @@ ModeSMessage::~ModeSMessage() = default;
 std::string ModeSMessage::description() const { return "Mode-S " + modeSMsgTypeName() + " Format Message"; }
 
 bool ModeSMessage::decode(std::string const& bytes) {
-    _data = bytes;
+    assignBytes(_data, bytes.data(), bytes.size());
     auto const frameBits = bits();
     if (_data.size() < frameBits / 8) {
         _valid = false;

@@ -4,6 +4,7 @@
 #include "core/bits.h"
 #include "core/hex.h"
 #include "core/names.h"
+#include "core/short_bytes.h"
 #include "core/text.h"
 
 #include <algorithm>
@@ -73,7 +74,8 @@ bool hasCode(std::string_view frame, unsigned position, unsigned width) {
 // The message bytes of a long reply; fewer if the frame ends early.
 bool storeMessage(std::string const& frame, unsigned position, std::string& message) {
     if (position != kMessagePosition) return false;
-    message.assign(frame, std::min(frame.size(), kMessageStart), kMessageSize);
+    auto const start = std::min(frame.size(), kMessageStart);
+    assignBytes(message, frame.data() + start, std::min(frame.size() - start, kMessageSize));
     return true;
 }
 
