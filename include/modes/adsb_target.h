@@ -292,39 +292,48 @@ private:
         double longitude;
     };
 
-    unsigned int _trackId = 0;
+    // In groups that are read and written together: a target is in no near cache when its next reply comes.
+
+    // every reply
     unsigned long long _lastUpdate = 0;
     unsigned int _icaoAddr;
-    detail::Tracked<std::string> _callsign;
-    detail::Tracked<unsigned char> _emitterCategory;
-    detail::Tracked<unsigned int> _squawk;
+    unsigned int _trackId = 0;
+    detail::Updated<unsigned char> _signalAmplitude;
+    detail::Tracked<MOPSVersion> _mopsVersion;
+    bool _mopsVersionConfirmed = false;
+    bool _headingValid = false;
+    unsigned long long _statisticLastUpdate = 0;
+    std::array<unsigned int, 9> _adsbCounts{}; // by ADS-B message type
+    std::array<unsigned int, 25> _dfCounts{};  // by downlink format
+
+    // altitude and positions
+    detail::Updated<int> _altitudeBaro;
+    detail::Tracked<GroundStatus> _groundStatus;
     detail::CPRFrame _oddFrame;
     detail::CPRFrame _evenFrame;
     detail::Updated<Position> _position;
-    detail::Updated<unsigned char> _signalAmplitude;
-    detail::Updated<int> _altitudeBaro;
-    detail::Updated<double> _groundSpeed;
-    detail::Updated<double> _heading;
-    bool _headingValid = false;
-    detail::Updated<int> _verticalRateBaro;
-    detail::Updated<unsigned char> _transponderCommCapability;
-    detail::Tracked<GroundStatus> _groundStatus;
-    detail::Tracked<bool> _spi;
-    detail::Tracked<bool> _alert;
-    detail::Tracked<MOPSVersion> _mopsVersion;
-    bool _mopsVersionConfirmed = false;
     detail::Tracked<unsigned char> _nucp;
-    detail::Tracked<unsigned char> _nucr;
     detail::Tracked<unsigned char> _nic;
+    detail::Tracked<unsigned char> _pic;
     detail::Updated<bool> _nicSupplementA;
     detail::Updated<bool> _nicSupplementB;
     detail::Updated<bool> _nicSupplementC;
-    detail::Tracked<unsigned char> _pic;
     detail::Tracked<unsigned char> _nacp;
     detail::Tracked<unsigned char> _sil;
-    std::array<unsigned int, 25> _dfCounts{};  // by downlink format
-    std::array<unsigned int, 9> _adsbCounts{}; // by ADS-B message type
-    unsigned long long _statisticLastUpdate = 0;
+
+    // velocities
+    detail::Updated<double> _groundSpeed;
+    detail::Updated<double> _heading;
+    detail::Updated<int> _verticalRateBaro;
+    detail::Tracked<unsigned char> _nucr;
+
+    // surveillance and identity
+    detail::Tracked<bool> _spi;
+    detail::Tracked<bool> _alert;
+    detail::Tracked<unsigned int> _squawk;
+    detail::Updated<unsigned char> _transponderCommCapability;
+    detail::Tracked<unsigned char> _emitterCategory;
+    detail::Tracked<std::string> _callsign;
 };
 
 } // namespace quorvel::modes
