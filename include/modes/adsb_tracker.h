@@ -24,7 +24,7 @@ class ADSBAirborneVelocityMessageV2;
 class ADSBAircraftOperationalStatusMessage;
 class ADSBIdentityMessage;
 class ADSBTargetReport;
-class TargetTable;
+class TargetIndex;
 
 /// Keeps the table of targets up to date with decoded replies.
 ///
@@ -200,7 +200,7 @@ private:
     unsigned int _version0ConfirmCount = 20; // extended squitters without a status message
     ADSBDecoder _decoder;
     AircraftDB _aircraftDb;
-    std::unique_ptr<TargetTable> _targets;
+    std::unique_ptr<TargetIndex> _targets;
     bool _altitudeChecking = false;
     unsigned int _altitudeCheckPeriod = 4;          // s
     unsigned int _altitudeCheckMaxDifference = 150; // ft

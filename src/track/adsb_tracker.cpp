@@ -3,7 +3,7 @@
 
 #include <modes/log.h>
 
-#include "track/target_table.h"
+#include "track/target_index.h"
 #include "track/tracker_module.h"
 
 #include <cstdlib>
@@ -23,13 +23,13 @@ void prefetch(ADSBTarget const& target) {
 
 } // namespace
 
-ADSBTracker::ADSBTracker() : _targets(std::make_unique<TargetTable>()) {
+ADSBTracker::ADSBTracker() : _targets(std::make_unique<TargetIndex>()) {
     Log::log(Log::Info, kTrackerModule, "Initialized.");
 }
 
 ADSBTracker::~ADSBTracker() = default;
 
-void ADSBTracker::reset() { *_targets = TargetTable(); }
+void ADSBTracker::reset() { *_targets = TargetIndex(); }
 
 void ADSBTracker::setAltituteBaroChecking(bool enable, unsigned int period, unsigned int maxDifference) {
     _altitudeChecking = enable;

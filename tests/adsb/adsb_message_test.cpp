@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <modes/adsb_airborne_position_message.h>
+#include <modes/adsb_aircraft_status_message.h>
+#include <modes/adsb_identity_message.h>
 #include <modes/adsb_message.h>
 
 #include "support/bytes.h"
@@ -175,4 +178,76 @@ TEST(ADSBMessage, KeepsWhatItIsTold) {
     message.setSignalAmplitude(200);
     EXPECT_EQ(message.timeStamp(), 123U);
     EXPECT_EQ(message.signalAmplitude(), 200U);
+}
+
+namespace {
+
+// A class of the library with a field more, as a host may derive it.
+class PositionWithMore : public ADSBAirbornePositionMessageV2 {
+public:
+    bool decodeImpl() override {
+        addField({ADSBMessageField::UNKNOWN, 55, 1, "before"});
+        bool const decoded = ADSBAirbornePositionMessageV2::decodeImpl();
+        seenWhileDecoding = fields().size();
+        addField({ADSBMessageField::UNKNOWN, 8, 1, "after"});
+        return decoded;
+    }
+    std::size_t seenWhileDecoding = 0;
+};
+
+std::vector<std::string> texts(ADSBMessage const& message) {
+    std::vector<std::string> result;
+    for (auto const& field : message.fields()) result.push_back(field.description());
+    return result;
+}
+
+} // namespace
+
+TEST(ADSBMessage, ListsTheFieldsOfADerivedClassAmongThoseOfTheLibrary) {
+    PositionWithMore message;
+    ASSERT_TRUE(message.decode(kPayload));
+    EXPECT_EQ(message.seenWhileDecoding, 11U);
+    EXPECT_THAT(names(message), ElementsAre("TYPE", "TYPE_CODE", "ALT_SRC", "NIC_SUPP_B", "ALT", "--",
+                                            "ALT_RES", "T", "CPR_FMT", "CPR_LAT", "CPR_LON", "--"));
+}
+
+TEST(ADSBMessage, ListsTheFieldsOfEachPayloadThatItDecoded) {
+    ADSBAircraftStatusMessageV0 message;
+    ASSERT_TRUE(message.decode(fromHex("E1A00000000000")));
+    ASSERT_TRUE(message.decode(fromHex("E0000000000000"))) << "which says nothing of the emergency";
+    EXPECT_THAT(texts(message), ElementsAre("AC_STATUS", "28", "AC_STATUS", "28", "EMERGENCY", "NO_INFO",
+                                            "HIJACK", "HIJACK"));
+    EXPECT_FALSE(message.decode(fromHex("E7000000000000"))) << "an unknown subtype";
+    EXPECT_EQ(message.fields().size(), 10U);
+    EXPECT_FALSE(message.decode(kPayload)) << "another type";
+    EXPECT_EQ(message.fields().size(), 10U);
+    EXPECT_EQ(message.fields()[9].description(), "HIJACK");
+}
+
+TEST(ADSBMessage, AppendsTheFieldsOfADecodingThatTheHostAskedFor) {
+    ADSBIdentityMessage message;
+    ASSERT_TRUE(message.decode(fromHex("200420F1CB3820")));
+    auto const once = names(message);
+    ASSERT_EQ(once.size(), 11U);
+    ASSERT_TRUE(message.decodeImpl());
+    ASSERT_TRUE(message.decodeImpl());
+    auto expected = once;
+    for (int i = 0; i < 2; ++i) expected.insert(expected.end(), once.begin() + 2, once.end());
+    EXPECT_EQ(names(message), expected) << "in the order in which they were listed: only decode() sorts";
+}
+
+TEST(ADSBMessage, AppendsAFieldThatAHostAddsLater) {
+    ADSBIdentityMessage message;
+    ASSERT_TRUE(message.decode(fromHex("200420F1CB3820")));
+    message.addField({ADSBMessageField::UNKNOWN, 0, 1, "late"});
+    EXPECT_EQ(texts(message).back(), "late");
+    EXPECT_EQ(message.fields().size(), 12U);
+}
+
+TEST(ADSBMessage, CopiesCarryTheirFields) {
+    ADSBIdentityMessage message;
+    ASSERT_TRUE(message.decode(fromHex("200420F1CB3820")));
+    auto const copy = message;
+    ASSERT_TRUE(message.decode(fromHex("20000000000000")));
+    EXPECT_THAT(texts(copy), ElementsAre("ACID", "4", "0", "A", "B", "C", "1", "2", "3", " ", " "));
 }

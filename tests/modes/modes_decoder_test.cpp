@@ -3,8 +3,10 @@
 
 #include <modes/modes_encapsulation.h>
 
+#include "reference/grading.h"
 #include "support/captured_log.h"
 #include "support/frames.h"
+#include "support/random_bytes.h"
 #include "support/steered_clock.h"
 
 #include <gtest/gtest.h>
@@ -391,4 +393,30 @@ TEST_F(ModeSDecoderTest, HandsOutMessagesThatOutliveIt) {
     other.reset();
     EXPECT_EQ(message->icaoAddress(), kAddress);
     EXPECT_EQ(message->fields().size(), 4U);
+}
+
+// Squitters of ever new addresses, replies with hidden addresses and all-call replies of few and of many
+// aircraft, while the clock runs in small steps and in large ones.
+TEST_F(ModeSDecoderTest, GradesAsThePlainRulesDoThatForgetNothing) {
+    constexpr std::uint64_t kSeed = 11;
+    test::Noise noise(kSeed);
+    reference::Grading plain;
+    Log::setShowLevel(Log::Error);
+    auto now = kStart / 1000;
+    for (unsigned step = 0; step < 60'000; ++step) {
+        if (noise.below(20) == 0) now += noise.below(noise.below(50) == 0 ? 700 : 10);
+        clock.set(1000 * now);
+        plain.setNow(static_cast<long long>(now));
+        auto const address = static_cast<unsigned>(1 + noise.below(noise.below(4) == 0 ? 0xFFFFFF : 40));
+        auto const interrogator = static_cast<unsigned>(noise.below(noise.below(4) == 0 ? 90 : 3));
+        switch (noise.below(3)) {
+        case 0:
+            ASSERT_EQ(confidence(test::squitter(address, kPayload)), plain.squitter(address)) << step;
+            break;
+        case 1: ASSERT_EQ(confidence(altitudeReply(address)), plain.hiddenAddress(address)) << step; break;
+        default:
+            ASSERT_EQ(confidence(allCall(address, interrogator)), plain.allCall(address, interrogator))
+                << step;
+        }
+    }
 }

@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <vector>
+
 using namespace quorvel::modes;
 using test::fromHex;
 using test::Noise;
@@ -134,4 +137,29 @@ TEST(Repair, FindsNothingForAParityOfMoreThan24Bits) {
 TEST(Repair, FindsNothingInAFrameWithoutBits) {
     EXPECT_FALSE(parity::findBit(0, 0));
     EXPECT_FALSE(parity::findPair(0, 0));
+}
+
+// Hosts may derive messages of any length; bits beyond the data of a long frame leave no mark.
+TEST(Repair, FindsTheFirstPairInFramesOfAnyLength) {
+    for (unsigned const bits : {1U, 2U, 31U, 32U, 33U, 34U, 57U, 80U, 111U, 113U, 255U}) {
+        std::string const nothing(32, '\0');
+        std::map<std::uint32_t, unsigned> firstBit;
+        std::map<std::uint32_t, std::pair<unsigned, unsigned>> firstPair;
+        std::vector<std::uint32_t> marks;
+        for (unsigned i = 0; i < bits; ++i) {
+            marks.push_back(parity::remainder(test::withBitsInverted(nothing, {i}), bits));
+        }
+        for (unsigned i = 0; i < bits; ++i) {
+            firstBit.emplace(marks[i], i);
+            for (unsigned j = i + 1; j < bits; ++j) firstPair.emplace(marks[i] ^ marks[j], std::pair(i, j));
+        }
+        for (auto const& [mark, position] : firstBit) {
+            ASSERT_EQ(parity::findBit(mark, bits), position) << bits;
+            ASSERT_EQ(parity::findPair(mark, bits).has_value(), firstPair.count(mark) == 1) << bits;
+        }
+        for (auto const& [mark, pair] : firstPair) {
+            ASSERT_EQ(parity::findPair(mark, bits), pair) << bits;
+            ASSERT_EQ(parity::findBit(mark, bits).has_value(), firstBit.count(mark) == 1) << bits;
+        }
+    }
 }

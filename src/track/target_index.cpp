@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
-#include "track/target_table.h"
+#include "track/target_index.h"
 
 #include <algorithm>
 
 namespace quorvel::modes {
 
-std::size_t TargetTable::placeOf(unsigned int address) const {
+std::size_t TargetIndex::placeOf(unsigned int address) const {
     auto const place =
         std::lower_bound(_order.begin(), _order.end(), address,
                          [](Entry const& entry, unsigned int wanted) { return entry.address < wanted; });
     return static_cast<std::size_t>(place - _order.begin());
 }
 
-void TargetTable::insert(std::shared_ptr<ADSBTarget> const& target) {
+void TargetIndex::insert(std::shared_ptr<ADSBTarget> const& target) {
     auto const address = target->icaoAddr();
     auto const place = static_cast<std::ptrdiff_t>(placeOf(address));
     _order.insert(_order.begin() + place, {address, target.get()});
@@ -20,7 +20,7 @@ void TargetTable::insert(std::shared_ptr<ADSBTarget> const& target) {
     _numbers.hold(target->trackId());
 }
 
-std::shared_ptr<ADSBTarget> TargetTable::remove(unsigned int address) {
+std::shared_ptr<ADSBTarget> TargetIndex::remove(unsigned int address) {
     auto* const found = _index.find(address);
     if (!found) return {};
     auto target = std::move(*found);
@@ -30,7 +30,7 @@ std::shared_ptr<ADSBTarget> TargetTable::remove(unsigned int address) {
     return target;
 }
 
-void TargetTable::renumber(unsigned int from, unsigned int to) {
+void TargetIndex::renumber(unsigned int from, unsigned int to) {
     _numbers.release(from);
     _numbers.hold(to);
 }

@@ -18,7 +18,7 @@ namespace quorvel::modes {
 /// addresses, so the order is kept beside it. New targets are rare, and there are never more than there are
 /// track numbers: moving up the few thousand entries behind a new one costs less than a tree would on each
 /// walk.
-class TargetTable {
+class TargetIndex {
 public:
     std::size_t size() const { return _order.size(); }
 
