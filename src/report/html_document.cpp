@@ -3,7 +3,7 @@
 
 #include <memory>
 #include <ostream>
-#include <sstream>
+#include <string_view>
 #include <utility>
 
 namespace html {
@@ -14,13 +14,55 @@ constexpr unsigned long long kNesting = 2;
 
 std::string textOf(char const* text) { return text ? text : ""; }
 
-struct Blanks {
-    unsigned long long count;
-};
+// Pages go to a string, elements also to a stream.
+void put(std::string& out, std::string_view text) { out += text; }
+void put(std::ostream& out, std::string_view text) { out << text; }
 
-std::ostream& operator<<(std::ostream& out, Blanks const& blanks) {
-    for (unsigned long long i = 0; i < blanks.count; ++i) out << ' ';
-    return out;
+template <class Out> void putBlanks(Out& out, unsigned long long count) {
+    constexpr std::string_view kBlanks = "                                ";
+    for (; count > kBlanks.size(); count -= kBlanks.size()) put(out, kBlanks);
+    put(out, kBlanks.substr(0, count));
+}
+
+template <class Out> void putOpen(Out& out, Element const& element, unsigned long long indent) {
+    if (element.tag.empty()) return;
+    putBlanks(out, indent);
+    put(out, "<");
+    put(out, element.tag);
+    for (auto const& attribute : element.attributes) {
+        put(out, " ");
+        put(out, attribute.name);
+        if (attribute.value.empty()) continue;
+        put(out, "=\"");
+        put(out, attribute.value);
+        put(out, "\"");
+    }
+    bool const isBlock = element.content.empty() && (!element.children.empty() || element.voidElement);
+    put(out, isBlock ? ">\n" : ">");
+}
+
+template <class Out> void putClose(Out& out, Element const& element, unsigned long long indent) {
+    if (element.tag.empty()) return;
+    if (!element.children.empty()) putBlanks(out, indent);
+    if (element.content.empty() && element.children.empty() && element.voidElement) return;
+    put(out, "</");
+    put(out, element.tag);
+    put(out, ">\n");
+}
+
+template <class Out> void putContent(Out& out, Element const& element, unsigned long long indent) {
+    if (element.tag.empty()) {
+        putBlanks(out, indent);
+        put(out, element.content);
+        put(out, "\n");
+        return;
+    }
+    put(out, element.content);
+    for (auto const& child : element.children) {
+        putOpen(out, child, indent + kNesting);
+        putContent(out, child, indent + kNesting);
+        putClose(out, child, indent + kNesting);
+    }
 }
 
 // A tree that has lost its head or body gets an empty one, so that the references have something to refer to.
@@ -51,34 +93,15 @@ Element& Element::addAttribute(char const* name, unsigned int value) {
 }
 
 void Element::toStringOpen(std::ostream& out, unsigned long long indent) const {
-    if (tag.empty()) return;
-    out << Blanks{indent} << '<' << tag;
-    for (auto const& attribute : attributes) {
-        out << ' ' << attribute.name;
-        if (!attribute.value.empty()) out << "=\"" << attribute.value << '"';
-    }
-    bool const isBlock = content.empty() && (!children.empty() || voidElement);
-    out << (isBlock ? ">\n" : ">");
+    putOpen(out, *this, indent);
 }
 
 void Element::toStringContent(std::ostream& out, unsigned long long indent) const {
-    if (tag.empty()) {
-        out << Blanks{indent} << content << '\n';
-        return;
-    }
-    out << content;
-    for (auto const& child : children) {
-        child.toStringOpen(out, indent + kNesting);
-        child.toStringContent(out, indent + kNesting);
-        child.toStringClose(out, indent + kNesting);
-    }
+    putContent(out, *this, indent);
 }
 
 void Element::toStringClose(std::ostream& out, unsigned long long indent) const {
-    if (tag.empty()) return;
-    if (!children.empty()) out << Blanks{indent};
-    if (content.empty() && children.empty() && voidElement) return;
-    out << "</" << tag << ">\n";
+    putClose(out, *this, indent);
 }
 
 Document::Document(Element&& tree)
@@ -99,13 +122,11 @@ Document& Document::operator=(Document const& other) {
 }
 
 std::string Document::toString() const {
-    std::ostringstream out;
-    out.imbue(std::locale::classic());
-    out << "<!DOCTYPE html>\n";
-    root.toStringOpen(out, 0);
-    root.toStringContent(out, 0);
-    root.toStringClose(out, 0);
-    return out.str();
+    std::string out = "<!DOCTYPE html>\n";
+    putOpen(out, root, 0);
+    putContent(out, root, 0);
+    putClose(out, root, 0);
+    return out;
 }
 
 } // namespace html

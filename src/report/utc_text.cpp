@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "report/utc_text.h"
 
-#include "core/text.h"
-
 #include <ctime>
 
 namespace quorvel::modes {
@@ -18,14 +16,29 @@ bool brokenDown(std::time_t seconds, std::tm& time) {
 #endif
 }
 
+// A page shows forty times: the digits are written one by one rather than by a format.
+void appendNumber(std::string& text, char separator, int number, std::size_t width) {
+    text += separator;
+    text.append(width, '0');
+    for (auto digit = text.rbegin(); number > 0; ++digit, number /= 10) {
+        *digit = static_cast<char>('0' + number % 10);
+    }
+}
+
 } // namespace
 
 std::string utcText(unsigned long long milliseconds) {
     std::tm time{};
     if (!brokenDown(static_cast<std::time_t>(milliseconds / 1000), time)) return {};
-    return formatted("%lld-%02d-%02dT%02d:%02d:%02d.%03uZ", time.tm_year + 1900LL, time.tm_mon + 1,
-                     time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec,
-                     static_cast<unsigned>(milliseconds % 1000));
+    auto text = std::to_string(time.tm_year + 1900LL);
+    appendNumber(text, '-', time.tm_mon + 1, 2);
+    appendNumber(text, '-', time.tm_mday, 2);
+    appendNumber(text, 'T', time.tm_hour, 2);
+    appendNumber(text, ':', time.tm_min, 2);
+    appendNumber(text, ':', time.tm_sec, 2);
+    appendNumber(text, '.', static_cast<int>(milliseconds % 1000), 3);
+    text += 'Z';
+    return text;
 }
 
 } // namespace quorvel::modes
