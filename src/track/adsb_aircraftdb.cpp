@@ -4,12 +4,17 @@
 #include <modes/adsb_target.h>
 #include <modes/log.h>
 
+#include "core/file_replacement.h"
 #include "core/text.h"
 
 #include <rapidcsv.h>
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <ios>
+#include <iterator>
 #include <stdexcept>
 #include <vector>
 
@@ -92,6 +97,20 @@ bool beginsWithDesignator(std::string const& callsign) {
                        [](char letter) { return std::isupper(static_cast<unsigned char>(letter)) != 0; });
 }
 
+// A stream that is full may fail when it is closed, where nobody hears of it any more. Files that end in
+// nothing, such as devices, have nothing to count.
+void requireWhole(std::string const& path, std::size_t lines) {
+    if (!std::filesystem::is_regular_file(path)) return;
+    std::ifstream file(path, std::ios::binary);
+    std::size_t count = 0;
+    char last = '\n';
+    for (std::istreambuf_iterator<char> byte(file), end; byte != end; ++byte) {
+        last = *byte;
+        if (last == '\n') ++count;
+    }
+    if (last != '\n' || count < lines) throw std::ios_base::failure("cannot write all of " + path);
+}
+
 } // namespace
 
 Aircraft::Aircraft(unsigned int const& icaoAddr) : _icaoAddr(icaoAddr) {}
@@ -155,7 +174,10 @@ bool AircraftDB::save(std::string const& fileName) {
             rows++,
             {formatted("%6.6X", address), std::to_string(aircraft->mopsVersion()), aircraft->airline()});
     }
-    document.Save(fileName);
+    FileReplacement replacement(fileName);
+    document.Save(replacement.path());
+    requireWhole(replacement.path(), rows + 1);
+    replacement.commit();
     Log::log(Log::Debug, kModule, "Saved %u rows to file: %s", static_cast<unsigned int>(rows),
              fileName.c_str());
     return true;
