@@ -16,7 +16,7 @@ SEES = {  # folder -> internal folders that its files may include from
     "apps/simulate": {"simulate"},
     "apps/trevallo": {"host", "simulate", "trevallo"},
     "examples": set(),
-    "bench": set(),
+    "bench": {"support"},
 }
 LIBRARY_BLIND = {"apps/simulate"}  # the encoder includes no header of the library
 GENERATED = {"build_id.h"}
