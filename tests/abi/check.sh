@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# The promises of the shared library to the programs that are linked with it.
+# Usage: check.sh LIBRARY [--record], where LIBRARY has debug information.
+#   - its interface is the recorded one: functions, types, the order of virtual tables (--record makes it the record);
+#   - it exports its own namespaces only;
+#   - it takes nothing from the system that it says it does not use: sockets, threads, environment, processes.
+set -euo pipefail
+
+library=$1
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+record=$root/tests/abi/trevallo.abi
+now=$(mktemp)
+trap 'rm -f "$now"' EXIT
+
+abidw --exported-interfaces-only --suppressions "$root/tests/abi/suppressions.ini" --headers-dir "$root/include" \
+    --drop-private-types --no-corpus-path --no-comp-dir-path --no-show-locs --type-id-style hash --out-file "$now" "$library"
+
+if [[ ${2:-} == --record ]]; then
+    install -m 644 "$now" "$record"
+    exit
+fi
+
+failed=0
+complain() { echo "$1" >&2; failed=1; }
+
+abidiff --no-added-syms "$record" "$now" >/dev/null ||
+    { abidiff "$record" "$now" >&2 || true; complain "The interface has changed: ./dev abi --record, if that is meant."; }
+cmp -s <(grep -o 'elf-symbol name=[^ ]*' "$record") <(grep -o 'elf-symbol name=[^ ]*' "$now") ||
+    complain "Other symbols are exported than recorded: ./dev abi --record, if that is meant."
+
+exports=$(nm -DC --defined-only "$library" | cut -c20- |
+    grep -vE '^((vtable|typeinfo( name)?) for )?(quorvel::modes|html)::' || true)
+[[ -z $exports ]] || complain "It exports what is not its own: $exports"
+
+forbidden='socket|connect|bind|listen|accept[0-9]?|send(to|msg)?|recv(from|msg)?|getaddrinfo|gethostby.*'
+forbidden+='|pthread_(create|mutex.*|cond.*|rwlock.*|spin.*)|thrd_.*|mtx_.*|.*_ZNSt6thread.*|sem_.*'
+forbidden+='|(secure_)?getenv|setenv|putenv|environ|v?fork|exec[vl].*|posix_spawn.*|system|popen|kill|signal|sigaction'
+forbidden+='|_?exit|abort|dlopen|dlsym|setlocale|setitimer|alarm'
+imports=$(nm -D --undefined-only "$library" | awk '{ print $2 }' | sed 's/@.*//' | grep -xE "$forbidden" || true)
+[[ -z $imports ]] || complain "It takes from the system what it promises not to use: $imports"
+
+exit $failed
