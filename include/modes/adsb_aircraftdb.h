@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <modes/detail/address_map.h>
 #include <modes/export.h>
 #include <modes/mops_version.h>
 
-#include <map>
 #include <memory>
 #include <string>
 
@@ -63,7 +63,7 @@ public:
     bool save();
 
 private:
-    std::map<unsigned int, std::shared_ptr<Aircraft>> _aircraft;
+    detail::AddressMap<std::shared_ptr<Aircraft>> _aircraft;
     std::string _fileName;
 };
 

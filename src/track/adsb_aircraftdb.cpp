@@ -118,8 +118,8 @@ Aircraft::Aircraft(unsigned int const& icaoAddr) : _icaoAddr(icaoAddr) {}
 std::string Aircraft::icaoAddrString() const { return formatted("%6.6X", _icaoAddr); }
 
 std::shared_ptr<Aircraft> AircraftDB::findAircraft(unsigned int const& icao) const {
-    auto const found = _aircraft.find(icao);
-    return found == _aircraft.end() ? nullptr : found->second;
+    auto const* found = _aircraft.find(icao);
+    return found ? *found : nullptr;
 }
 
 std::shared_ptr<Aircraft> AircraftDB::createAircraft(unsigned int const& icao) {
@@ -168,7 +168,8 @@ bool AircraftDB::save(std::string const& fileName) {
     document.SetColumnName(1, colMOPSVersion);
     document.SetColumnName(2, colAirline);
     std::size_t rows = 0;
-    for (auto const& [address, aircraft] : _aircraft) {
+    for (auto const address : _aircraft.addresses()) {
+        auto const& aircraft = *_aircraft.find(address);
         if (!isWritable(aircraft)) continue;
         document.InsertRow<std::string>(
             rows++,

@@ -106,6 +106,14 @@ TEST(AddressMap, CopiesAreIndependent) {
     EXPECT_EQ(*copy.find(1), 20);
 }
 
+TEST(AddressMap, ListsItsAddressesInAscendingOrder) {
+    AddressMap<int> map;
+    EXPECT_TRUE(map.addresses().empty());
+    for (unsigned const address : {5U, 0xFFFFFFFFU, 0U, 77U, 6U}) map[address] = 1;
+    map.erase(77);
+    EXPECT_EQ(map.addresses(), (std::vector<std::uint32_t>{0, 5, 6, 0xFFFFFFFF}));
+}
+
 TEST(AddressMap, IsEmptyAfterClearing) {
     AddressMap<int> map;
     map[1] = 10;

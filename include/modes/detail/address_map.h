@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -74,6 +75,17 @@ public:
         auto slots = kFirstSlots;
         while (slots < 4 * _size) slots *= 2;
         rehash(slots);
+    }
+
+    /// The addresses, in ascending order.
+    std::vector<std::uint32_t> addresses() const {
+        std::vector<std::uint32_t> addresses;
+        addresses.reserve(_size);
+        for (auto const& slot : _slots) {
+            if (slot.used) addresses.push_back(slot.address);
+        }
+        std::sort(addresses.begin(), addresses.end());
+        return addresses;
     }
 
     void clear() {
