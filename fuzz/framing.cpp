@@ -1,0 +1,214 @@
+// SPDX-License-Identifier: MIT
+// The host's framing: the same frames whatever the pieces in which a stream arrives, the frames that the
+// library's extractors find in the whole of it, escape bytes undoubled, and memory that does not grow with
+// the stream.
+//
+// Input: format and escapes, how long the stream is, lengths of the pieces, stream.
+#include "host/beast_undoubler.h"
+#include "host/framer.h"
+#include "host/host_error.h"
+#include "host/raw_frames.h"
+#include "host/stream_format.h"
+
+#include "harness/day.h"
+#include "harness/frames_of.h"
+#include "harness/heap.h"
+#include "harness/pieces.h"
+#include "harness/require.h"
+#include "harness/target.h"
+#include "support/steered_clock.h"
+
+#include <optional>
+
+namespace quorvel::fuzz {
+
+namespace {
+
+using host::BeastEscapes;
+using host::BeastUndoubler;
+using host::Framer;
+using modes::ModeSEncapsulation;
+
+constexpr char kEscape = '\x1A';
+constexpr std::size_t kLongStream = 8 * host::kSampleBytes;
+constexpr std::size_t kMemoryPiece = 4096;
+
+bool anywhere(char) { return true; }
+
+struct Settings {
+    std::optional<Framer::Format> format;
+    BeastEscapes escapes;
+};
+
+Settings settingsFrom(std::uint8_t choices) {
+    static std::optional<Framer::Format> const formats[] = {
+        std::nullopt, ModeSEncapsulation::Avr, ModeSEncapsulation::Beast, ModeSEncapsulation::RawBin};
+    return {formats[choices & 3], static_cast<BeastEscapes>((choices >> 2) % 3)};
+}
+
+std::string repeated(std::string const& text, std::size_t size) {
+    std::string stream;
+    while (!text.empty() && stream.size() < size) stream += text;
+    return stream;
+}
+
+// The stream as it is or, for few inputs since they take their time, a long one that begins with one half of
+// it and goes on with the other.
+std::string streamFrom(std::uint8_t length, std::string const& bytes) {
+    if (length < 0xF0) return bytes;
+    auto const half = bytes.size() / 2;
+    return repeated(bytes.substr(0, half), host::kSampleBytes) + repeated(bytes.substr(half), kLongStream);
+}
+
+using Frames = std::optional<std::vector<Frame>>; // none when the format cannot be told
+
+template <class Feed> Frames framesOf(Settings const& settings, Feed const& feed) {
+    Framer framer(settings.format, settings.escapes);
+    std::vector<Frame> frames;
+    try {
+        feed([&](std::string_view piece) { append(frames, framer.feed(piece)); });
+        append(frames, framer.finish());
+    } catch (host::HostError const&) {
+        require(!settings.format, "a stream whose format is told can be read");
+        return {};
+    }
+    return frames;
+}
+
+std::vector<Frame> extracted(std::string buffer, Framer::Format format) {
+    std::vector<Frame> frames;
+    append(frames, ModeSEncapsulation::extract(buffer, format));
+    return frames;
+}
+
+std::string withoutCarriageReturns(std::string const& stream) {
+    std::string text;
+    for (std::size_t i = 0; i < stream.size(); ++i) {
+        if (stream[i] != '\r' || (i + 1 < stream.size() && stream[i + 1] != '\n')) text += stream[i];
+    }
+    return text;
+}
+
+std::vector<Frame> rawFrames(std::string const& stream) {
+    std::vector<Frame> frames;
+    for (std::size_t at = 0; at < stream.size();) {
+        std::size_t const size = (stream[at] & '\x80') != 0 ? 14 : 7;
+        if (at + size <= stream.size()) frames.push_back({kNow, stream.substr(at, size)});
+        at += size;
+    }
+    return frames;
+}
+
+// What the library finds in the whole stream, where the host only has to hand it over.
+void checkAgainstTheLibrary(std::string const& stream, Settings const& settings, Frames const& frames) {
+    if (settings.format == ModeSEncapsulation::Avr) {
+        require(frames == extracted(withoutCarriageReturns(stream), ModeSEncapsulation::Avr),
+                "the lines that end with a line feed alone");
+    }
+    if (settings.format == ModeSEncapsulation::Beast && settings.escapes == BeastEscapes::Plain) {
+        require(frames == extracted(stream, ModeSEncapsulation::Beast), "the frames of the plain stream");
+    }
+    if (settings.format == ModeSEncapsulation::RawBin) {
+        require(frames == rawFrames(stream), "raw frames one after the other");
+    }
+}
+
+void checkFraming(std::string const& stream, Settings const& settings, Pieces const& pieces) {
+    auto const whole = framesOf(settings, [&](auto feed) { feed(stream); });
+    auto const cut = framesOf(settings, [&](auto feed) { pieces.of(stream, anywhere, feed); });
+    require(cut == whole, "the same frames whatever the pieces");
+    checkAgainstTheLibrary(stream, settings, whole);
+}
+
+// A framer holds the beginning of a stream until it knows what it is, then a frame or line at most. Strings
+// have room for twice what they hold, and there are two: as received, and without the doubling.
+void checkMemory(std::string const& stream, Settings const& settings) {
+    auto const before = heapBytes();
+    Framer framer(settings.format, settings.escapes);
+    std::string_view rest = stream;
+    try {
+        for (; !rest.empty(); rest.remove_prefix(std::min(rest.size(), kMemoryPiece))) {
+            framer.feed(rest.substr(0, kMemoryPiece));
+            require(heapBytes() - before < 2 * 2 * (host::kSampleBytes + kMemoryPiece),
+                    "memory does not grow with the stream");
+        }
+    } catch (host::HostError const&) { // the format cannot be told
+    }
+}
+
+struct BeastStream {
+    std::string plain;
+    std::string doubled;
+};
+
+// Frames filled with the bytes, as they are and with the escape bytes inside them doubled.
+BeastStream beastOf(std::string const& bytes) {
+    BeastStream stream;
+    constexpr std::size_t kFrameBytes[] = {2, 7, 14};
+    for (std::size_t at = 0; at < bytes.size();) {
+        auto const type = static_cast<unsigned char>(bytes[at]) % 3U;
+        auto body = bytes.substr(at + 1, 7 + kFrameBytes[type]);
+        at += 1 + body.size();
+        body.resize(7 + kFrameBytes[type]);
+        std::string const head{kEscape, static_cast<char>('1' + type)};
+        stream.plain += head + body;
+        stream.doubled += head;
+        for (char const byte : body)
+            stream.doubled += byte == kEscape ? std::string(2, byte) : std::string(1, byte);
+    }
+    return stream;
+}
+
+void checkUndoubling(std::string const& bytes, Pieces const& pieces) {
+    auto const stream = beastOf(bytes);
+    std::string plain;
+    BeastUndoubler undoubler;
+    pieces.of(stream.doubled, anywhere, [&](auto piece) { undoubler.undouble(piece, plain); });
+    require(plain == stream.plain, "undoubling takes the doubling back");
+    require(undoubler.broken() == 0, "whole frames are not broken");
+
+    auto const frames = framesOf({ModeSEncapsulation::Beast, BeastEscapes::Doubled},
+                                 [&](auto feed) { pieces.of(stream.doubled, anywhere, feed); });
+    require(frames == extracted(stream.plain, ModeSEncapsulation::Beast), "the frames of the plain stream");
+}
+
+// Any bytes, taken for a doubled stream.
+void checkUndoublerInPieces(std::string const& bytes, Pieces const& pieces) {
+    BeastUndoubler whole;
+    BeastUndoubler cut;
+    std::string wholePlain;
+    std::string cutPlain;
+    whole.undouble(bytes, wholePlain);
+    pieces.of(bytes, anywhere, [&](auto piece) { cut.undouble(piece, cutPlain); });
+    require(cutPlain == wholePlain, "the same plain stream whatever the pieces");
+    require(cut.frames() == whole.frames() && cut.broken() == whole.broken(), "the same counts");
+    require(wholePlain.size() <= bytes.size(), "undoubling adds nothing");
+}
+
+void checkDetection(std::string const& sample) {
+    for (bool const doubled : {false, true}) {
+        require(host::chainedBytes(sample, doubled) <= sample.size(),
+                "chained frames are part of the sample");
+    }
+    auto const format = host::findFormat(sample);
+    require(!format || !sample.empty(), "nothing has no format");
+}
+
+} // namespace
+
+void runTarget(Input input) {
+    modes::test::SteeredClock const clock(kNow);
+    auto const settings = settingsFrom(input.byte());
+    auto const length = input.byte();
+    Pieces const pieces(input);
+    auto const bytes = input.rest();
+    auto const stream = streamFrom(length, bytes);
+
+    checkDetection(bytes);
+    checkUndoublerInPieces(bytes, pieces);
+    checkUndoubling(bytes, pieces);
+    checkFraming(stream, settings, pieces);
+    checkMemory(stream, settings);
+}
+
+} // namespace quorvel::fuzz

@@ -1,0 +1,94 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# run.sh BUILD_FOLDER [TARGET] [SECONDS]   replays the committed inputs of a target, or of every one, then fuzzes it
+# run.sh BUILD_FOLDER --replay [TARGET]    replays only
+# run.sh BUILD_FOLDER --coverage           shows which lines of src/ the committed inputs reach
+# New inputs go to build/fuzz-corpus/TARGET, inputs that fail to build/fuzz-finds/TARGET.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+programs=$1/fuzz
+shift
+targets=(fuzz/*.cpp)
+targets=("${targets[@]##*/}")
+targets=("${targets[@]%.cpp}")
+
+export UBSAN_OPTIONS=print_stacktrace=1
+if [[ -w /dev/shm ]]; then export TMPDIR=/dev/shm; fi # files that a target writes need no disk
+
+usage() {
+    echo "fuzz: the targets are: ${targets[*]}" >&2
+    exit 2
+}
+
+# only TARGET: takes the other targets out of the list.
+only() {
+    [[ " ${targets[*]} " == *" $1 "* ]] || usage
+    targets=("$1")
+}
+
+# fuzzer TARGET ARGUMENT...: runs it; its words are shown only when something is found.
+fuzzer() {
+    local target=$1 finds=build/fuzz-finds/$1 log=build/fuzz-$1.log
+    local options=(-artifact_prefix="$finds/" -timeout=10 -print_final_stats=1)
+    shift
+    mkdir -p "$finds"
+    if [[ -f fuzz/dictionaries/$target.dict ]]; then options+=(-dict="fuzz/dictionaries/$target.dict"); fi
+    "$programs/trevallo_fuzz_$target" "${options[@]}" "$@" >"$log" 2>&1 || {
+        tail -n 60 "$log"
+        echo "fuzz: $target: FAILED; the input is in $finds"
+        return 1
+    } >&2
+}
+
+replay() { fuzzer "$1" -runs=0 "fuzz/corpus/$1"; }
+
+# statistic TARGET NAME: a number that the last run has left behind.
+statistic() { sed -nE "s/^stat::$2: +//p" "build/fuzz-$1.log"; }
+
+fuzz() {
+    local target=$1 seconds=$2
+    mkdir -p "build/fuzz-corpus/$target"
+    replay "$target" || return
+    fuzzer "$target" -max_total_time="$seconds" "build/fuzz-corpus/$target" "fuzz/corpus/$target" || return
+    printf '%-12s %12s executions %8s per second\n' "$target" \
+        "$(statistic "$target" number_of_executed_units)" "$(statistic "$target" average_exec_per_sec)"
+}
+
+# each COMMAND ARGUMENT...: runs it for every target; fails in the end if one of them has.
+each() {
+    local target failed=()
+    for target in "${targets[@]}"; do
+        "$1" "$target" "${@:2}" || failed+=("$target")
+    done
+    ((${#failed[@]} == 0)) || { echo "fuzz: failed: ${failed[*]}" >&2; exit 1; }
+}
+
+coverage() {
+    local profiles=$programs/profiles objects=() target
+    rm -rf "$profiles"
+    for target in "${targets[@]}"; do
+        LLVM_PROFILE_FILE=$profiles/$target.profraw replay "$target"
+        objects+=(-object "$programs/trevallo_fuzz_$target")
+    done
+    llvm-profdata merge -sparse "$profiles"/*.profraw -o "$profiles/all.profdata"
+    llvm-cov report "${objects[@]:1}" -instr-profile="$profiles/all.profdata" -show-region-summary=false \
+        -show-branch-summary=false $(git ls-files 'src/*.cpp' 'src/*.h')
+}
+
+case ${1:-} in
+--replay)
+    if (($# > 1)); then only "$2"; fi
+    each replay
+    echo "The committed inputs of ${targets[*]} hold."
+    ;;
+--coverage) coverage ;;
+*)
+    if [[ ${1:-} =~ [a-z] ]]; then
+        only "$1"
+        shift
+    fi
+    [[ ${1:-20} =~ ^[0-9]+$ ]] || usage
+    each fuzz "${1:-20}"
+    ;;
+esac
