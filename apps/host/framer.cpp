@@ -64,15 +64,17 @@ Framer::Records Framer::finish() {
     return records;
 }
 
+// Only the beginning counts, however much of the stream has come at once.
 void Framer::settle() {
     if (_settled) return;
-    if (!_format) _format = findFormat(_waiting);
+    auto const sample = std::string_view(_waiting).substr(0, kSampleBytes);
+    if (!_format) _format = findFormat(sample);
     if (!_format) {
         throw HostError(
             "it begins like no AVR text, Beast stream or raw binary (name it with --format if it is one)");
     }
     if (_escapes == BeastEscapes::Find) {
-        _escapes = looksDoubled(_waiting) ? BeastEscapes::Doubled : BeastEscapes::Plain;
+        _escapes = looksDoubled(sample) ? BeastEscapes::Doubled : BeastEscapes::Plain;
     }
     _settled = true;
 }

@@ -59,6 +59,15 @@ std::vector<std::string> framesOf(Framer& framer, std::string const& stream, Noi
     return frames;
 }
 
+std::vector<std::string> framesInPieces(std::string_view stream, std::size_t piece) {
+    Framer framer(std::nullopt);
+    std::vector<std::string> frames;
+    for (; !stream.empty(); stream.remove_prefix(std::min(piece, stream.size()))) {
+        for (auto const& record : framer.feed(stream.substr(0, piece))) frames.push_back(record->data());
+    }
+    return frames;
+}
+
 std::vector<std::string> framesOf(std::string const& stream,
                                   std::optional<ModeSEncapsulation::Format> format = {},
                                   BeastEscapes escapes = BeastEscapes::Find) {
@@ -160,6 +169,23 @@ TEST(Framer, FindsFormatAndEscapesByItself) {
     auto const few = beastStream(5, 10, 3);
     EXPECT_TRUE(framesOf(few.plain) == few.frames) << "a stream that ends before there is a whole sample";
     EXPECT_TRUE(framesOf(few.doubled) == few.frames);
+}
+
+// Found by fuzzing: all that had come was the sample, however much it was.
+TEST(Framer, JudgesAStreamByItsBeginningWhateverThePieces) {
+    CapturedLog log(quorvel::modes::Log::Error);
+    std::string lines;
+    while (lines.size() < kSampleBytes) lines += "*5D4CA2D46B609F;\n";
+    auto const count = lines.size() / std::string("*5D4CA2D46B609F;\n").size();
+    auto const few = beastStream(4000, 5);
+    auto const many = beastStream(12'000, 5);
+    ASSERT_GT(few.plain.size(), kSampleBytes);
+    for (std::size_t const piece : {std::size_t{1000}, kSampleBytes, 10 * kSampleBytes}) {
+        EXPECT_EQ(framesInPieces(lines + many.plain, piece).size(), count) << piece;
+        auto const frames = framesInPieces(few.plain + many.doubled, piece);
+        ASSERT_GE(frames.size(), few.frames.size()) << piece;
+        EXPECT_TRUE(std::equal(few.frames.begin(), few.frames.end(), frames.begin())) << piece;
+    }
 }
 
 TEST(Framer, DoesWhatItIsTold) {
