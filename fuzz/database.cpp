@@ -4,10 +4,14 @@
 //
 // Input: the file.
 #include <modes/adsb_aircraftdb.h>
+#include <modes/adsb_target.h>
+#include <modes/adsb_tracker.h>
+#include <modes/modes_decoder.h>
 
 #include "harness/input.h"
 #include "harness/require.h"
 #include "harness/target.h"
+#include "support/frames.h"
 #include "support/temporary_folder.h"
 
 #include <fstream>
@@ -100,8 +104,8 @@ std::string savedBy(AircraftDB& db, std::string const& path) {
     return content(path);
 }
 
-// What `save` writes, `load` reads back: the same aircraft, and the same bytes when they are written again.
-void checkWayBack(AircraftDB& db, modes::test::TemporaryFolder const& folder) {
+// What `save` writes, `load` reads back, and is in the folder then: the same aircraft, no more and no fewer.
+Table checkWayBack(AircraftDB& db, modes::test::TemporaryFolder const& folder) {
     auto const path = folder.path("saved.csv");
     auto table = tableIn(savedBy(db, path));
     checkFound(db, table);
@@ -111,17 +115,49 @@ void checkWayBack(AircraftDB& db, modes::test::TemporaryFolder const& folder) {
     require(again.load(path), "a written file is read");
     checkFound(again, table);
     require(tableIn(savedBy(again, path)) == table, "nothing is lost and nothing is added");
+    return table;
 }
 
-// The lines of the file as airlines of a table that a host has filled.
+// The lines of the file as the airlines of a table that a host has filled, or as the callsigns of aircraft
+// that it learns from.
 void fill(AircraftDB& db, std::string const& text) {
     std::istringstream lines(text);
     unsigned number = 1;
     for (std::string line; std::getline(lines, line); ++number) {
-        auto const aircraft = db.createAircraft(number * 0x10001 % kUnreadable);
-        aircraft->setMopsVersion(static_cast<MOPSVersion>(number % 5));
-        aircraft->setAirline(line);
+        auto const address = number * 0x10001 % kUnreadable;
+        auto const version = static_cast<MOPSVersion>(number % 5);
+        if (number % 2 == 0) {
+            auto const target = std::make_shared<modes::ADSBTarget>(address);
+            target->setMOPSVersion(version, 1);
+            target->setMOPSVersionConfirmed(1);
+            target->setCallsign(line, 1);
+            db.updateAircraft(std::shared_ptr<modes::ADSBTarget const>(target));
+        } else {
+            auto const aircraft = db.createAircraft(address);
+            aircraft->setMopsVersion(version);
+            aircraft->setAirline(line);
+        }
     }
+}
+
+// The table in the hands of a tracker: it believes the file, and writes what it has read.
+void checkTracker(Table const& table, modes::test::TemporaryFolder const& folder) {
+    constexpr unsigned kLongestAddress = 0xFFFFFF;
+    constexpr unsigned kAircraft = 8;
+    modes::ModeSDecoder decoder;
+    modes::ADSBTracker tracker;
+    tracker.setAircraftDbFile(folder.path("saved.csv"));
+    for (auto const& [address, entry] : table) {
+        if (address > kLongestAddress || tracker.allTargets().size() == kAircraft) break;
+        auto const frame = modes::test::squitter(address, modes::test::identification("N123AB"));
+        auto const target = tracker.procModeSMsg(decoder.decode(modes::ModeSMessage::DOWNLINK, frame));
+        require(target && target->mopsVersionConfirmed() && target->mopsVersion() == entry.version,
+                "the version of the file is believed");
+    }
+    tracker.killTargets(~0ULL);
+    tracker.saveAircraftDb();
+    auto written = tableIn(content(folder.path("saved.csv")));
+    require(written == table, "what the file said is written again");
 }
 
 } // namespace
@@ -133,7 +169,7 @@ void runTarget(Input input) {
     AircraftDB read;
     bool const loaded = loads(read, folder.write("read.csv", text));
     require(loaded, "a file that can be opened is read");
-    checkWayBack(read, folder);
+    checkTracker(checkWayBack(read, folder), folder);
 
     AircraftDB filled;
     fill(filled, text);

@@ -6,7 +6,9 @@ They come from the program's simulated traffic (seeded, so that they are always 
 each input's form, which the head of the target's source tells. What fuzzing has found worth keeping lies beside them
 under names of its own and is left alone.
 """
+import math
 import pathlib
+import struct
 import subprocess
 import sys
 
@@ -103,7 +105,7 @@ def avr_seeds():
 
 # Kinds of steps of the road, by their number there.
 (SQUITTER, _, DAMAGED, SHORT, LONG, ALL_CALL, OTHER, ANY, CLOCK, KILL_SILENT, KILL_ONE, VERSION, CHECKING, TAKE_OVER,
- TAKE_OVER_ANY, LIST, DECODE, QUALITY, RESET) = range(19)
+ TAKE_OVER_ANY, LIST, DECODE, QUALITY, RESET, CPR) = range(20)
 SHORT_FORMATS, LONG_FORMATS = [0, 4, 5], [16, 20, 21]
 LATER, ODD_TIME, HOSTS_TIME = 5, 255, 254
 
@@ -144,6 +146,8 @@ def road_seeds():
         "reset": bytes([TAKE_OVER, 0, 0, RESET, TAKE_OVER, 1, 0]),
         "checking": bytes([CHECKING, 0]),
         "quality": bytes(value for code in range(5, 22) for value in (QUALITY, 0, code, code % 8, 1)),
+        "cpr": b"".join(bytes([CPR]) + struct.pack(">dii", latitude, a, b)
+                        for latitude in (0.0, 10.5, -87.0, 1e300, math.nan) for a, b in ((-7, 60), (1, 0), (-2**31, -1))),
         "decode": bytes([DECODE, 0]) + bytes.fromhex("58C382D690C8AC"),
     }
     short_flight = road_of(aircraft=2, seconds=4)[:1200]
@@ -220,8 +224,8 @@ def framing_seeds():
     plain, doubled = simulated("beast", errors=0.2), simulated("beast-doubled", errors=0.2)
     avr = longest(simulated("avr", errors=0.2), 500, b"\n")
     raw = b"".join(frames())[:400]
-    once, long = 0, 0xFF
-    for name, form, escapes, length, pieces, content in (
+    once, longer, endless = 0, 0xFE, 0xFF
+    for name, form, escapes, made_of_it, pieces, content in (
             ("find_beast", DEFAULT, FIND, once, UNEVEN, longest(plain, 500)),
             ("find_doubled_beast", DEFAULT, FIND, once, UNEVEN, longest(doubled, 500)),
             ("find_avr", DEFAULT, FIND, once, UNEVEN, avr),
@@ -236,13 +240,19 @@ def framing_seeds():
             ("avr_carriage_returns", AVR, FIND, once, UNEVEN, avr.replace(b"\n", b"\r\n") + b"*ABCD;\r"),
             ("raw", RAW, FIND, once, SINGLE_BYTES, raw[:100]),
             ("raw_cut", RAW, FIND, once, UNEVEN, BEAST_LONG[9:] + BEAST_SHORT[9:-1]),
-            ("long_beast", DEFAULT, FIND, long, WHOLE, longest(plain, 200)),
-            ("long_avr", DEFAULT, FIND, long, UNEVEN, AVR_EDGES),
-            ("long_line", AVR, FIND, long, WHOLE, b"ABCD" + b"1234"),
-            ("long_noise", BEAST, PLAIN, long, UNEVEN, b"\x1A" + bytes(range(64))),
-            ("beast_then_avr", DEFAULT, FIND, long, WHOLE, BEAST_LONG + b"*8D4840D6202CC3710;\n\n\n"),
+            ("longer_beast", DEFAULT, FIND, longer, WHOLE, longest(plain, 200)),
+            ("longer_avr", DEFAULT, FIND, longer, UNEVEN, AVR_EDGES),
+            ("beast_then_avr", DEFAULT, FIND, longer, UNEVEN, BEAST_LONG + b"*8D4840D6202CC3710;\n\n\n"),
+            ("plain_then_doubled_beast", BEAST, FIND, longer, UNEVEN, longest(plain, 200) + longest(doubled, 200)),
+            ("endless_line", AVR, PLAIN, endless, WHOLE, b"ABCD"),
+            ("endless_lines", AVR, PLAIN, endless, WHOLE, AVR_EDGES + b"\n"),
+            ("endless_plain_beast", BEAST, PLAIN, endless, WHOLE, b"\x1A" + bytes(range(64))),
+            ("endless_doubled_beast", BEAST, DOUBLED, endless, WHOLE, longest(doubled, 200)),
+            ("endless_frame", BEAST, DOUBLED, endless, WHOLE, b"\x1A\x1A"),
+            ("endless_raw", RAW, PLAIN, endless, WHOLE, raw[:100]),
+            ("endless_unknown", DEFAULT, FIND, endless, WHOLE, longest(doubled, 200)),
             ("empty", DEFAULT, FIND, once, WHOLE, b"")):
-        seed("framing", name, bytes([form | escapes << 2, length]) + pieces + content)
+        seed("framing", name, bytes([form | escapes << 2, made_of_it]) + pieces + content)
 
 
 for make in (stream_seeds, avr_seeds, road_seeds, payload_seeds, repair_seeds, database_seeds, framing_seeds):

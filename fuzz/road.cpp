@@ -6,8 +6,10 @@
 // Input: steps, each a byte that tells its kind and what that kind takes.
 #include <modes/adsb_target_report.h>
 #include <modes/adsb_tracker.h>
+#include <modes/cpr.h>
 #include <modes/modes_decoder.h>
 
+#include "harness/any_number.h"
 #include "harness/any_report.h"
 #include "harness/day.h"
 #include "harness/page.h"
@@ -48,7 +50,7 @@ private:
             &Road::longReply,   &Road::allCall,    &Road::otherSquitter,   &Road::anyFrame,
             &Road::moveClock,   &Road::killSilent, &Road::killOne,         &Road::setVersion,
             &Road::setChecking, &Road::takeOver,   &Road::takeOverAny,     &Road::listSince,
-            &Road::decodeAlone, &Road::setQuality, &Road::reset,
+            &Road::decodeAlone, &Road::setQuality, &Road::reset,           &Road::cprFunctions,
         };
         (this->*kSteps[input.byte() % std::size(kSteps)])(input);
     }
@@ -78,7 +80,9 @@ private:
 
     void take(std::string const& frame, Input& input) {
         auto const time = timeFrom(input);
-        auto const message = _decoder.decode(ModeSMessage::DOWNLINK, frame, time);
+        auto const message = time == 0
+                                 ? _decoder.decode(ModeSMessage::DOWNLINK, frame)
+                                 : _decoder.decode(ModeSMessage::DOWNLINK, frame.data(), frame.size(), time);
         if (!message) return;
         checkReply(*message);
         require(time == 0 || message->timeStamp() == time, "a reply bears the time of its frame");
@@ -245,6 +249,20 @@ private:
         _tracker.reset();
         _hasTakenOver = false;
         require(_tracker.allTargets().empty(), "nothing is left after a reset");
+    }
+
+    // They are offered to hosts too, who may ask anything.
+    void cprFunctions(Input& input) {
+        auto const latitude = anyNumber(input);
+        auto const a = anyInteger(input);
+        auto const b = anyInteger(input);
+        requireWithin(cprNLFunction(latitude), 1, 59, "NL");
+        require(cprNFunction(latitude, a) >= 1, "there is a longitude zone");
+        require(cprDlonFunction(latitude, a) == 360.0 / cprNFunction(latitude, a), "zones share the globe");
+        if (b > 0)
+            requireWithin(cprModFunction(a, b), 0, b - 1, "remainder");
+        else
+            cprModFunction(a, b);
     }
 
     void checkList() {

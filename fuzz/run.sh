@@ -30,7 +30,7 @@ only() {
 # fuzzer TARGET ARGUMENT...: runs it; its words are shown only when something is found.
 fuzzer() {
     local target=$1 finds=build/fuzz-finds/$1 log=build/fuzz-$1.log
-    local options=(-artifact_prefix="$finds/" -timeout=10 -print_final_stats=1)
+    local options=(-entropic_scale_per_exec_time=1 -artifact_prefix="$finds/" -timeout=10 -print_final_stats=1)
     shift
     mkdir -p "$finds"
     if [[ -f fuzz/dictionaries/$target.dict ]]; then options+=(-dict="fuzz/dictionaries/$target.dict"); fi

@@ -86,10 +86,22 @@ void checkWayBack(Frame const& frame) {
     auto const time = kMidnight + frame.time % kDayMilliseconds / 1000 * 1000;
     require(text.frames == std::vector{Frame{time, frame.data}}, "text reads back");
 
+    require(ModeSEncapsulation::encapsulateRawHex(record).size() == 2 * frame.data.size() + 1,
+            "hexadecimal text is a line of two digits for each byte");
+    require(ModeSEncapsulation::encapsulate(record, ModeSEncapsulation::Beast).empty(),
+            "Beast is not written");
     if (frame.data.size() == 2) return; // raw frames are those of Mode S
     Extraction raw;
-    extractFrom(raw, ModeSEncapsulation::encapsulateRawBin(record), ModeSEncapsulation::RawBin);
+    extractFrom(raw, ModeSEncapsulation::encapsulate(record, ModeSEncapsulation::RawBin),
+                ModeSEncapsulation::RawBin);
     require(raw.frames == std::vector{Frame{kNow, frame.data}}, "raw binary reads back");
+}
+
+void checkNames(Format format) {
+    bool const isKnown = ModeSEncapsulation::Unknown < format && format <= ModeSEncapsulation::Beast;
+    auto const named = ModeSEncapsulation::fromIdentifier(ModeSEncapsulation::identifier(format));
+    require(named == (isKnown ? format : ModeSEncapsulation::Unknown), "an identifier names its format");
+    require((ModeSEncapsulation::name(format) != "Unknown") == isKnown, "a format has a name");
 }
 
 } // namespace
@@ -100,6 +112,7 @@ void runTarget(Input input) {
     Pieces const pieces(input);
     auto const stream = input.rest();
 
+    checkNames(format);
     Extraction whole;
     extractFrom(whole, stream, format);
     checkTimes(whole.frames, format);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "harness/any_report.h"
 
-#include <cstring>
+#include "harness/any_number.h"
 
 namespace quorvel::fuzz {
 
@@ -12,16 +12,6 @@ using Report = modes::ADSBTargetReport;
 unsigned long long anyTime(Input& input) { return input.number<std::uint64_t>(); }
 
 bool anyFlag(Input& input) { return (input.byte() & 1) != 0; }
-
-int anyInteger(Input& input) { return static_cast<int>(input.number<std::uint32_t>()); }
-
-// Any bits, so infinities and what is no number as well.
-double anyNumber(Input& input) {
-    auto const bits = input.number<std::uint64_t>();
-    double number = 0.0;
-    std::memcpy(&number, &bits, sizeof number);
-    return number;
-}
 
 void setIdentity(Report& report, Input& input) {
     report.setTrackId(input.number<std::uint32_t>());
