@@ -178,6 +178,20 @@ void checkUndoubling(std::string const& bytes, Pieces const& pieces) {
     require(frames == extracted(stream.plain, ModeSEncapsulation::Beast), "the frames of the plain stream");
 }
 
+// A plain stream is whole frames and nothing between them. Returns how many.
+std::size_t framesIn(std::string_view plain) {
+    std::size_t frames = 0;
+    for (; !plain.empty(); ++frames) {
+        constexpr std::size_t kSizes[] = {9 + 2, 9 + 7, 9 + 14};
+        require(plain.size() > 1 && plain[0] == kEscape && plain[1] >= '1' && plain[1] <= '3',
+                "a frame begins");
+        auto const size = kSizes[plain[1] - '1'];
+        require(plain.size() >= size, "a frame is whole");
+        plain.remove_prefix(size);
+    }
+    return frames;
+}
+
 // Any bytes, taken for a doubled stream.
 void checkUndoublerInPieces(std::string const& bytes, Pieces const& pieces) {
     BeastUndoubler whole;
@@ -189,6 +203,7 @@ void checkUndoublerInPieces(std::string const& bytes, Pieces const& pieces) {
     require(cutPlain == wholePlain, "the same plain stream whatever the pieces");
     require(cut.frames() == whole.frames() && cut.broken() == whole.broken(), "the same counts");
     require(wholePlain.size() <= bytes.size(), "undoubling adds nothing");
+    require(framesIn(wholePlain) <= whole.frames(), "every frame is counted");
 }
 
 void checkDetection(std::string const& sample) {

@@ -17,7 +17,7 @@
 #include "harness/target.h"
 
 #include <algorithm>
-#include <set>
+#include <map>
 #include <typeinfo>
 
 namespace quorvel::fuzz {
@@ -111,15 +111,24 @@ void checkValues(ADSBTestMessage const& message) {
     require(message.testData() == message.data().substr(1), "test data are all bytes but the first");
 }
 
-// Fields whose text is the number that their bits make; the others have names, units or a rule of their own.
-bool isPlainNumber(ADSBMessageField::Designator designator) {
-    using Field = ADSBMessageField;
-    static std::set<Field::Designator> const numbers{
-        Field::TYPECODE, Field::EMTCAT,  Field::MOVCODE, Field::HDGSTATE, Field::SAF,
-        Field::NICB,     Field::TMAP,    Field::CPRLAT,  Field::CPRLON,   Field::VELEW,
-        Field::VELNS,    Field::TSTTYPE, Field::TGSTYPE, Field::NACP,     Field::NICBARO,
-        Field::SIL,      Field::SILSUPP, Field::VERNUM,  Field::NICA};
-    return numbers.count(designator) != 0;
+// Fields whose text is the number that their bits make, with how many these are; the others have names, units
+// or a rule of their own.
+std::map<ADSBMessageField::Designator, unsigned> const kNumberBits{
+    {ADSBMessageField::TYPECODE, 5}, {ADSBMessageField::EMTCAT, 3},  {ADSBMessageField::MOVCODE, 7},
+    {ADSBMessageField::HDGSTATE, 1}, {ADSBMessageField::SAF, 1},     {ADSBMessageField::NICB, 1},
+    {ADSBMessageField::TMAP, 1},     {ADSBMessageField::CPRLAT, 17}, {ADSBMessageField::CPRLON, 17},
+    {ADSBMessageField::VELEW, 10},   {ADSBMessageField::VELNS, 10},  {ADSBMessageField::TSTTYPE, 3},
+    {ADSBMessageField::TGSTYPE, 2},  {ADSBMessageField::NACP, 4},    {ADSBMessageField::NICBARO, 1},
+    {ADSBMessageField::SIL, 2},      {ADSBMessageField::SILSUPP, 1}, {ADSBMessageField::VERNUM, 3},
+    {ADSBMessageField::NICA, 1},
+};
+
+void checkNumber(ADSBMessageField const& field, std::string const& payload) {
+    auto const known = kNumberBits.find(field.designator());
+    if (known == kNumberBits.end()) return;
+    require(field.bits() == known->second, "a field has its width");
+    auto const number = bitsOf(payload, field.pos(), field.bits());
+    require(field.description() == std::to_string(number), "a field says what its bits say");
 }
 
 void checkFields(ADSBMessage const& message) {
@@ -131,10 +140,7 @@ void checkFields(ADSBMessage const& message) {
                 "a field lies in the payload");
         require(!field.name().empty() && field.name() != "--", "a field has a name");
         require(!field.fullName().empty() && !field.description().empty(), "a field has texts");
-        if (isPlainNumber(field.designator())) {
-            auto const bits = bitsOf(message.data(), field.pos(), field.bits());
-            require(field.description() == std::to_string(bits), "a field says what its bits say");
-        }
+        checkNumber(field, message.data());
     }
 }
 
