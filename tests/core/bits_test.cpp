@@ -54,3 +54,14 @@ TEST(ScatteredBits, AreTakenFromTheTwoBytesThatHoldThem) {
         ASSERT_EQ(scattered.of(bytes), expected) << value;
     }
 }
+
+TEST(ScatteredBits, MayBeginAtAnyByte) {
+    for (unsigned first = 0; first < 128; ++first) {
+        unsigned const positions[] = {first, first / 8 * 8 + 15};
+        ScatteredBits const scattered(positions);
+        auto const none = std::string(17, '\0');
+        EXPECT_EQ(scattered.of(none), 0U) << first;
+        EXPECT_EQ(scattered.of(test::withBitsInverted(none, {positions[0]})), 0b10U) << first;
+        EXPECT_EQ(scattered.of(test::withBitsInverted(none, {positions[1]})), 0b01U) << first;
+    }
+}

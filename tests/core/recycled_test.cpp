@@ -73,15 +73,31 @@ TEST(Recycled, ObjectsMayBeReleasedAfterTheEndOfTheThreadsOwnOnes) {
     using Shared = std::shared_ptr<Object<5>>;
     struct Late {
         Shared object;
+        std::size_t* keptAfter = nullptr;
+        ~Late() {
+            object.reset();
+            *keptAfter = Object<5>::Blocks::kept();
+        }
     };
-    std::thread([] {
+    std::size_t keptBefore = 0;
+    std::size_t keptAfter = 99;
+    std::thread([&] {
         // made before the first release, and so destroyed after what the thread keeps
         static thread_local Late late;
+        late.keptAfter = &keptAfter;
         auto released = makeRecycled<Object<5>>();
         late.object = makeRecycled<Object<5>>();
         released.reset();
+        keptBefore = Object<5>::Blocks::kept();
     }).join();
+    EXPECT_EQ(keptBefore, recycles() ? 1U : 0U);
+    EXPECT_EQ(keptAfter, 0U) << "nobody would release what is kept after the end";
     EXPECT_EQ(Object<5>::Blocks::kept(), 0U);
+}
+
+TEST(Recycled, WhatOneAllocatorGaveAnyOtherMayTakeBack) {
+    EXPECT_TRUE(RecyclingAllocator<int>() == RecyclingAllocator<int>());
+    EXPECT_FALSE(RecyclingAllocator<int>() != RecyclingAllocator<int>(RecyclingAllocator<char>()));
 }
 
 TEST(Recycled, SharedObjectsAreConstructedAndDestroyedAsAnyOther) {

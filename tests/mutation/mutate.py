@@ -37,8 +37,8 @@ TESTS = {
 }
 MOST_SURVIVORS = 0.03
 COMPILE_SECONDS = 120
-TEST_SECONDS = 30  # a fault that makes a loop endless is noticed by the time
-TEST_MEMORY = 4 << 30  # and one that makes it swallow memory by that
+TEST_SECONDS = 60
+TEST_MEMORY = 4 << 30  # a fault that makes a loop swallow memory is noticed by that
 
 NOTICED, SURVIVED, NOT_VIABLE = "noticed", "survived", "not viable"
 
@@ -132,6 +132,7 @@ class Worker:
     def __init__(self, number):
         self.tree = HERE / f"worker{number}" / "tree"
         self.folder = HERE / f"worker{number}" / "build"
+        self.seconds = {}  # that each test program may take: a fault that makes a loop endless is noticed by the time
 
     def prepare(self):
         self._copy_tree()
@@ -146,7 +147,10 @@ class Worker:
         for tests in {name: None for names in TESTS.values() for name in names}:
             if not self.build(tests, 3600):
                 sys.exit(f"mutate: {self.folder}: the build of {tests} fails without any fault")
-            if not self.passes(tests):
+            begin = time.monotonic()
+            passed = self.passes(tests)
+            self.seconds[tests] = 5 + 4 * (time.monotonic() - begin)
+            if not passed:
                 sys.exit(f"mutate: the tests of {tests} fail without any fault")
 
     def _copy_tree(self):
@@ -168,7 +172,7 @@ class Worker:
 
     def passes(self, tests):
         return run([f"./trevallo_{tests}_tests", "--gtest_fail_fast", "--gtest_brief=1"], self.folder / "tests" / tests,
-                   TEST_SECONDS, limit_memory)[0] == 0
+                   self.seconds.get(tests, TEST_SECONDS), limit_memory)[0] == 0
 
     def judge(self, fault):
         begin = time.monotonic()
