@@ -3,7 +3,8 @@
 // stands in tests/vectors.
 #include <modes/adsb_airborne_position_message.h>
 
-#include "support/bytes.h"
+#include "support/captured_log.h"
+#include "support/frames.h"
 
 #include <gtest/gtest.h>
 
@@ -24,6 +25,19 @@ TEST(AirbornePosition, StartsAtZeroWithSmallSteps) {
     EXPECT_FALSE(ADSBAirbornePositionMessageV0().singalAntena());
     EXPECT_FALSE(ADSBAirbornePositionMessageV1().singalAntena());
     EXPECT_EQ(message.description(), "TC=POS_AIR, AT=BARO, ALT=0, CPR=ODD, LAT=0, LON=0");
+}
+
+TEST(AirbornePosition, JudgesTheTypeCodeItselfWhenAskedToDecodeAgain) {
+    ADSBAirbornePositionMessageV2 message;
+    test::CapturedLog log;
+    for (unsigned code = 0; code < 32; ++code) {
+        if (ADSBMessage::typeByCode(static_cast<std::uint8_t>(code)) == ADSBMessage::POS_AIR) continue;
+        EXPECT_FALSE(message.decode(test::payload(code)));
+        log.take();
+        EXPECT_FALSE(message.decodeImpl()) << code;
+        EXPECT_TRUE(message.fields().empty()) << code;
+        EXPECT_TRUE(log.take().empty()) << code;
+    }
 }
 
 // The low bits of the altitude come from the end of the longitude.

@@ -244,6 +244,13 @@ TEST(ADSBMessage, AppendsAFieldThatAHostAddsLater) {
     EXPECT_EQ(message.fields().size(), 12U);
 }
 
+TEST(ADSBMessage, KeepsTheOrderOfADecodingWhenAFieldIsAddedLater) {
+    OwnPosition message;
+    ASSERT_TRUE(message.decode(kPayload));
+    message.addField({ADSBMessageField::UNKNOWN, 0, 1, "late"});
+    EXPECT_THAT(names(message), ElementsAre("TYPE", "TYPE_CODE", "ALT", "ALT_RES", "CPR_LON", "--"));
+}
+
 TEST(ADSBMessage, CopiesCarryTheirFields) {
     ADSBIdentityMessage message;
     ASSERT_TRUE(message.decode(fromHex("200420F1CB3820")));

@@ -158,6 +158,14 @@ TEST_F(ModeSDecoderTest, TrustsRepliesWithAHiddenAddressWhenItIsKnown) {
     for (auto const& reply : replies) EXPECT_EQ(confidence(reply), ModeSMessage::HIGH);
 }
 
+TEST_F(ModeSDecoderTest, TakesEveryIdentityForPossible) {
+    for (unsigned const squawk : {0U, 01U, 07000U, 07776U, 07777U}) {
+        auto const identity = test::identityCode(squawk);
+        EXPECT_EQ(confidence(test::shortFrame(5, identity, kAddress)), ModeSMessage::LOW) << squawk;
+        EXPECT_EQ(confidence(test::longFrame(21, identity, kPayload, kAddress)), ModeSMessage::LOW) << squawk;
+    }
+}
+
 TEST_F(ModeSDecoderTest, DoesNotTrustMetricAltitudes) {
     auto const metric = 1U << 6;
     std::string const replies[] = {

@@ -225,12 +225,17 @@ TEST(ModeSMessage, RepairsShortFramesAndKeepsWhatFollowsThem) {
 TEST(ModeSMessage, RepairsNoFrameThatIsTooShortOrHasNoBits) {
     unsigned char first = 0;
     unsigned char second = 0;
-    auto bytes = kSquitter.substr(0, 13);
-    EXPECT_FALSE(PlainMessage(112).fixError1Bit(bytes, first, 0));
-    EXPECT_FALSE(PlainMessage(112).fixError2Bits(bytes, first, second, 0));
-    EXPECT_FALSE(PlainMessage(0).fixError1Bit(bytes, first, 0));
-    EXPECT_FALSE(PlainMessage(0).fixError2Bits(bytes, first, second, 0));
-    EXPECT_EQ(bytes, kSquitter.substr(0, 13));
+    for (std::size_t size = 0; size < 14; ++size) { // though the damaged bits are there
+        for (auto const& damaged : {withBitsInverted(kSquitter, {3}), withBitsInverted(kSquitter, {3, 6})}) {
+            auto const before = damaged.substr(0, size);
+            auto bytes = before;
+            EXPECT_FALSE(PlainMessage(112).fixError1Bit(bytes, first, kSquitterParity)) << size;
+            EXPECT_FALSE(PlainMessage(112).fixError2Bits(bytes, first, second, kSquitterParity)) << size;
+            EXPECT_FALSE(PlainMessage(0).fixError1Bit(bytes, first, 0)) << size;
+            EXPECT_FALSE(PlainMessage(0).fixError2Bits(bytes, first, second, 0)) << size;
+            EXPECT_EQ(bytes, before);
+        }
+    }
 }
 
 TEST(ModeSMessage, RepairsAsTheSearchDoesForAnyParity) {

@@ -200,6 +200,7 @@ TEST_F(AircraftDBTest, SkipsBadRowsWithAWordAboutEach) {
                                    warning("Execpeption as row 7."), warning("Execpeption as row 9."),
                                    warning("Read invalid ICAO address at row 10, skip.")));
     EXPECT_FALSE(db.findAircraft(0x4840D6));
+    EXPECT_FALSE(db.findAircraft(0));
     EXPECT_EQ(airline(1), "AFR");
 }
 
@@ -210,6 +211,7 @@ TEST_F(AircraftDBTest, TellsWhatIsOutOfRangeInARow) {
         EXPECT_EQ(lines[0].level, Log::Warning);
         auto const hasText = lines[0].text.rfind("Execpeption as row 1: ", 0) == 0;
         EXPECT_EQ(hasText, *row != '\0') << lines[0].text << ": an empty cell is no number";
+        EXPECT_FALSE(db.findAircraft(0)) << row;
     }
 }
 

@@ -398,6 +398,15 @@ TEST(ADSBTarget, DoesNotCountWhatDoesNotExist) {
     EXPECT_EQ(target.statisticLastUpdate(), 100U);
 }
 
+TEST(ADSBTarget, CountsNoFormatForATypeThatDoesNotExist) {
+    ADSBTarget target{kAddress};
+    auto const beyond = static_cast<ADSBMessage::ADSBMessageType>(ADSBMessage::RESERVED + 1);
+    target.increaseStatistic(beyond, 100);
+    EXPECT_EQ(target.statisticDfMsgCount(), 0U);
+    target.increaseStatistic(DFMessage::DF0, 100);
+    EXPECT_EQ(target.statisticADSBMsgCount(beyond), 0U);
+}
+
 // Both slots start with the same empty frame, which lies where equator and zero meridian cross.
 TEST(ADSBTarget, DecodesEmptyFramesToTheOriginAtNoTime) {
     ADSBTarget target{kAddress};

@@ -74,6 +74,20 @@ TEST(GlobalPosition, IsFoundAtThePolesTheEquatorAndTheDateLine) {
     }
 }
 
+// The coordinates differ by exactly half a zone: the upper of the two nearest numbers counts.
+TEST(GlobalPosition, LiesInTheUpperZoneWhenTwoAreEquallyNear) {
+    CPRFrame const even{16, 0, 2000};
+    CPRFrame const odd{1108, 0, 1000}; // 59 * 16 - 60 * 1108 is -65536
+    auto const inLatitude = globalPosition(even, odd);
+    ASSERT_TRUE(inLatitude);
+    EXPECT_DOUBLE_EQ(inLatitude->latitude, 6.0 * 16 / 131072);
+
+    auto const inLongitude =
+        globalPosition(CPRFrame{0, 46, 2000}, CPRFrame{0, 1156, 1000}); // 58 * 46 - 59 * 1156 is the same
+    ASSERT_TRUE(inLongitude);
+    EXPECT_DOUBLE_EQ(inLongitude->longitude, 360.0 / 59 * 46 / 131072);
+}
+
 // Just around each transition the frames agree or not, as the sender's numbers of zones do.
 TEST(GlobalPosition, IsFoundUnlessTheFramesLieOnEitherSideOfATransition) {
     int refused = 0;
