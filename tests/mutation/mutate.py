@@ -37,6 +37,7 @@ TESTS = {
 }
 MOST_SURVIVORS = 0.03
 COMPILE_SECONDS = 120
+COMPILE_FLAGS = "-O0 -D_GLIBCXX_ASSERTIONS"  # quick, and an index beyond a table is noticed
 TEST_SECONDS = 60
 TEST_MEMORY = 4 << 30  # a fault that makes a loop swallow memory is noticed by that
 
@@ -138,7 +139,7 @@ class Worker:
         self._copy_tree()
         status, output = run(
             ["cmake", "-S", str(self.tree), "-B", str(self.folder), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
-             "-DCMAKE_CXX_COMPILER=clang++", "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld",
+             "-DCMAKE_CXX_COMPILER=clang++", f"-DCMAKE_CXX_FLAGS_DEBUG={COMPILE_FLAGS}", "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld",
              "-DCMAKE_SHARED_LINKER_FLAGS=-fuse-ld=lld",
              "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST",  # only the check runs the tests
              f"-DCMAKE_PROJECT_trevallo_INCLUDE={self.tree}/tests/mutation/quick_builds.cmake"], ROOT, 300)
