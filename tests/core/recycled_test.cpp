@@ -100,6 +100,21 @@ TEST(Recycled, WhatOneAllocatorGaveAnyOtherMayTakeBack) {
     EXPECT_FALSE(RecyclingAllocator<int>() != RecyclingAllocator<int>(RecyclingAllocator<char>()));
 }
 
+TEST(Recycled, AllocatorsTakeBlocksForSingleObjectsOnly) {
+    using Blocks = Object<6>::Blocks;
+    RecyclingAllocator<Object<6>> allocator;
+    auto* const several = allocator.allocate(2);
+    allocator.deallocate(several, 2);
+    EXPECT_EQ(Blocks::kept(), 0U);
+    auto* const one = allocator.allocate(1);
+    allocator.deallocate(one, 1);
+    if (!recycles()) GTEST_SKIP() << "nothing is recycled under this sanitizer";
+    EXPECT_EQ(Blocks::kept(), 1U);
+    EXPECT_EQ(allocator.allocate(1), one);
+    EXPECT_EQ(Blocks::kept(), 0U);
+    allocator.deallocate(one, 1);
+}
+
 TEST(Recycled, SharedObjectsAreConstructedAndDestroyedAsAnyOther) {
     auto const text = makeRecycled<std::string>(100, 'x');
     std::weak_ptr<std::string> const weak = text;

@@ -87,6 +87,25 @@ TEST(DFMessage, IsADownlinkMessageOfItsLength) {
     }
 }
 
+template <class Reply> class EveryReply : public testing::Test {};
+using Replies = testing::Types<DF0Message, DF4Message, DF5Message, DF11Message, DF16Message, DF17Message,
+                               DF18Message, DF19Message, DF20Message, DF21Message>;
+TYPED_TEST_SUITE(EveryReply, Replies);
+
+TYPED_TEST(EveryReply, IsInvalidWhenTheFrameIsOfAnotherFormat) {
+    for (unsigned code = 0; code < 32; ++code) {
+        TypeParam reply;
+        if (DFMessage::downlinkFormatByCode(static_cast<unsigned char>(code)) == reply.downlinkFormat()) {
+            continue;
+        }
+        CapturedLog log;
+        EXPECT_FALSE(reply.decode(test::longFrame(code, kAddress, kMessage, 0))) << code;
+        EXPECT_FALSE(reply.valid()) << code;
+        EXPECT_EQ(reply.icaoAddress(), 0U) << code;
+        EXPECT_THAT(log.take(), Holds(Log::Info, "DFMessage", "DF format mismatch."));
+    }
+}
+
 TEST(AddressParityReplies, YieldTheAddressThatHidesInTheirParity) {
     DF0Message df0;
     ASSERT_TRUE(

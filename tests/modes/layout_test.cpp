@@ -18,6 +18,16 @@ TEST(Layout, DecodesEveryFieldEvenAfterOneFailed) {
     EXPECT_EQ(capability.capability(), 7U);
 }
 
+TEST(Layout, LeavesAFieldAsItWasWhenTheFrameDoesNotReachIt) {
+    ModeSMessageFieldPI parity;
+    EXPECT_FALSE(Layout(At{parity, 88}).decode(std::string(13, '\x5A')));
+    EXPECT_EQ(parity.pos(), 0U);
+    ASSERT_TRUE(Layout(At{parity, 32}).decode(std::string(7, '\x5A')));
+    EXPECT_FALSE(Layout(At{parity, 88}).decode(std::string(13, '\x5A')));
+    EXPECT_EQ(parity.pos(), 32U);
+    EXPECT_TRUE(parity.valid());
+}
+
 TEST(Layout, ListsItsFieldsInOrder) {
     ModeSMessageFieldAA const address;
     ModeSMessageFieldCA const capability;

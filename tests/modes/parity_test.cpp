@@ -139,6 +139,27 @@ TEST(Repair, FindsNothingInAFrameWithoutBits) {
     EXPECT_FALSE(parity::findPair(0, 0));
 }
 
+// A short frame is the end of a long one: what damage of the bits before it or behind it would do explains
+// nothing.
+TEST(Repair, FindsNoDamageOfBitsThatTheFrameDoesNotHave) {
+    std::string const nothing(14, '\0');
+    std::vector<std::uint32_t> marks;
+    for (unsigned i = 0; i < 88; ++i) {
+        marks.push_back(parity::remainder(test::withBitsInverted(nothing, {i}), 112));
+    }
+    for (unsigned const bits : {1U, 16U, 31U, 32U, 56U, 111U, 112U}) {
+        unsigned const offset = bits == 112 ? 0 : 56;
+        auto const has = [&](unsigned i) { return offset <= i && i < offset + bits; };
+        for (unsigned i = 0; i < marks.size(); ++i) {
+            ASSERT_EQ(parity::findBit(marks[i], bits).has_value(), has(i)) << bits << ", " << i;
+            for (unsigned j = i + 1; j < marks.size(); ++j) {
+                ASSERT_EQ(parity::findPair(marks[i] ^ marks[j], bits).has_value(), has(i) && has(j))
+                    << bits << ", " << i << ", " << j;
+            }
+        }
+    }
+}
+
 // Hosts may derive messages of any length; bits beyond the data of a long frame leave no mark.
 TEST(Repair, FindsTheFirstPairInFramesOfAnyLength) {
     for (unsigned const bits : {1U, 2U, 31U, 32U, 33U, 34U, 57U, 80U, 111U, 113U, 255U}) {
