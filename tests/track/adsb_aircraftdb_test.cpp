@@ -204,6 +204,13 @@ TEST_F(AircraftDBTest, SkipsBadRowsWithAWordAboutEach) {
     EXPECT_EQ(airline(1), "AFR");
 }
 
+TEST_F(AircraftDBTest, TakesEveryLineForARow) {
+    EXPECT_THAT(load("icao_addr,mops_version,airline\n#00001,2,KLM\n\n000002,2,\"AFR\"\n# nothing\n"),
+                ElementsAre(warning("Execpeption as row 1."), warning("Execpeption as row 2."),
+                            warning("Execpeption as row 4.")));
+    EXPECT_EQ(airline(2), "AFR");
+}
+
 TEST_F(AircraftDBTest, TellsWhatIsOutOfRangeInARow) {
     for (auto const* row : {"4840D6", "4840D6,2", "123456789,2,KLM", "4840D6,99999999999,KLM", ""}) {
         auto const lines = load(std::string("icao_addr,mops_version,airline\n") + row + "\n1,2,KLM\n");
