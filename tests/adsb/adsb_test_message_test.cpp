@@ -30,3 +30,12 @@ TEST(TestMessage, WritesItsSubtypeAsARawByte) {
     EXPECT_EQ(message.testData(), fromHex("0123ABCDEF00"));
     EXPECT_EQ(message.fields().back().description(), "0123ABCDEF00");
 }
+
+TEST(TestMessage, ListsItsSubtypeBeforeItsData) {
+    ADSBTestMessage message;
+    ASSERT_TRUE(message.decode(fromHex("B80123ABCDEF00")));
+    ASSERT_TRUE(message.decodeImpl()) << "which sorts nothing";
+    std::vector<std::string> texts;
+    for (auto const& field : message.fields()) texts.push_back(field.description());
+    EXPECT_EQ(texts, (std::vector<std::string>{"TEST", "23", "0", "0123ABCDEF00", "0", "0123ABCDEF00"}));
+}
