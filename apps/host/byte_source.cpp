@@ -2,6 +2,7 @@
 #include "host/byte_source.h"
 
 #include "host/host_error.h"
+#include "host/stop_signals.h"
 
 #include <cerrno>
 #include <filesystem>
@@ -30,6 +31,8 @@ ByteSource::ByteSource(std::string const& name)
 }
 
 bool ByteSource::read(std::string& bytes) {
+    bytes.clear();
+    if (!StopSignals::waitReadable(::fileno(_file.get()))) return false;
     bytes.resize(kPieceBytes);
     ssize_t count = 0;
     do { // what a pipe has is handed on at once, not when a whole piece has come together

@@ -21,8 +21,8 @@ public:
     /// Bytes in all, for an ordinary file.
     std::optional<std::uint64_t> size() const { return _size; }
 
-    /// Reads what is there, up to one piece, into `bytes`; false at the end. Throws HostError when reading
-    /// fails.
+    /// Reads what is there, up to one piece, into `bytes`; false at the end, and when a signal to stop has
+    /// come. Throws HostError when reading fails.
     bool read(std::string& bytes);
 
 private:

@@ -2,10 +2,12 @@
 #include "trevallo/track_command.h"
 
 #include "host/byte_source.h"
+#include "host/frameless_span.h"
 #include "host/framer.h"
 #include "host/host_error.h"
 #include "host/progress.h"
 #include "host/stderr_log.h"
+#include "host/stop_signals.h"
 #include "host/target_pages.h"
 #include "host/target_table.h"
 #include "host/track_session.h"
@@ -61,17 +63,28 @@ std::string checkedTimeout(std::string const& text) {
     return isNumber ? "" : "a timeout is a number of seconds, for example 60";
 }
 
+void warnOfSilence(ByteSource const& source, FramelessSpan const& frameless) {
+    std::cerr << "trevallo: no frames in the last " << frameless.bytes() << " bytes of " << source.name()
+              << ": it may have changed its encoding\n";
+}
+
 void readFile(std::string const& name, Settings const& settings, TrackSession& session) {
     ByteSource source(name);
     Progress progress(source.name(), source.size());
     auto const format = kFormats.at(settings.format);
     Framer framer(format == ModeSEncapsulation::Unknown ? std::nullopt : std::optional(format),
                   kEscapes.at(settings.escapes));
+    FramelessSpan frameless;
     for (std::string bytes; source.read(bytes);) {
-        session.take(named(source, [&] { return framer.feed(bytes); }));
+        auto const records = named(source, [&] { return framer.feed(bytes); });
+        session.take(records);
         progress.advance(bytes.size(), session.frames());
+        if (frameless.take(bytes.size(), !records.empty())) warnOfSilence(source, frameless);
     }
-    session.take(named(source, [&] { return framer.finish(); }));
+    auto const last = named(source, [&] { return framer.finish(); });
+    session.take(last);
+    frameless.take(0, !last.empty());
+    if (frameless.finish()) warnOfSilence(source, frameless);
 }
 
 std::string summary(TrackSession const& session, std::size_t targets) {
@@ -93,8 +106,15 @@ void track(Settings const& settings) {
     }
     options.database = settings.database;
 
+    StopSignals const signals;
     TrackSession session(options);
-    for (auto const& file : settings.files) readFile(file, settings, session);
+    for (auto const& file : settings.files) {
+        if (!StopSignals::requested()) readFile(file, settings, session);
+    }
+    if (StopSignals::requested()) {
+        std::cerr << "trevallo: stopped by " << StopSignals::name() << " after " << session.frames()
+                  << " frames\n";
+    }
 
     auto const targets = session.tracker().allTargets();
     std::cout << tableText(makeTable(targets, session.now())) << "\n"
@@ -144,7 +164,8 @@ void addTrackCommand(CLI::App& app) {
     command->footer("Examples:\n"
                     "  trevallo track recording.beast\n"
                     "  trevallo track --html pages --db aircraft.csv monday.avr tuesday.avr\n"
-                    "  nc receiver.local 30005 | trevallo track --timeout 60 -");
+                    "  nc receiver.local 30005 | trevallo track --timeout 60 -\n"
+                    "Ctrl-C ends the reading: table, pages and database then show what was read.");
     command->callback([settings] { track(*settings); });
 }
 

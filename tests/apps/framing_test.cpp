@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "host/beast_undoubler.h"
+#include "host/frameless_span.h"
 #include "host/framer.h"
 #include "host/host_error.h"
 #include "host/stream_format.h"
@@ -287,4 +288,29 @@ TEST(Framer, NeverHoldsMoreThanASample) {
         }
         framer.finish();
     }
+}
+
+TEST(FramelessSpan, IsToldOfOnceWhenItIsLong) {
+    FramelessSpan span;
+    EXPECT_FALSE(span.take(FramelessSpan::kNotable - 1, false));
+    EXPECT_TRUE(span.take(1, false));
+    EXPECT_FALSE(span.take(FramelessSpan::kNotable, false));
+    EXPECT_EQ(span.bytes(), 2 * FramelessSpan::kNotable);
+    EXPECT_FALSE(span.finish());
+}
+
+TEST(FramelessSpan, EndsWithAFrame) {
+    FramelessSpan span;
+    EXPECT_FALSE(span.take(FramelessSpan::kNotable - 1, false));
+    EXPECT_FALSE(span.take(1, true));
+    EXPECT_FALSE(span.take(FramelessSpan::kNotable - 1, false));
+    EXPECT_TRUE(span.take(1, false)) << "it is told of again";
+}
+
+TEST(FramelessSpan, IsToldOfEarlierAtTheEnd) {
+    FramelessSpan span;
+    EXPECT_FALSE(span.take(FramelessSpan::kNotableAtEnd - 1, false));
+    EXPECT_FALSE(span.finish());
+    EXPECT_FALSE(span.take(1, false));
+    EXPECT_TRUE(span.finish());
 }

@@ -2,9 +2,11 @@
 """program_test.py PROGRAM SAMPLE: drives the built program as a user would. Prints each fault; exits 1 if there is one."""
 import os
 import pathlib
+import signal
 import subprocess
 import sys
 import tempfile
+import time
 
 PROGRAM, SAMPLE = sys.argv[1:3]
 IDENTIFICATION = "*8D4840D6202CC371C32CE0576098;\n"
@@ -29,8 +31,44 @@ def expect_failure(what, status, *arguments, stdin=b"", about=""):
            and about in lines[0], result)
 
 
+def started(*arguments):
+    """The program with standard input left open, once it has taken hold of the signals."""
+    process = subprocess.Popen([PROGRAM, *arguments], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                               stderr=subprocess.PIPE)
+    process.stdin.write(IDENTIFICATION.encode() * 20)
+    process.stdin.flush()
+    status = pathlib.Path(f"/proc/{process.pid}/status")
+    for _ in range(500):
+        caught = [line.split()[1] for line in status.read_text().splitlines() if line.startswith("SigCgt")]
+        if int(caught[0], 16) & 1 << signal.SIGTERM - 1:
+            break
+        time.sleep(0.01)
+    time.sleep(0.2)  # the line is read
+    return process
+
+
+def finished(process):
+    out, err = process.communicate(timeout=60)
+    return subprocess.CompletedProcess(process.args, process.returncode, out, err)
+
+
 with tempfile.TemporaryDirectory() as name:
     folder = pathlib.Path(name)
+    for stop in (signal.SIGINT, signal.SIGTERM):
+        pages, database = folder / f"pages {stop}", folder / f"aircraft {stop}.csv"
+        process = started("track", "--format", "avr", "--html", str(pages), "--db", str(database), "-")
+        process.send_signal(stop)
+        result = finished(process)
+        expect(f"{stop.name} ends the reading and leaves table, pages and database", result.returncode == 0
+               and b"4840D6  KLM1023" in result.stdout and (pages / "4840D6.html").is_file() and database.is_file()
+               and result.stderr == f"trevallo: stopped by {stop.name} after 20 frames\n".encode(), result)
+    process = started("track", "--format", "avr", "-")
+    process.stdout.close()
+    process.send_signal(signal.SIGINT)
+    process.stdin.close()
+    status = process.wait(timeout=60)
+    expect("an output that went away is an error", status == 1, subprocess.CompletedProcess([], status, b"", process.stderr.read()))
+
     avr = folder / "one.avr"
     avr.write_text(IDENTIFICATION)
 
@@ -75,6 +113,18 @@ with tempfile.TemporaryDirectory() as name:
     expect("raw binary is tracked when named", b"15 aircraft" in result.stdout, result)
     result = run("track", "-", stdin=raw)
     expect("raw binary is found out", b"15 aircraft" in result.stdout, result)
+
+    changed = folder / "changed"
+    changed.write_bytes((folder / "beast").read_bytes() + (folder / "avr-time").read_bytes())
+    result = run("track", str(changed))
+    expect("a recording that changes its encoding is read up to there, with a word about it", result.returncode == 0
+           and b"15 aircraft" in result.stdout and result.stderr.count(b"\n") == 1
+           and b"changed its encoding" in result.stderr, result)
+    cut = folder / "cut"
+    cut.write_bytes((folder / "beast").read_bytes()[:-5])
+    result = run("track", str(cut))
+    expect("a recording that ends within a frame is read without a word", result.returncode == 0
+           and b"15 aircraft" in result.stdout and not result.stderr, result)
 
     truth = folder / "truth.csv"
     result = run("simulate", "--seconds", "2", "--aircraft", "3", "--truth", str(truth), "--place", "48.35,11.79")

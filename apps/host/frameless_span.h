@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+
+namespace quorvel::host {
+
+/// Watches how much of a stream goes by without a frame: a receiver or a recording that changes its encoding
+/// in the middle would otherwise fall silent without a word.
+class FramelessSpan {
+public:
+    static constexpr std::size_t kNotable = 64 * 1024;     ///< bytes, while more may come
+    static constexpr std::size_t kNotableAtEnd = 4 * 1024; ///< bytes, when nothing comes any more
+
+    /// Takes note of bytes that were read and whether they gave a frame. True when the span has just become
+    /// notable.
+    bool take(std::size_t bytes, bool gaveFrames) {
+        if (gaveFrames) {
+            _bytes = 0;
+            _isTold = false;
+            return false;
+        }
+        _bytes += bytes;
+        return tell(kNotable);
+    }
+
+    /// True at the end of a stream whose last bytes were notably many without a frame, and not told of
+    /// before.
+    bool finish() { return tell(kNotableAtEnd); }
+
+    std::size_t bytes() const { return _bytes; }
+
+private:
+    bool tell(std::size_t notable) {
+        bool const tells = !_isTold && _bytes >= notable;
+        _isTold = _isTold || tells;
+        return tells;
+    }
+
+    std::size_t _bytes = 0;
+    bool _isTold = false;
+};
+
+} // namespace quorvel::host
