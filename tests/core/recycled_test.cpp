@@ -115,6 +115,24 @@ TEST(Recycled, AllocatorsTakeBlocksForSingleObjectsOnly) {
     allocator.deallocate(one, 1);
 }
 
+TEST(Recycled, BlocksAreNeverSmallerThanTheirObjectAndNeverMuchLarger) {
+    if (!recycles()) GTEST_SKIP() << "nothing is recycled under this sanitizer";
+    constexpr std::size_t size = 4096;
+    struct Fits {
+        char bytes[size];
+    };
+    struct IsOneByteTooLarge {
+        char bytes[size + 1];
+    };
+    RecyclingAllocator<Fits> fits;
+    fits.deallocate(fits.allocate(1), 1);
+    EXPECT_EQ(RecycledBlocks<size>::kept(), 1U);
+    RecyclingAllocator<IsOneByteTooLarge> isTooLarge;
+    isTooLarge.deallocate(isTooLarge.allocate(1), 1);
+    EXPECT_EQ(RecycledBlocks<size>::kept(), 1U);
+    EXPECT_EQ(RecycledBlocks<size + 64>::kept(), 1U);
+}
+
 TEST(Recycled, SharedObjectsAreConstructedAndDestroyedAsAnyOther) {
     auto const text = makeRecycled<std::string>(100, 'x');
     std::weak_ptr<std::string> const weak = text;
