@@ -68,3 +68,27 @@ TEST(AirborneVelocity, ListsNothingOfAnUnknownSubtype) {
         EXPECT_EQ(message.velocityType(), ADSBAirborneVelocityMessage::GROUND_SPEED);
     }
 }
+
+TEST(AirborneVelocity, ForgetsSpeedAndHeadingWhenAComponentIsNotAvailable) {
+    for (auto const& unavailable : {test::VelocityBits{.east = 0, .north = 5}, {.east = 5, .north = 0}}) {
+        ADSBAirborneVelocityMessageV2 message;
+        ASSERT_TRUE(message.decode(test::airborneVelocity({.east = 101, .north = 101})));
+        EXPECT_NEAR(message.groundSpeed(), 141.42, 0.01);
+        EXPECT_DOUBLE_EQ(message.heading(), 45.0);
+        ASSERT_TRUE(message.decode(test::airborneVelocity(unavailable)));
+        EXPECT_EQ(message.groundSpeed(), 0.0);
+        EXPECT_EQ(message.heading(), 0.0);
+    }
+}
+
+TEST(AirborneVelocity, ListsItsFieldsInTheOrderOfThePayload) {
+    ADSBAirborneVelocityMessage message;
+    ASSERT_TRUE(message.decode(test::airborneVelocity({})));
+    auto const sorted = message.fields();
+    ASSERT_TRUE(message.decodeImpl()) << "which sorts nothing";
+    auto const listed = message.fields();
+    ASSERT_EQ(listed.size(), 2 * sorted.size() - 2) << "all but type and type code once more";
+    for (std::size_t i = 2; i < sorted.size(); ++i) {
+        EXPECT_EQ(listed[sorted.size() + i - 2].name(), sorted[i].name()) << i;
+    }
+}

@@ -123,6 +123,16 @@ TEST(Avr, DropsCorruptedLinesWithAWordAboutIt) {
     }
 }
 
+TEST(Avr, KnowsThreeHeadsAndNoOther) {
+    for (unsigned head = 0; head < 256; ++head) {
+        if (head == '\n') continue;
+        auto const first = std::string(1, static_cast<char>(head));
+        CapturedLog log(Log::Info);
+        EXPECT_EQ(framesOf(first + "ABCD;\n").size(), head == '*' || head == ':' ? 1U : 0U) << head;
+        EXPECT_EQ(framesOf(first + "000000000000ABCD;\n").size(), head == '@' ? 1U : 0U) << head;
+    }
+}
+
 TEST(Avr, GoesOnAfterACorruptedLine) {
     CapturedLog log(Log::Info);
     EXPECT_EQ(framesOf("*5D4CA2D46B609F;\nnonsense\n*ABCD;\n").size(), 2U);

@@ -17,11 +17,16 @@ constexpr unsigned kAddress = 0x4840D6;
 std::string const kMessage = fromHex("58C382D690C8AC");
 
 // A format that has no class in the library, as a host may add it.
-class DF24Message : public DFMessage {
+class AnyDFMessage : public DFMessage {
 public:
-    DF24Message() : DFMessage(DF24) {}
+    using DFMessage::DFMessage;
     unsigned char bits() const override { return 112; }
     std::vector<ModeSMessageField const*> fields() const override { return {}; }
+};
+
+class DF24Message : public AnyDFMessage {
+public:
+    DF24Message() : AnyDFMessage(DF24) {}
 };
 
 std::string names(ModeSMessage const& message) {
@@ -37,6 +42,7 @@ TEST(DFMessage, NamesEveryFormat) {
     for (unsigned code = 0; code < 256; ++code) {
         auto const format = DFMessage::downlinkFormatByCode(static_cast<unsigned char>(code));
         EXPECT_EQ(format, std::min(code, 24U));
+        EXPECT_EQ(AnyDFMessage(format).downlinkFormatName(), "DF-" + std::to_string(std::min(code, 24U)));
     }
     EXPECT_EQ(DFMessage::downlinkFormatByCode(30), DFMessage::DF24);
     EXPECT_EQ(DF0Message().downlinkFormatName(), "DF-0");
