@@ -159,10 +159,10 @@ TEST_F(ModeSDecoderTest, TrustsRepliesWithAHiddenAddressWhenItIsKnown) {
 }
 
 TEST_F(ModeSDecoderTest, TakesEveryIdentityForPossible) {
-    for (unsigned const squawk : {0U, 01U, 07000U, 07776U, 07777U}) {
+    for (unsigned squawk = 0; squawk <= 07777; ++squawk) {
         auto const identity = test::identityCode(squawk);
-        EXPECT_EQ(confidence(test::shortFrame(5, identity, kAddress)), ModeSMessage::LOW) << squawk;
-        EXPECT_EQ(confidence(test::longFrame(21, identity, kPayload, kAddress)), ModeSMessage::LOW) << squawk;
+        ASSERT_EQ(confidence(test::shortFrame(5, identity, kAddress)), ModeSMessage::LOW) << squawk;
+        ASSERT_EQ(confidence(test::longFrame(21, identity, kPayload, kAddress)), ModeSMessage::LOW) << squawk;
     }
 }
 
