@@ -55,6 +55,7 @@ TEST(Recycled, KeepsALimitedAmount) {
     for (auto* block : blocks) Blocks::give(block);
     EXPECT_EQ(Blocks::kept(), recycles() ? Blocks::kMost : 0U);
     EXPECT_LE(Blocks::kMost * Object<3>::kSize, 256U * 1024);
+    EXPECT_EQ(RecycledBlocks<64>::kMost * 64, 256U * 1024);
 }
 
 TEST(Recycled, IsKeptByTheThreadThatReleases) {

@@ -30,6 +30,14 @@ struct Grouping : std::numpunct<char> {
 
 } // namespace
 
+TEST(HtmlElement, IsIndentedByAnyNumberOfBlanks) {
+    for (std::size_t const blanks : {0U, 1U, 31U, 32U, 33U, 64U, 65U, 200U}) {
+        std::ostringstream out;
+        html::Element("p", "text").toStringOpen(out, blanks);
+        EXPECT_EQ(out.str(), std::string(blanks, ' ') + "<p>") << blanks;
+    }
+}
+
 TEST(HtmlElement, IsAnEmptyPageByDefault) {
     html::Element const element;
     EXPECT_EQ(element.tag, "html");

@@ -7,6 +7,14 @@
 namespace quorvel::modes {
 namespace {
 
+TEST(TargetSnapshot, TellsTheVersionOfTheTarget) {
+    for (auto const version : {MOPS_V0, MOPS_V1, MOPS_V2, MOPS_UNKNOWN}) {
+        ADSBTarget target{0x4840D6};
+        target.setMOPSVersion(version, 100);
+        EXPECT_EQ(target.report()->mopsVersion(), version);
+    }
+}
+
 TEST(TargetSnapshot, OfANewTargetHoldsTheAddressOnly) {
     auto const report = ADSBTarget{0x4840D6}.report();
     ASSERT_TRUE(report);
