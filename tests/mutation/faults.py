@@ -210,7 +210,9 @@ def neighbours(number):
     digits, suffix = re.fullmatch(r"(0[xX][0-9A-Fa-f']+|[\d'.eE+-]+)(\w*)", number).groups()
     if "." in digits or ("e" in digits.lower() and not digits.lower().startswith("0x")):
         return [f"({number} + 1)"]
-    value = int(digits.replace("'", ""), 0) if digits.strip("0'") else 0
+    plain = digits.replace("'", "")
+    octal = plain.isdigit() and plain.startswith("0")
+    value = int(plain, 8 if octal else 0)
     spelled = "0x{:X}" if digits.lower().startswith("0x") else "{}"
     return [spelled.format(each) + suffix for each in (value + 1, value - 1) if each >= 0]
 
