@@ -59,6 +59,10 @@ public:
 
     /// Writes all aircraft of known version, in ascending order of their addresses, replacing the file. False
     /// when there is no name; without an argument, the name is that of the last `load` or `save`.
+    ///
+    /// An ordinary file is replaced as a whole or not at all, whatever happens while it is written; its
+    /// permissions stay, and so does a symbolic link that leads to it. Devices and pipes are written
+    /// directly.
     bool save(std::string const& fileName);
     bool save();
 
