@@ -1,11 +1,14 @@
 # SPDX-License-Identifier: MIT
 """program_test.py PROGRAM SAMPLE: drives the built program as a user would. Prints each fault; exits 1 if there is one."""
+import fcntl
 import os
 import pathlib
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
+import termios
 import time
 
 PROGRAM, SAMPLE = sys.argv[1:3]
@@ -32,7 +35,7 @@ def expect_failure(what, status, *arguments, stdin=b"", about=""):
 
 
 def started(*arguments):
-    """The program with standard input left open, once it has taken hold of the signals."""
+    """The program with standard input left open, once it has taken hold of the signals and read what there is."""
     process = subprocess.Popen([PROGRAM, *arguments], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                stderr=subprocess.PIPE)
     process.stdin.write(IDENTIFICATION.encode() * 20)
@@ -43,8 +46,14 @@ def started(*arguments):
         if int(caught[0], 16) & 1 << signal.SIGTERM - 1:
             break
         time.sleep(0.01)
-    time.sleep(0.2)  # the line is read
+    while unread(process.stdin) > 0:
+        time.sleep(0.01)
     return process
+
+
+def unread(pipe):
+    """The bytes in a pipe that nobody has read yet."""
+    return struct.unpack("i", fcntl.ioctl(pipe, termios.FIONREAD, bytes(4)))[0]
 
 
 def finished(process):
