@@ -177,8 +177,6 @@ def payload_seeds():
             seen.setdefault((frame[4] >> 3, frame[4] & 7), frame[4:11])
     for (code, subtype), payload in sorted(seen.items()):
         seed("payload", f"simulated_{code}_{subtype}", payload)
-    for code in range(32):
-        seed("payload", f"type_code_{code}", bytes([code << 3 | 1, *[0x5A] * 6]))
     seed("payload", "short", bytes(6))
     seed("payload", "long", bytes([0x58, *[0xFF] * 9]))
     seed("payload", "empty", b"")
