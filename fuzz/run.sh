@@ -34,11 +34,17 @@ fuzzer() {
     shift
     mkdir -p "$finds"
     if [[ -f fuzz/dictionaries/$target.dict ]]; then options+=(-dict="fuzz/dictionaries/$target.dict"); fi
-    "$programs/trevallo_fuzz_$target" "${options[@]}" "$@" >"$log" 2>&1 || {
-        tail -n 60 "$log"
-        echo "fuzz: $target: FAILED; the input is in $finds"
-        return 1
-    } >&2
+    local status=0
+    "$programs/trevallo_fuzz_$target" "${options[@]}" "$@" >"$log" 2>&1 || status=$?
+    case $status in
+    0) return 0 ;;
+    72) echo "fuzz: $target: interrupted" >&2 ;; # libFuzzer's own code: nothing was found
+    *)
+        tail -n 60 "$log" >&2
+        echo "fuzz: $target: FAILED; the input is in $finds" >&2
+        ;;
+    esac
+    return 1
 }
 
 replay() { fuzzer "$1" -runs=0 "fuzz/corpus/$1"; }
