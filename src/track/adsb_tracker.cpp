@@ -90,10 +90,11 @@ std::vector<std::shared_ptr<ADSBTarget>> ADSBTracker::allTargetsSince(unsigned l
     return targets;
 }
 
-// Drops a target and lets the database learn from it.
+// Drops a target and lets the database learn from it. It is held meanwhile: a log handler may drop it too.
 std::shared_ptr<ADSBTarget> ADSBTracker::kill(ADSBTarget const& target) {
-    Log::log(Log::Debug, kTrackerModule, "Target #%u killed.", target.trackId());
-    auto killed = _targets->remove(target.icaoAddr());
+    auto killed = *_targets->find(target.icaoAddr());
+    Log::log(Log::Debug, kTrackerModule, "Target #%u killed.", killed->trackId());
+    _targets->remove(killed->icaoAddr());
     _aircraftDb.updateAircraft(killed);
     return killed;
 }

@@ -298,5 +298,30 @@ TEST(ADSBTracker, NumbersAsASearchThroughAllTargetsWould) {
     }
 }
 
+TEST(ADSBTrackerKilling, SurvivesALogHandlerThatDropsTheSameTarget) {
+    class Dropping : public LogHandler {
+    public:
+        void handle(Log::Level, std::string const&) override {
+            if (!tracker || told++ > 0) return;
+            tracker->killTarget(1, 0x4840D6);
+        }
+        ADSBTracker* tracker = nullptr;
+        int told = 0;
+    } handler;
+    ADSBTracker tracker;
+    ASSERT_TRUE(tracker.createTarget(0x4840D6));
+    ASSERT_TRUE(tracker.createTarget(0x4840D7));
+    handler.tracker = &tracker;
+    Log::setLogHandler(&handler);
+    Log::setShowLevel(Log::Debug);
+    auto const killed = tracker.killTargets(1);
+    Log::setLogHandler(nullptr);
+    Log::setShowLevel(Log::Info);
+    ASSERT_EQ(killed.size(), 2U);
+    EXPECT_EQ(killed[0]->icaoAddr(), 0x4840D6U);
+    EXPECT_EQ(killed[1]->icaoAddr(), 0x4840D7U);
+    EXPECT_TRUE(tracker.allTargets().empty());
+}
+
 } // namespace
 } // namespace quorvel::modes
