@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/counters.h"
+#include "host/frame.h"
+
+#include <optional>
+#include <string>
+
+namespace quorvel::host {
+
+/// How the time of a frame is told from its time stamp.
+enum class TimeReading : std::uint8_t {
+    Auto,         ///< found out: counter or time of day by the stamps, arrival or nothing without them
+    Receiver,     ///< 18 bits second of the UTC day, 30 bits nanosecond
+    Counter12MHz, ///< ticks since the receiver was switched on
+    Arrival,      ///< the host's clock when the frame came
+    Fixed,        ///< one time for all
+};
+
+struct TimeOptions {
+    TimeReading reading = TimeReading::Auto;
+    TimeMs start = 0; ///< the date, or date and time, at which the stream begins; 0 when not known
+};
+
+/// Parses "2024-05-01" or "2024-05-01T12:34:56[.789]Z"; none for anything else.
+std::optional<TimeMs> parseTime(std::string const& text);
+
+/// Gives each frame of one source its time.
+///
+/// A time of day that steps back by more than half a day is the next day's: a recording goes on across
+/// midnight; one that steps forth by as much is a late frame of the day before. A counter is anchored where
+/// it begins, unwrapped at 48 bits, and anchored anew after a jump. The date of a recording is not in its
+/// frames: without one its times are those of 1970-01-01, and `timeKnown` says so; a live source has the
+/// host's date.
+class FrameClock {
+public:
+    FrameClock(TimeOptions const& options, bool isLive);
+
+    /// Looks at frames from the beginning of a stream to find out how its time stamps count. Without effect
+    /// when that was told.
+    void settle(Frames const& sample, TimeMs arrival);
+
+    /// Puts the time of reception into the frame's record and returns it. `arrival` is the host's clock, 0
+    /// for recordings.
+    TimeMs stamp(Frame& frame, TimeMs arrival, Counters& counters);
+
+    TimeReading reading() const { return _reading; } ///< `Auto` until it is found out
+    bool timeKnown() const { return _timeKnown; }
+    TimeMs now() const { return _now; } ///< the latest time given
+
+private:
+    TimeMs ofDay(std::uint64_t stamp, TimeMs arrival);
+    TimeMs ofCounter(std::uint64_t stamp, TimeMs arrival, Counters& counters);
+
+    TimeReading _reading;
+    TimeMs _start;
+    bool _isLive;
+    bool _timeKnown;
+    TimeMs _now = 0;
+    TimeMs _midnight = 0;                   // of the day on which the stream is, for times of day
+    std::optional<TimeMs> _lastOfDay;       // ms
+    std::optional<std::uint64_t> _lastTick; // for counters
+    std::uint64_t _anchorTick = 0;
+    TimeMs _anchorTime = 0;
+};
+
+} // namespace quorvel::host
