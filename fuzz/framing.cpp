@@ -7,8 +7,7 @@
 #include "host/beast_undoubler.h"
 #include "host/framer.h"
 #include "host/host_error.h"
-#include "host/raw_frames.h"
-#include "host/stream_format.h"
+#include "host/stream_encoding.h"
 
 #include "harness/day.h"
 #include "harness/frames_of.h"
@@ -24,8 +23,9 @@ namespace quorvel::fuzz {
 
 namespace {
 
-using host::BeastEscapes;
 using host::BeastUndoubler;
+using host::Counters;
+using host::Encoding;
 using host::Framer;
 using modes::ModeSEncapsulation;
 
@@ -38,15 +38,13 @@ constexpr std::uint8_t kEndless = 0xFF; // goes on until memory would show it
 
 bool anywhere(char) { return true; }
 
-struct Settings {
-    std::optional<Framer::Format> format;
-    BeastEscapes escapes;
-};
+using Settings = std::optional<Encoding>; // found out when not told
 
 Settings settingsFrom(std::uint8_t choices) {
-    static std::optional<Framer::Format> const formats[] = {
-        std::nullopt, ModeSEncapsulation::Avr, ModeSEncapsulation::Beast, ModeSEncapsulation::RawBin};
-    return {formats[choices & 3], static_cast<BeastEscapes>((choices >> 2) % 3)};
+    static Settings const settings[] = {std::nullopt,    Encoding::Avr, Encoding::BeastPlain,
+                                        Encoding::Raw,   Encoding::Hex, Encoding::AvrStamped,
+                                        Encoding::Beast, std::nullopt};
+    return settings[choices & 7];
 }
 
 std::string repeated(std::string const& text, std::size_t size) {
@@ -64,19 +62,28 @@ std::string longer(std::string const& bytes) {
 using Frames = std::optional<std::vector<Frame>>; // none when the format cannot be told
 
 template <class Feed> Frames framesOf(Settings const& settings, Feed const& feed) {
-    Framer framer(settings.format, settings.escapes);
-    std::vector<Frame> frames;
+    Counters counters;
+    Framer framer(settings, counters);
+    host::Frames frames;
+    std::size_t bytes = 0;
     try {
-        feed([&](std::string_view piece) { append(frames, framer.feed(piece)); });
-        append(frames, framer.finish());
-    } catch (host::HostError const&) {
-        require(!settings.format, "a stream whose format is told can be read");
+        feed([&](std::string_view piece) {
+            bytes += piece.size();
+            framer.feed(piece, frames);
+        });
+        framer.finish(frames);
+    } catch (host::UnknownEncoding const&) {
+        require(!settings, "a stream whose encoding is told can be read");
         return {};
     }
-    return frames;
+    require(counters.bytes == bytes, "every byte is counted");
+    require(counters.skippedBytes <= bytes, "no more is skipped than came");
+    std::vector<Frame> result;
+    for (auto const& frame : frames) append(result, {frame.record});
+    return result;
 }
 
-std::vector<Frame> extracted(std::string buffer, Framer::Format format) {
+std::vector<Frame> extracted(std::string buffer, ModeSEncapsulation::Format format) {
     std::vector<Frame> frames;
     append(frames, ModeSEncapsulation::extract(buffer, format));
     return frames;
@@ -102,14 +109,14 @@ std::vector<Frame> rawFrames(std::string const& stream) {
 
 // What the library finds in the whole stream, where the host only has to hand it over.
 void checkAgainstTheLibrary(std::string const& stream, Settings const& settings, Frames const& frames) {
-    if (settings.format == ModeSEncapsulation::Avr) {
+    if (settings == Encoding::Avr) {
         require(frames == extracted(withoutCarriageReturns(stream), ModeSEncapsulation::Avr),
                 "the lines that end with a line feed alone");
     }
-    if (settings.format == ModeSEncapsulation::Beast && settings.escapes == BeastEscapes::Plain) {
+    if (settings == Encoding::BeastPlain) {
         require(frames == extracted(stream, ModeSEncapsulation::Beast), "the frames of the plain stream");
     }
-    if (settings.format == ModeSEncapsulation::RawBin) {
+    if (settings == Encoding::Raw) {
         require(frames == rawFrames(stream), "raw frames one after the other");
     }
 }
@@ -136,21 +143,26 @@ bool fillRecycledMemory() {
 void checkMemory(std::string const& bytes, Settings const& settings) {
     constexpr std::size_t kPiece = 4096;
     constexpr std::size_t kLine = 4096;
-    bool const holdsSample = !settings.format || settings.escapes == BeastEscapes::Find;
+    bool const holdsSample = !settings;
     auto const bound = 2 * 2 * ((holdsSample ? host::kSampleBytes : kLine) + kPiece);
     auto const stream = repeated(bytes, 2 * bound);
 
     static bool const filled = fillRecycledMemory();
     require(filled, "every frame is cut out");
     auto const before = heapBytes();
-    Framer framer(settings.format, settings.escapes);
+    Counters counters;
+    Framer framer(settings, counters);
+    host::Frames frames;
+    frames.reserve(bound); // theirs is the host's memory
+    auto const reserved = heapBytes() - before;
     std::string_view rest = stream;
     try {
         for (; !rest.empty(); rest.remove_prefix(std::min(rest.size(), kPiece))) {
-            framer.feed(rest.substr(0, kPiece));
-            require(heapBytes() - before <= bound, "memory does not grow with the stream");
+            framer.feed(rest.substr(0, kPiece), frames);
+            frames.clear();
+            require(heapBytes() - before <= bound + reserved, "memory does not grow with the stream");
         }
-    } catch (host::HostError const&) { // the format cannot be told
+    } catch (host::UnknownEncoding const&) { // it cannot be told
     }
 }
 
@@ -180,13 +192,14 @@ BeastStream beastOf(std::string const& bytes) {
 void checkUndoubling(std::string const& bytes, Pieces const& pieces) {
     auto const stream = beastOf(bytes);
     std::string plain;
+    Counters counters;
     BeastUndoubler undoubler;
-    pieces.of(stream.doubled, anywhere, [&](auto piece) { undoubler.undouble(piece, plain); });
+    pieces.of(stream.doubled, anywhere, [&](auto piece) { undoubler.undouble(piece, plain, counters); });
     require(plain == stream.plain, "undoubling takes the doubling back");
-    require(undoubler.broken() == 0, "whole frames are not broken");
+    require(counters.brokenFrames == 0 && counters.skippedBytes == 0, "whole frames are not broken");
 
-    auto const frames = framesOf({ModeSEncapsulation::Beast, BeastEscapes::Doubled},
-                                 [&](auto feed) { pieces.of(stream.doubled, anywhere, feed); });
+    auto const frames =
+        framesOf(Encoding::Beast, [&](auto feed) { pieces.of(stream.doubled, anywhere, feed); });
     require(frames == extracted(stream.plain, ModeSEncapsulation::Beast), "the frames of the plain stream");
 }
 
@@ -208,14 +221,20 @@ std::size_t framesIn(std::string_view plain) {
 void checkUndoublerInPieces(std::string const& bytes, Pieces const& pieces) {
     BeastUndoubler whole;
     BeastUndoubler cut;
+    Counters ofWhole;
+    Counters ofCut;
     std::string wholePlain;
     std::string cutPlain;
-    whole.undouble(bytes, wholePlain);
-    pieces.of(bytes, anywhere, [&](auto piece) { cut.undouble(piece, cutPlain); });
+    whole.undouble(bytes, wholePlain, ofWhole);
+    pieces.of(bytes, anywhere, [&](auto piece) { cut.undouble(piece, cutPlain, ofCut); });
+    whole.finish(ofWhole);
+    cut.finish(ofCut);
     require(cutPlain == wholePlain, "the same plain stream whatever the pieces");
-    require(cut.frames() == whole.frames() && cut.broken() == whole.broken(), "the same counts");
-    require(wholePlain.size() <= bytes.size(), "undoubling adds nothing");
-    require(framesIn(wholePlain) <= whole.frames(), "every frame is counted");
+    require(ofCut.brokenFrames == ofWhole.brokenFrames && ofCut.statusFrames == ofWhole.statusFrames &&
+                ofCut.skippedBytes == ofWhole.skippedBytes,
+            "the same counts");
+    require(wholePlain.size() + ofWhole.skippedBytes <= bytes.size(), "undoubling adds nothing");
+    require(framesIn(wholePlain) <= bytes.size(), "whole frames alone come out");
 }
 
 void checkDetection(std::string const& sample) {
@@ -223,8 +242,9 @@ void checkDetection(std::string const& sample) {
         require(host::chainedBytes(sample, doubled) <= sample.size(),
                 "chained frames are part of the sample");
     }
-    auto const format = host::findFormat(sample);
-    require(!format || !sample.empty(), "nothing has no format");
+    require(!host::findEncoding("") && !host::findEncodingForSure(""), "nothing has no encoding");
+    auto const sure = host::findEncodingForSure(sample);
+    require(!sure || sure == host::findEncoding(sample), "what is sure is so");
 }
 
 } // namespace

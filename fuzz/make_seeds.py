@@ -16,7 +16,7 @@ CORPUS = pathlib.Path(__file__).resolve().parent / "corpus"
 PROGRAM = sys.argv[1]
 
 ESCAPE = 0x1A
-DEFAULT, AVR, BEAST, RAW = range(4)  # formats of the framing target
+FIND, AVR, PLAIN, RAW, HEX, _, DOUBLED = range(7)  # encodings of the framing target
 FIND, DOUBLED, PLAIN = range(3)      # what becomes of escape bytes there
 SINGLE_BYTES = bytes([0, 0, 0, 0])   # lengths of pieces
 UNEVEN = bytes([6, 22, 0, 99])
@@ -223,34 +223,37 @@ def framing_seeds():
     avr = longest(simulated("avr", errors=0.2), 500, b"\n")
     raw = b"".join(frames())[:400]
     once, longer, endless = 0, 0xFE, 0xFF
-    for name, form, escapes, made_of_it, pieces, content in (
-            ("find_beast", DEFAULT, FIND, once, UNEVEN, longest(plain, 500)),
-            ("find_doubled_beast", DEFAULT, FIND, once, UNEVEN, longest(doubled, 500)),
-            ("find_avr", DEFAULT, FIND, once, UNEVEN, avr),
-            ("find_raw", DEFAULT, FIND, once, UNEVEN, raw),
-            ("find_nothing", DEFAULT, FIND, once, UNEVEN, b"hello world\n"),
-            ("plain_beast", BEAST, PLAIN, once, SINGLE_BYTES, longest(plain, 300)),
-            ("plain_beast_escapes", BEAST, PLAIN, once, SINGLE_BYTES, 2 * BEAST_ESCAPES + BEAST_SHORT + b"\x1A"),
-            ("doubled_beast", BEAST, DOUBLED, once, SINGLE_BYTES, longest(doubled, 300)),
-            ("broken_beast", BEAST, DOUBLED, once, UNEVEN, BEAST_SHORT[:11] + BEAST_SHORT + BEAST_STATUS + b"\x1A9" + BEAST_LONG),
-            ("beast_of_either_kind", BEAST, FIND, once, UNEVEN, BEAST_SHORT + BEAST_LONG),
-            ("avr", AVR, FIND, once, SINGLE_BYTES, avr[:200] + AVR_EDGES),
-            ("avr_carriage_returns", AVR, FIND, once, UNEVEN, avr.replace(b"\n", b"\r\n") + b"*ABCD;\r"),
-            ("raw", RAW, FIND, once, SINGLE_BYTES, raw[:100]),
-            ("raw_cut", RAW, FIND, once, UNEVEN, BEAST_LONG[9:] + BEAST_SHORT[9:-1]),
-            ("longer_beast", DEFAULT, FIND, longer, WHOLE, longest(plain, 200)),
-            ("longer_avr", DEFAULT, FIND, longer, UNEVEN, AVR_EDGES),
-            ("beast_then_avr", DEFAULT, FIND, longer, UNEVEN, BEAST_LONG + b"*8D4840D6202CC3710;\n\n\n"),
-            ("plain_then_doubled_beast", BEAST, FIND, longer, UNEVEN, longest(plain, 200) + longest(doubled, 200)),
-            ("endless_line", AVR, PLAIN, endless, WHOLE, b"ABCD"),
-            ("endless_lines", AVR, PLAIN, endless, WHOLE, AVR_EDGES + b"\n"),
-            ("endless_plain_beast", BEAST, PLAIN, endless, WHOLE, b"\x1A" + bytes(range(64))),
-            ("endless_doubled_beast", BEAST, DOUBLED, endless, WHOLE, longest(doubled, 200)),
-            ("endless_frame", BEAST, DOUBLED, endless, WHOLE, b"\x1A\x1A"),
-            ("endless_raw", RAW, PLAIN, endless, WHOLE, raw[:100]),
-            ("endless_unknown", DEFAULT, FIND, endless, WHOLE, longest(doubled, 200)),
-            ("empty", DEFAULT, FIND, once, WHOLE, b"")):
-        seed("framing", name, bytes([form | escapes << 2, made_of_it]) + pieces + content)
+    for name, form, made_of_it, pieces, content in (
+            ("find_beast", FIND, once, UNEVEN, longest(plain, 500)),
+            ("find_doubled_beast", FIND, once, UNEVEN, longest(doubled, 500)),
+            ("find_avr", FIND, once, UNEVEN, avr),
+            ("find_raw", FIND, once, UNEVEN, raw),
+            ("find_nothing", FIND, once, UNEVEN, b"hello world\n"),
+            ("plain_beast", PLAIN, once, SINGLE_BYTES, longest(plain, 300)),
+            ("plain_beast_escapes", PLAIN, once, SINGLE_BYTES, 2 * BEAST_ESCAPES + BEAST_SHORT + b"\x1A"),
+            ("doubled_beast", DOUBLED, once, SINGLE_BYTES, longest(doubled, 300)),
+            ("broken_beast", DOUBLED, once, UNEVEN, BEAST_SHORT[:11] + BEAST_SHORT + BEAST_STATUS + b"\x1A9" + BEAST_LONG),
+            ("beast_of_either_kind", PLAIN, once, UNEVEN, BEAST_SHORT + BEAST_LONG),
+            ("avr", AVR, once, SINGLE_BYTES, avr[:200] + AVR_EDGES),
+            ("avr_carriage_returns", AVR, once, UNEVEN, avr.replace(b"\n", b"\r\n") + b"*ABCD;\r"),
+            ("raw", RAW, once, SINGLE_BYTES, raw[:100]),
+            ("hex", HEX, once, SINGLE_BYTES, AVR_EDGES.replace(b"*", b"") + b"5D4CA2D46B609F\n8D4840D6202CC371C32CE0576098\r\n"),
+            ("find_hex", FIND, once, UNEVEN, b"5D4CA2D46B609F\n" * 60),
+            ("slow_beast", FIND, once, SINGLE_BYTES, longest(doubled, 1200)),
+            ("raw_cut", RAW, once, UNEVEN, BEAST_LONG[9:] + BEAST_SHORT[9:-1]),
+            ("longer_beast", FIND, longer, WHOLE, longest(plain, 200)),
+            ("longer_avr", FIND, longer, UNEVEN, AVR_EDGES),
+            ("beast_then_avr", FIND, longer, UNEVEN, BEAST_LONG + b"*8D4840D6202CC3710;\n\n\n"),
+            ("plain_then_doubled_beast", PLAIN, longer, UNEVEN, longest(plain, 200) + longest(doubled, 200)),
+            ("endless_line", AVR, endless, WHOLE, b"ABCD"),
+            ("endless_lines", AVR, endless, WHOLE, AVR_EDGES + b"\n"),
+            ("endless_plain_beast", PLAIN, endless, WHOLE, b"\x1A" + bytes(range(64))),
+            ("endless_doubled_beast", DOUBLED, endless, WHOLE, longest(doubled, 200)),
+            ("endless_frame", DOUBLED, endless, WHOLE, b"\x1A\x1A"),
+            ("endless_raw", RAW, endless, WHOLE, raw[:100]),
+            ("endless_unknown", FIND, endless, WHOLE, longest(doubled, 200)),
+            ("empty", FIND, once, WHOLE, b"")):
+        seed("framing", name, bytes([form, made_of_it]) + pieces + content)
 
 
 for make in (stream_seeds, avr_seeds, road_seeds, payload_seeds, repair_seeds, database_seeds, framing_seeds):

@@ -31,6 +31,17 @@ ByteSource::ByteSource(std::string const& name)
 }
 
 bool ByteSource::read(std::string& bytes) {
+    if (_decompressor) return unpack(bytes);
+    bool const isBeginning = _done == 0;
+    if (!readFile(bytes)) return false;
+    if (isBeginning) _decompressor = Decompressor::forFile(bytes);
+    if (!_decompressor) return true;
+    _packed.swap(bytes);
+    _rest = _packed;
+    return unpack(bytes);
+}
+
+bool ByteSource::readFile(std::string& bytes) {
     bytes.clear();
     if (!StopSignals::waitReadable(::fileno(_file.get()))) return false;
     bytes.resize(kPieceBytes);
@@ -40,7 +51,26 @@ bool ByteSource::read(std::string& bytes) {
     } while (count < 0 && errno == EINTR);
     if (count < 0) throw systemError("read", _name);
     bytes.resize(static_cast<std::size_t>(count));
+    _done += bytes.size();
     return count > 0;
+}
+
+// What could be unpacked before damage or the end of a file that was cut short is worth having.
+bool ByteSource::unpack(std::string& bytes) {
+    bytes.clear();
+    while (_complaint.empty()) {
+        bool const isSound = _decompressor->unpack(_rest, bytes);
+        if (!isSound) _complaint = "its compressed data is damaged";
+        if (!bytes.empty()) return true;
+        if (!isSound || !_rest.empty()) continue;
+        if (!readFile(_packed)) {
+            if (!StopSignals::requested() && !_decompressor->isWhole())
+                _complaint = "its compressed data is cut short";
+            return false;
+        }
+        _rest = _packed;
+    }
+    return false;
 }
 
 } // namespace quorvel::host

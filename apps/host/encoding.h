@@ -30,7 +30,7 @@ inline constexpr std::array<EncodingName, 6> kEncodings{{
     {Encoding::AvrStamped, "avr-time", "AVR text with time stamps"},
     {Encoding::Beast, "beast", "Beast"},
     {Encoding::BeastPlain, "beast-plain", "Beast without doubled escapes"},
-    {Encoding::Raw, "raw", "raw binary"},
+    {Encoding::Raw, "bin", "raw binary"},
     {Encoding::Hex, "hex", "hexadecimal lines"},
 }};
 

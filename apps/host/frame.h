@@ -3,6 +3,7 @@
 
 #include <modes/modes_encapsulation.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -21,5 +22,15 @@ struct Frame {
 };
 
 using Frames = std::vector<Frame>;
+
+inline constexpr std::size_t kModeAcFrameBytes = 2;
+inline constexpr std::size_t kShortFrameBytes = 7;
+inline constexpr std::size_t kLongFrameBytes = 14;
+
+/// Length of a Mode S frame that begins with this byte: downlink formats from 16 up have their first bit set
+/// and are long.
+inline std::size_t rawFrameBytes(char firstByte) {
+    return (static_cast<unsigned char>(firstByte) & 0x80) != 0 ? kLongFrameBytes : kShortFrameBytes;
+}
 
 } // namespace quorvel::host

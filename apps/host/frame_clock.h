@@ -37,9 +37,9 @@ class FrameClock {
 public:
     FrameClock(TimeOptions const& options, bool isLive);
 
-    /// Looks at frames from the beginning of a stream to find out how its time stamps count. Without effect
-    /// when that was told.
-    void settle(Frames const& sample, TimeMs arrival);
+    /// Looks at the frames from the beginning of a stream to find out how its time stamps count. False while
+    /// more frames are needed to tell; not when these are all (`isWhole`) or very many.
+    bool settle(Frames const& sample, TimeMs arrival, bool isWhole);
 
     /// Puts the time of reception into the frame's record and returns it. `arrival` is the host's clock, 0
     /// for recordings.
@@ -47,10 +47,13 @@ public:
 
     TimeReading reading() const { return _reading; } ///< `Auto` until it is found out
     bool timeKnown() const { return _timeKnown; }
-    TimeMs now() const { return _now; } ///< the latest time given
+    TimeMs now() const {
+        return _now;
+    } ///< the present of the stream: the latest time, but for damaged stamps
 
 private:
-    TimeMs ofDay(std::uint64_t stamp, TimeMs arrival);
+    void advance(TimeMs time, Counters& counters);
+    TimeMs ofDay(std::uint64_t stamp, TimeMs arrival) const;
     TimeMs ofCounter(std::uint64_t stamp, TimeMs arrival, Counters& counters);
 
     TimeReading _reading;
@@ -58,8 +61,7 @@ private:
     bool _isLive;
     bool _timeKnown;
     TimeMs _now = 0;
-    TimeMs _midnight = 0;                   // of the day on which the stream is, for times of day
-    std::optional<TimeMs> _lastOfDay;       // ms
+    int _farFrames = 0;                     // in a row, far from the present
     std::optional<std::uint64_t> _lastTick; // for counters
     std::uint64_t _anchorTick = 0;
     TimeMs _anchorTime = 0;

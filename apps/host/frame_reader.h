@@ -5,10 +5,11 @@
 #include "host/counters.h"
 #include "host/frame.h"
 #include "host/frame_clock.h"
+#include "host/frameless_span.h"
 #include "host/framer.h"
 #include "host/progress.h"
 
-#include <functional>
+#include <optional>
 #include <string>
 
 namespace quorvel::host {
@@ -36,11 +37,15 @@ public:
     Counters const& counters() const { return _counters; } ///< of bytes, framing and time
 
 private:
+    void readMore(Frames& frames);
+    void complain(std::string const& what) const;
+
+    Counters _counters;
     ByteSource _source;
     Framer _framer;
+    FramelessSpan _frameless;
     FrameClock _clock;
     Progress _progress;
-    Counters _counters;
     bool _ended = false;
 };
 

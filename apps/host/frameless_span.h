@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "host/encoding.h"
+
 #include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace quorvel::host {
 
@@ -14,15 +19,19 @@ public:
 
     /// Takes note of bytes that were read and whether they gave a frame. True when the span has just become
     /// notable.
-    bool take(std::size_t bytes, bool gaveFrames) {
+    bool take(std::string_view bytes, bool gaveFrames) {
         if (gaveFrames) {
             _bytes = 0;
             _isTold = false;
             return false;
         }
-        _bytes += bytes;
+        _bytes += bytes.size();
+        if (!bytes.empty()) _last = bytes;
         return tell(kNotable);
     }
+
+    /// What to say of it: "no frames in the last 65536 bytes: this looks like AVR text; expected Beast".
+    std::string text(std::optional<Encoding> expected) const;
 
     /// True at the end of a stream whose last bytes were notably many without a frame, and not told of
     /// before.
@@ -38,6 +47,7 @@ private:
     }
 
     std::size_t _bytes = 0;
+    std::string _last; // the last bytes of it that came
     bool _isTold = false;
 };
 

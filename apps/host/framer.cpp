@@ -2,10 +2,10 @@
 #include "host/framer.h"
 
 #include "host/host_error.h"
-#include "host/raw_frames.h"
-#include "host/stream_format.h"
+#include "host/stream_encoding.h"
 
-#include <iterator>
+#include <algorithm>
+#include <charconv>
 #include <utility>
 
 namespace quorvel::host {
@@ -15,126 +15,159 @@ namespace {
 using modes::ModeSEncapsulation;
 
 constexpr std::size_t kLongestLine = 4096; // an AVR frame has 42 characters
+constexpr std::size_t kFirstSample = 512;
+constexpr std::size_t kStampDigits = 12;
 
-void append(ModeSEncapsulation::Records& records, ModeSEncapsulation::Records&& more) {
-    records.insert(records.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+std::uint64_t stampOf(std::string_view plainFrame) {
+    std::uint64_t stamp = 0;
+    for (char const byte : plainFrame.substr(kBeastStampAt, kBeastStampBytes))
+        stamp = stamp << 8 | static_cast<unsigned char>(byte);
+    return stamp;
 }
 
-// Network streams end their lines with a carriage return and a line feed, the extractor knows the line feed
-// only.
-std::string withoutCarriageReturns(std::string_view lines) {
-    std::string text;
-    text.reserve(lines.size());
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        bool const endsLine = i + 1 == lines.size() || lines[i + 1] == '\n';
-        if (lines[i] != '\r' || !endsLine) text += lines[i];
-    }
-    return text;
+std::optional<std::uint64_t> stampOfLine(std::string_view line) {
+    if (line.size() <= kStampDigits || line.front() != '@') return {};
+    std::uint64_t stamp = 0;
+    auto const* const end = line.data() + 1 + kStampDigits;
+    auto const read = std::from_chars(line.data() + 1, end, stamp, 16);
+    return read.ptr == end ? std::optional(stamp) : std::nullopt;
+}
+
+bool isText(Encoding encoding) {
+    return encoding == Encoding::Avr || encoding == Encoding::AvrStamped || encoding == Encoding::Hex;
 }
 
 } // namespace
 
-Framer::Framer(std::optional<Format> format, BeastEscapes escapes) : _format(format), _escapes(escapes) {}
+Framer::Framer(std::optional<Encoding> encoding, Counters& counters)
+    : _encoding(encoding), _counters(counters), _nextSample(kFirstSample) {}
 
-Framer::Records Framer::feed(std::string_view bytes) {
+void Framer::feed(std::string_view bytes, Frames& frames) {
+    _counters.bytes += bytes.size();
     _waiting += bytes;
-    if (!_settled) {
-        bool const needsSample =
-            !_format || (*_format == ModeSEncapsulation::Beast && _escapes == BeastEscapes::Find);
-        if (needsSample && _waiting.size() < kSampleBytes) return {};
-        settle();
-    }
-    return cut();
+    if (!_encoding) findOut();
+    if (_encoding) cut(frames);
 }
 
-Framer::Records Framer::finish() {
-    if (_waiting.empty()) return {};
-    settle();
-    auto records = cut();
-    if (_format == ModeSEncapsulation::Avr && !_skippingLine) append(records, cutLines(_waiting.size()));
-    if (_format == ModeSEncapsulation::Beast) {
-        _plain += _waiting; // an escape byte held back in vain: it ended the last frame
-        append(records, ModeSEncapsulation::extract(_plain, ModeSEncapsulation::Beast));
+// The beginning is judged at fixed lengths, so that it does not matter in which pieces it comes.
+void Framer::findOut() {
+    for (; !_encoding && _nextSample <= _waiting.size() && _nextSample < kSampleBytes; _nextSample *= 2) {
+        _encoding = findEncodingForSure(std::string_view(_waiting).substr(0, _nextSample));
     }
-    // a frame that was cut off: the extractor says so, unless what is left of it looks like a short one
-    if (_format == ModeSEncapsulation::RawBin && !_waiting.empty() && _waiting.size() != kShortFrameBytes) {
-        append(records, ModeSEncapsulation::extractRawBin(_waiting));
+    if (_encoding || _waiting.size() < kSampleBytes) return;
+    _encoding = findEncoding(std::string_view(_waiting).substr(0, kSampleBytes));
+    if (!_encoding) throw UnknownEncoding();
+}
+
+void Framer::settle(Frames& frames) {
+    if (_encoding || _waiting.empty()) return;
+    _encoding = findEncoding(_waiting);
+    if (_encoding) cut(frames);
+}
+
+void Framer::finish(Frames& frames) {
+    if (_waiting.empty() && !_encoding) return;
+    settle(frames);
+    if (!_encoding) throw UnknownEncoding();
+    if (isText(*_encoding)) {
+        if (!_skippingLine && !_waiting.empty()) cutLines(_waiting.size(), frames);
+    } else if (*_encoding == Encoding::Raw) {
+        if (!_waiting.empty()) {
+            ++_counters.brokenFrames;
+            _counters.skippedBytes += _waiting.size();
+        }
+    } else {
+        cutBeast(frames, true);
     }
     _waiting.clear();
-    return records;
 }
 
-// Only the beginning counts, however much of the stream has come at once.
-void Framer::settle() {
-    if (_settled) return;
-    auto const sample = std::string_view(_waiting).substr(0, kSampleBytes);
-    if (!_format) _format = findFormat(sample);
-    if (!_format) {
-        throw HostError(
-            "it begins like no AVR text, Beast stream or raw binary (name it with --format if it is one)");
-    }
-    if (_escapes == BeastEscapes::Find) {
-        _escapes = looksDoubled(sample) ? BeastEscapes::Doubled : BeastEscapes::Plain;
-    }
-    _settled = true;
-}
-
-Framer::Records Framer::cut() {
-    switch (*_format) {
-    case ModeSEncapsulation::Avr: {
+void Framer::cut(Frames& frames) {
+    switch (*_encoding) {
+    case Encoding::Avr:
+    case Encoding::AvrStamped:
+    case Encoding::Hex: {
         auto const lastLineFeed = _waiting.rfind('\n');
-        if (lastLineFeed != std::string::npos) return cutLines(lastLineFeed + 1);
+        if (lastLineFeed != std::string::npos) cutLines(lastLineFeed + 1, frames);
         if (_skippingLine || _waiting.size() > kLongestLine) {
+            _counters.overlongLines += _skippingLine ? 0 : 1;
             _skippingLine = true;
-            _droppedBytes += _waiting.size();
+            _counters.skippedBytes += _waiting.size();
             _waiting.clear();
         }
-        return {};
+        return;
     }
-    case ModeSEncapsulation::Beast: return cutBeast();
-    case ModeSEncapsulation::RawBin: return cutRawFrames();
-    default: throw HostError("this format cannot be read");
+    case Encoding::Beast:
+    case Encoding::BeastPlain: return cutBeast(frames, false);
+    case Encoding::Raw: return cutRawFrames(frames);
     }
 }
 
 // Hands over the lines up to `end`, less the rest of one that was too long.
-Framer::Records Framer::cutLines(std::size_t end) {
+void Framer::cutLines(std::size_t end, Frames& frames) {
     std::string_view lines(_waiting.data(), end);
     if (_skippingLine) {
         auto const rest = lines.find('\n') + 1;
-        _droppedBytes += rest;
+        _counters.skippedBytes += rest;
         lines.remove_prefix(rest);
         _skippingLine = false;
     }
-    auto buffer = withoutCarriageReturns(lines);
-    _waiting.erase(0, end);
-    return ModeSEncapsulation::extract(buffer, ModeSEncapsulation::Avr);
-}
-
-// The extractor gives up an escape byte at the very end of its buffer, which may be the beginning of the next
-// frame: in a plain stream it waits for what follows.
-Framer::Records Framer::cutBeast() {
-    if (_escapes == BeastEscapes::Doubled) {
-        _undoubler.undouble(_waiting, _plain);
-        _waiting.clear();
-    } else {
-        auto const end = _waiting.size() - (_waiting.ends_with('\x1A') ? 1 : 0);
-        _plain.append(_waiting, 0, end);
-        _waiting.erase(0, end);
+    while (!lines.empty()) {
+        auto const length = std::min(lines.find('\n'), lines.size());
+        auto line = lines.substr(0, length);
+        lines.remove_prefix(std::min(length + 1, lines.size()));
+        // network streams end their lines with a carriage return too, the extractor knows the line feed only
+        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        cutLine(line, frames);
     }
-    return ModeSEncapsulation::extract(_plain, ModeSEncapsulation::Beast);
+    _waiting.erase(0, end);
 }
 
-Framer::Records Framer::cutRawFrames() {
-    Records records;
+void Framer::cutLine(std::string_view line, Frames& frames) {
+    if (line.empty()) return;
+    if (line.size() > kLongestLine) {
+        ++_counters.overlongLines;
+        _counters.skippedBytes += line.size();
+        return;
+    }
+    bool const isHex = *_encoding == Encoding::Hex;
+    _line.assign(isHex ? "*" : "");
+    _line += line;
+    if (isHex) _line += ';';
+    auto records = ModeSEncapsulation::extractAvr(_line);
+    if (records.empty()) {
+        ++_counters.badLines;
+        return;
+    }
+    frames.push_back({std::move(records.front()), stampOfLine(line), 0});
+}
+
+// A frame of the plain stream gives one record, so the two lists go side by side.
+void Framer::cutBeast(Frames& frames, bool isEnd) {
+    if (*_encoding == Encoding::Beast) {
+        _undoubler.undouble(_waiting, _plain, _counters);
+        _waiting.clear();
+        if (isEnd) _undoubler.finish(_counters);
+    } else {
+        cutPlainFrames(_waiting, _plain, _counters, isEnd);
+    }
+    auto const first = frames.size();
+    for (std::string_view rest = _plain; !rest.empty(); rest.remove_prefix(plainFrameBytes(rest))) {
+        frames.push_back({nullptr, stampOf(rest), static_cast<std::uint8_t>(rest[kBeastSignalAt])});
+    }
+    auto records = ModeSEncapsulation::extractBeast(_plain);
+    for (std::size_t i = 0; i < records.size(); ++i) frames[first + i].record = std::move(records[i]);
+}
+
+void Framer::cutRawFrames(Frames& frames) {
     std::size_t at = 0;
     while (at < _waiting.size() && at + rawFrameBytes(_waiting[at]) <= _waiting.size()) {
         auto frame = _waiting.substr(at, rawFrameBytes(_waiting[at]));
         at += frame.size();
-        append(records, ModeSEncapsulation::extract(frame, ModeSEncapsulation::RawBin));
+        auto records = ModeSEncapsulation::extractRawBin(frame);
+        frames.push_back({std::move(records.front()), std::nullopt, 0});
     }
     _waiting.erase(0, at);
-    return records;
 }
 
 } // namespace quorvel::host

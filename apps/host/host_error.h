@@ -12,6 +12,15 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// A stream whose encoding cannot be told.
+class UnknownEncoding : public HostError {
+public:
+    UnknownEncoding();
+
+    /// The same, about a stream of this name.
+    explicit UnknownEncoding(std::string const& name);
+};
+
 /// "cannot WHAT NAME: reason", with the reason of `errno`.
 HostError systemError(std::string const& what, std::string const& name);
 

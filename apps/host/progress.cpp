@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/progress.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <unistd.h>
 
@@ -11,27 +12,34 @@ namespace {
 constexpr std::chrono::milliseconds kInterval{500};
 constexpr char kEraseLine[] = "\r\x1B[K";
 
+bool hasLine = false; // on the one screen
+
 } // namespace
 
 Progress::Progress(std::string const& name, std::optional<std::uint64_t> size)
     : _name(name)
     , _size(size.value_or(0))
     , _shows(_size > 0 && ::isatty(STDERR_FILENO) != 0)
-    , _lastShown(std::chrono::steady_clock::now()) {}
+    , _begin(std::chrono::steady_clock::now())
+    , _lastShown(_begin) {}
 
-Progress::~Progress() {
-    if (_hasLine) std::fputs(kEraseLine, stderr);
+Progress::~Progress() { erase(); }
+
+void Progress::erase() {
+    if (hasLine) std::fputs(kEraseLine, stderr);
+    hasLine = false;
 }
 
 void Progress::advance(std::uint64_t bytes, std::uint64_t frames) {
-    _done += bytes;
     auto const now = std::chrono::steady_clock::now();
-    if (!_shows || now - _lastShown < kInterval) return;
+    if (!_shows || bytes == 0 || now - _lastShown < kInterval) return;
     _lastShown = now;
-    _hasLine = true;
-    std::fprintf(stderr, "%s%s: %.0f %%, %llu frames", kEraseLine, _name.c_str(),
-                 100.0 * static_cast<double>(_done) / static_cast<double>(_size),
-                 static_cast<unsigned long long>(frames));
+    hasLine = true;
+    auto const seconds = std::chrono::duration<double>(now - _begin).count();
+    auto const share = std::min(static_cast<double>(bytes) / static_cast<double>(_size), 1.0);
+    std::fprintf(stderr, "%s%s: %.0f %%, %llu frames, %.0f frames/s, %.0f s left", kEraseLine, _name.c_str(),
+                 100 * share, static_cast<unsigned long long>(frames), static_cast<double>(frames) / seconds,
+                 seconds / share - seconds);
     std::fflush(stderr);
 }
 

@@ -1,11 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "host/stderr_log.h"
 
+#include "host/progress.h"
 #include "host/target_table.h"
 
 #include <iostream>
 
 namespace quorvel::host {
+
+namespace {
+
+bool isMute = false;
+
+} // namespace
+
+StderrLog::Mute::Mute() { isMute = true; }
+
+StderrLog::Mute::~Mute() { isMute = false; }
 
 StderrLog::StderrLog(modes::Log::Level level) {
     modes::Log::setShowLevel(level);
@@ -17,6 +28,10 @@ StderrLog::~StderrLog() {
     modes::Log::setShowLevel(modes::Log::Info);
 }
 
-void StderrLog::handle(modes::Log::Level, std::string const& line) { std::cerr << shown(line) << '\n'; }
+void StderrLog::handle(modes::Log::Level, std::string const& line) {
+    if (isMute) return;
+    Progress::erase();
+    std::cerr << shown(line) << '\n';
+}
 
 } // namespace quorvel::host

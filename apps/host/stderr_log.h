@@ -14,6 +14,15 @@ public:
     StderrLog& operator=(StderrLog const&) = delete;
 
     void handle(modes::Log::Level level, std::string const& line) override;
+
+    /// While one lives, nothing is shown: of what has been told already.
+    class Mute {
+    public:
+        Mute();
+        ~Mute();
+        Mute(Mute const&) = delete;
+        Mute& operator=(Mute const&) = delete;
+    };
 };
 
 } // namespace quorvel::host

@@ -3,7 +3,7 @@
 #include "host/frameless_span.h"
 #include "host/framer.h"
 #include "host/host_error.h"
-#include "host/stream_format.h"
+#include "host/stream_encoding.h"
 
 #include "support/bytes.h"
 #include "support/captured_log.h"
@@ -45,36 +45,41 @@ BeastStream beastStream(int count, unsigned escapes, std::uint64_t seed = 1) {
     return stream;
 }
 
-std::vector<std::string> framesOf(Framer& framer, std::string const& stream, Noise& noise,
-                                  std::size_t longest) {
-    std::vector<std::string> frames;
-    auto const take = [&](ModeSEncapsulation::Records const& records) {
-        for (auto const& record : records) frames.push_back(record->data());
-    };
-    for (std::size_t at = 0; at < stream.size();) {
-        auto const size = std::min<std::size_t>(1 + noise.below(longest), stream.size() - at);
-        take(framer.feed(std::string_view(stream).substr(at, size)));
-        at += size;
+std::vector<std::string> bytesOf(Frames const& frames) {
+    std::vector<std::string> bytes;
+    for (auto const& frame : frames) bytes.push_back(frame.record->data());
+    return bytes;
+}
+
+// What a framer makes of a stream that comes in pieces of at most this length.
+struct Framed {
+    Counters counters;
+    Frames frames;
+
+    Framed(std::string const& stream, std::optional<Encoding> encoding, std::size_t longest) {
+        Framer framer(encoding, counters);
+        Noise noise(2);
+        for (std::size_t at = 0; at < stream.size();) {
+            auto const size = std::min<std::size_t>(1 + noise.below(longest), stream.size() - at);
+            framer.feed(std::string_view(stream).substr(at, size), frames);
+            at += size;
+        }
+        framer.finish(frames);
     }
-    take(framer.finish());
-    return frames;
+};
+
+std::vector<std::string> framesOf(std::string const& stream, std::optional<Encoding> encoding = {},
+                                  std::size_t longest = 100) {
+    return bytesOf(Framed(stream, encoding, longest).frames);
 }
 
 std::vector<std::string> framesInPieces(std::string_view stream, std::size_t piece) {
-    Framer framer(std::nullopt);
-    std::vector<std::string> frames;
-    for (; !stream.empty(); stream.remove_prefix(std::min(piece, stream.size()))) {
-        for (auto const& record : framer.feed(stream.substr(0, piece))) frames.push_back(record->data());
-    }
-    return frames;
-}
-
-std::vector<std::string> framesOf(std::string const& stream,
-                                  std::optional<ModeSEncapsulation::Format> format = {},
-                                  BeastEscapes escapes = BeastEscapes::Find) {
-    Framer framer(format, escapes);
-    Noise noise(2);
-    return framesOf(framer, stream, noise, 100);
+    Counters counters;
+    Framer framer(std::nullopt, counters);
+    Frames frames;
+    for (; !stream.empty(); stream.remove_prefix(std::min(piece, stream.size())))
+        framer.feed(stream.substr(0, piece), frames);
+    return bytesOf(frames);
 }
 
 } // namespace
@@ -83,43 +88,50 @@ TEST(BeastUndoubler, MakesThePlainStreamWhateverThePieces) {
     auto const stream = beastStream(500, 20);
     Noise noise(9);
     for (std::size_t const longest : {1U, 2U, 7U, 100U, 100000U}) {
+        Counters counters;
         BeastUndoubler undoubler;
         std::string plain;
         for (std::size_t at = 0; at < stream.doubled.size();) {
             auto const size = 1 + noise.below(longest);
-            undoubler.undouble(std::string_view(stream.doubled).substr(at, size), plain);
+            undoubler.undouble(std::string_view(stream.doubled).substr(at, size), plain, counters);
             at += size;
         }
         EXPECT_TRUE(plain == stream.plain) << longest;
-        EXPECT_EQ(undoubler.frames(), 500U);
-        EXPECT_EQ(undoubler.broken(), 0U);
+        EXPECT_EQ(counters.brokenFrames, 0U);
+        EXPECT_EQ(counters.skippedBytes, 0U);
     }
 }
 
 TEST(BeastUndoubler, DropsABrokenFrameAndGoesOnWithTheNext) {
     auto const frame = fromHex("1A32 000000000000 00 01020304050607");
+    Counters counters;
     BeastUndoubler undoubler;
     std::string plain;
-    undoubler.undouble(frame.substr(0, 11) + frame, plain);
+    undoubler.undouble(frame.substr(0, 11) + frame, plain, counters);
     EXPECT_EQ(plain, frame);
-    EXPECT_EQ(undoubler.broken(), 1U);
+    EXPECT_EQ(counters.brokenFrames, 1U);
     undoubler.undouble(frame.substr(0, 11) +
                            "\x1A"
                            "9" +
                            frame,
-                       plain);
+                       plain, counters);
     EXPECT_EQ(plain, frame + frame);
-    EXPECT_EQ(undoubler.broken(), 2U);
+    EXPECT_EQ(counters.brokenFrames, 2U);
+    undoubler.undouble(frame.substr(0, 11), plain, counters);
+    undoubler.finish(counters);
+    EXPECT_EQ(counters.brokenFrames, 3U) << "the end of the stream breaks a frame too";
 }
 
 TEST(BeastUndoubler, DropsStatusFramesAndWhatIsBetweenFrames) {
     auto const frame = fromHex("1A32 000000000000 00 01020304050607");
     auto const status = fromHex("1A34 000000000000 00 1A1A020304050607 0708090A0B0C0D");
+    Counters counters;
     BeastUndoubler undoubler;
     std::string plain;
-    undoubler.undouble("noise" + fromHex("1A1A33") + status + frame + "more noise" + frame, plain);
+    undoubler.undouble("noise" + fromHex("1A1A33") + status + frame + "more noise" + frame, plain, counters);
     EXPECT_EQ(plain, frame + frame);
-    EXPECT_EQ(undoubler.frames(), 3U);
+    EXPECT_EQ(counters.statusFrames, 1U);
+    EXPECT_EQ(counters.skippedBytes, 5U + 3U + 10U);
 }
 
 TEST(BeastEscapes, AreFoundFromTheBeginningOfTheStream) {
@@ -132,32 +144,31 @@ TEST(BeastEscapes, AreFoundFromTheBeginningOfTheStream) {
     EXPECT_TRUE(looksDoubled(""));
 }
 
-TEST(StreamFormat, IsFoundFromTheFirstBytes) {
+TEST(StreamEncoding, IsFoundFromTheFirstBytes) {
     auto const stream = beastStream(100, 5);
-    EXPECT_EQ(findFormat(stream.plain), ModeSEncapsulation::Beast);
-    EXPECT_EQ(findFormat(stream.doubled), ModeSEncapsulation::Beast);
-    EXPECT_EQ(findFormat(stream.doubled.substr(0, 24)), ModeSEncapsulation::Beast);
-    EXPECT_EQ(findFormat("garbage" + stream.doubled), ModeSEncapsulation::Beast);
-    EXPECT_EQ(findFormat("*8D4840D6202CC371C32CE0576098;\n"), ModeSEncapsulation::Avr);
-    EXPECT_EQ(findFormat("Trying 192.0.2.1...\r\n@2A300754D4C05D4CA2D46B609F;\r\n"), ModeSEncapsulation::Avr);
-    EXPECT_EQ(findFormat(":5D4CA2D46B609F;"), ModeSEncapsulation::Avr);
+    EXPECT_EQ(findEncoding(stream.plain), Encoding::BeastPlain);
+    EXPECT_EQ(findEncoding(stream.doubled), Encoding::Beast);
+    EXPECT_EQ(findEncoding(stream.doubled.substr(0, 24)), Encoding::Beast);
+    EXPECT_EQ(findEncoding("garbage" + stream.doubled), Encoding::Beast);
+    EXPECT_EQ(findEncoding("*8D4840D6202CC371C32CE0576098;\n"), Encoding::Avr);
+    EXPECT_EQ(findEncoding("Trying 192.0.2.1...\r\n@2A300754D4C05D4CA2D46B609F;\r\n"), Encoding::Avr);
+    EXPECT_EQ(findEncoding(":5D4CA2D46B609F;"), Encoding::Avr);
     for (auto const& text : {std::string(), std::string("hello\nworld\n"), std::string("*\n*;\n"),
                              std::string(5000, '\x1A'), Noise(4).bytes(65536)}) {
-        EXPECT_FALSE(findFormat(text)) << text.substr(0, 20);
+        EXPECT_FALSE(findEncoding(text)) << text.substr(0, 20);
     }
 }
 
-TEST(StreamFormat, OfRawBinaryIsFoundFromIntactSquitters) {
+TEST(StreamEncoding, OfRawBinaryIsFoundFromIntactSquitters) {
     auto const shortFrame = fromHex("5D4CA2D46B609F");
     auto const squitter = fromHex("8D4840D6202CC371C32CE0576098");
     auto damaged = squitter;
     damaged[7] = '\0';
-    EXPECT_EQ(findFormat(squitter), ModeSEncapsulation::RawBin);
-    EXPECT_EQ(findFormat(shortFrame + squitter + shortFrame + squitter.substr(0, 9)),
-              ModeSEncapsulation::RawBin);
-    EXPECT_EQ(findFormat(squitter + damaged), ModeSEncapsulation::RawBin);
-    EXPECT_FALSE(findFormat(squitter + damaged + damaged));
-    EXPECT_FALSE(findFormat(shortFrame + shortFrame)) << "nothing in it proves itself";
+    EXPECT_EQ(findEncoding(squitter), Encoding::Raw);
+    EXPECT_EQ(findEncoding(shortFrame + squitter + shortFrame + squitter.substr(0, 9)), Encoding::Raw);
+    EXPECT_EQ(findEncoding(squitter + damaged), Encoding::Raw);
+    EXPECT_FALSE(findEncoding(squitter + damaged + damaged));
+    EXPECT_FALSE(findEncoding(shortFrame + shortFrame)) << "nothing in it proves itself";
     EXPECT_EQ(framesOf(shortFrame + squitter), (std::vector{shortFrame, squitter}));
 }
 
@@ -191,14 +202,14 @@ TEST(Framer, JudgesAStreamByItsBeginningWhateverThePieces) {
 
 TEST(Framer, DoesWhatItIsTold) {
     auto const stream = beastStream(300, 5);
-    EXPECT_TRUE(framesOf(stream.doubled, ModeSEncapsulation::Beast, BeastEscapes::Doubled) == stream.frames);
-    EXPECT_TRUE(framesOf(stream.plain, ModeSEncapsulation::Beast, BeastEscapes::Plain) == stream.frames);
-    EXPECT_FALSE(framesOf(stream.plain, ModeSEncapsulation::Beast, BeastEscapes::Doubled) == stream.frames);
+    EXPECT_TRUE(framesOf(stream.doubled, Encoding::Beast) == stream.frames);
+    EXPECT_TRUE(framesOf(stream.plain, Encoding::BeastPlain) == stream.frames);
+    EXPECT_FALSE(framesOf(stream.plain, Encoding::Beast) == stream.frames);
 }
 
 TEST(Framer, KeepsALastFrameThatEndsInAnEscapeByte) {
     auto const frame = fromHex("1A32 000000000000 00 0102030405061A");
-    EXPECT_EQ(framesOf(frame + frame, ModeSEncapsulation::Beast, BeastEscapes::Plain).size(), 2U);
+    EXPECT_EQ(framesOf(frame + frame, Encoding::BeastPlain).size(), 2U);
 }
 
 TEST(Framer, FindsBeastWithRecordsOfOtherKindsBetweenTheFrames) {
@@ -214,7 +225,7 @@ TEST(Framer, FindsBeastWithRecordsOfOtherKindsBetweenTheFrames) {
         rest.remove_prefix(end);
         at = 1;
     }
-    EXPECT_EQ(findFormat(mixed), ModeSEncapsulation::Beast);
+    EXPECT_EQ(findEncoding(mixed), Encoding::Beast);
     EXPECT_TRUE(looksDoubled(mixed));
 }
 
@@ -231,7 +242,7 @@ TEST(Framer, CutsLinesAtTheirEnds) {
         if (i % 3 == 0) line.insert(line.size() - 1, "\r");
         text += line;
     }
-    EXPECT_TRUE(framesOf(text, ModeSEncapsulation::Avr) == expected);
+    EXPECT_TRUE(framesOf(text, Encoding::Avr) == expected);
     EXPECT_TRUE(framesOf(text) == expected);
     EXPECT_TRUE(log.lines().empty());
     text.pop_back();
@@ -240,13 +251,46 @@ TEST(Framer, CutsLinesAtTheirEnds) {
 
 TEST(Framer, DropsALineThatIsTooLong) {
     CapturedLog log(quorvel::modes::Log::Info);
-    Framer framer(ModeSEncapsulation::Avr);
-    EXPECT_EQ(framer.feed("*ABCD;\n").size(), 1U);
-    for (int i = 0; i < 100; ++i) EXPECT_TRUE(framer.feed(std::string(1000, 'A')).empty());
-    EXPECT_EQ(framer.feed("rest\n*ABCD;\n*AB").size(), 1U);
-    EXPECT_EQ(framer.feed("CD;\n").size(), 1U);
-    EXPECT_EQ(framer.droppedBytes(), 100'005U);
+    std::string const text = "*ABCD;\n" + std::string(100'000, 'A') + "rest\n*ABCD;\n*ABCD;\n";
+    for (std::size_t const longest : {10U, 1000U, 1'000'000U}) {
+        Framed const framed(text, Encoding::Avr, longest);
+        EXPECT_EQ(framed.frames.size(), 3U);
+        EXPECT_EQ(framed.counters.overlongLines, 1U);
+        EXPECT_GE(framed.counters.skippedBytes, 100'004U);
+        EXPECT_EQ(framed.counters.badLines, 0U);
+        EXPECT_EQ(framed.counters.bytes, text.size());
+    }
     EXPECT_TRUE(log.lines().empty());
+}
+
+TEST(Framer, CountsLinesThatAreNoFrames) {
+    CapturedLog log;
+    EXPECT_EQ(Framed("hello\n*ABCD;\n\n*ABC\n", Encoding::Avr, 100).counters.badLines, 2U);
+}
+
+TEST(Framer, ReadsHexadecimalLines) {
+    CapturedLog log;
+    std::vector<std::string> const expected{fromHex("5D4CA2D46B609F"),
+                                            fromHex("8D4840D6202CC371C32CE0576098")};
+    auto const* text = "5d4ca2d46b609f\r\n8D4840D6202CC371C32CE0576098\n";
+    EXPECT_EQ(framesOf(text, Encoding::Hex), expected);
+    EXPECT_EQ(framesOf(text), expected) << "found out";
+    EXPECT_EQ(Framed("5D4CA2D46B609F\nxyz\n", Encoding::Hex, 9).counters.badLines, 1U);
+}
+
+TEST(Framer, KeepsTimeStampsAsTheyWereSentAndSignalLevels) {
+    CapturedLog log;
+    auto const frame = fromHex("1A32 123456789ABC C8 01020304050607");
+    Framed const beast(frame + frame, Encoding::Beast, 5);
+    ASSERT_EQ(beast.frames.size(), 2U);
+    EXPECT_EQ(beast.frames[1].stamp, 0x123456789ABCU);
+    EXPECT_EQ(beast.frames[1].signal, 0xC8);
+    Framed const avr("@123456789abc5D4CA2D46B609F;\n*5D4CA2D46B609F;\n@12345678-ABC5D4CA2D46B609F;\n",
+                     Encoding::Avr, 7);
+    ASSERT_EQ(avr.frames.size(), 3U);
+    EXPECT_EQ(avr.frames[0].stamp, 0x123456789ABCU);
+    EXPECT_FALSE(avr.frames[1].stamp);
+    EXPECT_FALSE(avr.frames[2].stamp) << "no number";
 }
 
 TEST(Framer, CutsRawFramesByTheirFormat) {
@@ -254,63 +298,106 @@ TEST(Framer, CutsRawFramesByTheirFormat) {
     auto const shortFrame = fromHex("5D4CA2D46B609F");
     auto const longFrame = fromHex("8D4840D6202CC371C32CE0576098");
     std::vector<std::string> const expected{shortFrame, longFrame, longFrame, shortFrame};
-    EXPECT_EQ(framesOf(shortFrame + longFrame + longFrame + shortFrame, ModeSEncapsulation::RawBin),
-              expected);
+    EXPECT_EQ(framesOf(shortFrame + longFrame + longFrame + shortFrame, Encoding::Raw), expected);
+    for (std::size_t const cut : {7U, 9U}) {
+        Framed const framed(shortFrame + longFrame.substr(0, cut), Encoding::Raw, 100);
+        EXPECT_EQ(framed.frames.size(), 1U);
+        EXPECT_EQ(framed.counters.brokenFrames, 1U);
+        EXPECT_EQ(framed.counters.skippedBytes, cut);
+    }
     EXPECT_TRUE(log.lines().empty());
-    EXPECT_EQ(framesOf(shortFrame + longFrame.substr(0, 9), ModeSEncapsulation::RawBin).size(), 1U);
-    ASSERT_EQ(log.lines().size(), 1U);
-    EXPECT_EQ(log.lines()[0].text, "Raw bin buffer over size (9), data disgarded");
 }
 
-TEST(Framer, SaysSoWhenItCannotTellTheFormat) {
-    Framer framer(std::nullopt);
-    framer.feed("hello world\n");
-    EXPECT_THROW(framer.finish(), HostError);
-    Framer large(std::nullopt);
-    EXPECT_THROW(large.feed(std::string(kSampleBytes, 'x')), HostError);
-    Framer hex(ModeSEncapsulation::RawHex);
-    EXPECT_THROW(hex.feed("5D4CA2D46B609F"), HostError);
-    Framer empty(std::nullopt);
-    EXPECT_TRUE(empty.finish().empty()) << "nothing is no fault";
+TEST(Framer, SaysSoWhenItCannotTellTheEncoding) {
+    EXPECT_THROW(framesOf("hello world\n"), UnknownEncoding);
+    EXPECT_THROW(framesInPieces(std::string(kSampleBytes, 'x'), kSampleBytes), UnknownEncoding);
+    EXPECT_TRUE(framesOf("").empty()) << "nothing is no fault";
+}
+
+// A receiver far from all traffic sends a frame now and then.
+TEST(Framer, TellsASlowStreamByAsMuchOfItAsSuffices) {
+    CapturedLog log;
+    auto const stream = beastStream(60, 10);
+    EXPECT_EQ(framesInPieces(stream.doubled, 64).size(), 60U);
+    EXPECT_EQ(framesInPieces(stream.plain, 64).size(), 60U);
+    std::string lines;
+    for (int i = 0; i < 40; ++i) lines += "*5D4CA2D46B609F;\n";
+    EXPECT_EQ(framesInPieces(lines, 17).size(), 40U);
+}
+
+TEST(Framer, TellsAStreamByWhatHasComeWhenAsked) {
+    CapturedLog log;
+    Counters counters;
+    Framer framer(std::nullopt, counters);
+    Frames frames;
+    framer.settle(frames);
+    framer.feed("*5D4CA2D46B609F;\n*5D4C", frames);
+    EXPECT_EQ(framer.heldBack(), 22U);
+    EXPECT_TRUE(frames.empty());
+    framer.settle(frames);
+    EXPECT_EQ(frames.size(), 1U);
+    EXPECT_EQ(framer.encoding(), Encoding::Avr);
+    framer.feed("A2D46B609F;\n", frames);
+    EXPECT_EQ(frames.size(), 2U);
 }
 
 TEST(Framer, NeverHoldsMoreThanASample) {
     Noise noise(8);
     CapturedLog log(quorvel::modes::Log::Error);
-    for (auto const format :
-         {ModeSEncapsulation::Avr, ModeSEncapsulation::Beast, ModeSEncapsulation::RawBin}) {
-        Framer framer(format);
-        for (int i = 0; i < 200; ++i) {
-            for (auto const& record : framer.feed(noise.bytes(1000))) {
-                auto const size = record->data().size();
-                EXPECT_TRUE(size == 2 || size == 7 || size == 14);
-            }
+    for (auto const& [encoding, identifier, name] : kEncodings) {
+        Counters counters;
+        Framer framer(encoding, counters);
+        Frames frames;
+        for (int i = 0; i < 200; ++i) framer.feed(noise.bytes(1000), frames);
+        framer.finish(frames);
+        for (auto const& frame : frames) {
+            auto const size = frame.record->data().size();
+            EXPECT_TRUE(size == 2 || size == 7 || size == 14);
         }
-        framer.finish();
+        EXPECT_EQ(counters.bytes, 200'000U);
     }
+}
+
+TEST(Encoding, IsFoundByItsIdentifier) {
+    for (auto const& entry : kEncodings) {
+        EXPECT_EQ(encodingOf(entry.identifier), entry.encoding);
+        EXPECT_EQ(identifierOf(entry.encoding), entry.identifier);
+        EXPECT_EQ(nameOf(entry.encoding), entry.name);
+    }
+    EXPECT_FALSE(encodingOf("auto"));
 }
 
 TEST(FramelessSpan, IsToldOfOnceWhenItIsLong) {
     FramelessSpan span;
-    EXPECT_FALSE(span.take(FramelessSpan::kNotable - 1, false));
-    EXPECT_TRUE(span.take(1, false));
-    EXPECT_FALSE(span.take(FramelessSpan::kNotable, false));
+    EXPECT_FALSE(span.take(std::string(FramelessSpan::kNotable - 1, 'x'), false));
+    EXPECT_TRUE(span.take("x", false));
+    EXPECT_FALSE(span.take(std::string(FramelessSpan::kNotable, 'x'), false));
     EXPECT_EQ(span.bytes(), 2 * FramelessSpan::kNotable);
     EXPECT_FALSE(span.finish());
 }
 
 TEST(FramelessSpan, EndsWithAFrame) {
     FramelessSpan span;
-    EXPECT_FALSE(span.take(FramelessSpan::kNotable - 1, false));
-    EXPECT_FALSE(span.take(1, true));
-    EXPECT_FALSE(span.take(FramelessSpan::kNotable - 1, false));
-    EXPECT_TRUE(span.take(1, false)) << "it is told of again";
+    EXPECT_FALSE(span.take(std::string(FramelessSpan::kNotable - 1, 'x'), false));
+    EXPECT_FALSE(span.take("x", true));
+    EXPECT_FALSE(span.take(std::string(FramelessSpan::kNotable - 1, 'x'), false));
+    EXPECT_TRUE(span.take("x", false)) << "it is told of again";
 }
 
 TEST(FramelessSpan, IsToldOfEarlierAtTheEnd) {
     FramelessSpan span;
-    EXPECT_FALSE(span.take(FramelessSpan::kNotableAtEnd - 1, false));
+    EXPECT_FALSE(span.take(std::string(FramelessSpan::kNotableAtEnd - 1, 'x'), false));
     EXPECT_FALSE(span.finish());
-    EXPECT_FALSE(span.take(1, false));
+    EXPECT_FALSE(span.take("x", false));
     EXPECT_TRUE(span.finish());
+}
+
+TEST(FramelessSpan, SaysWhatTheStreamLooksLike) {
+    FramelessSpan span;
+    span.take("*5D4CA2D46B609F;\n", false);
+    EXPECT_EQ(span.text(Encoding::Beast),
+              "no frames in the last 17 bytes: this looks like AVR text; expected Beast");
+    EXPECT_EQ(span.text(Encoding::Avr), "no frames in the last 17 bytes");
+    span.take("noise", false);
+    EXPECT_EQ(span.text(Encoding::Beast), "no frames in the last 22 bytes");
 }

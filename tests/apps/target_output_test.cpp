@@ -2,9 +2,7 @@
 #include "host/host_error.h"
 #include "host/target_pages.h"
 #include "host/target_table.h"
-#include "host/track_session.h"
 
-#include "support/captured_log.h"
 #include "support/temporary_folder.h"
 
 #include <modes/adsb_target.h>
@@ -15,8 +13,6 @@
 #include <sstream>
 
 using namespace quorvel;
-using modes::ModeSEncapsulation;
-using modes::test::CapturedLog;
 using modes::test::TemporaryFolder;
 
 namespace {
@@ -26,10 +22,6 @@ std::string content(std::string const& path) {
     text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
 }
-
-ModeSEncapsulation::Records records(std::string lines) { return ModeSEncapsulation::extractAvr(lines); }
-
-auto const kIdentification = "8D4840D6202CC371C32CE0576098"; // KLM1023
 
 std::shared_ptr<modes::ADSBTarget> fullTarget() {
     auto target = std::make_shared<modes::ADSBTarget>(0x4840D6);
@@ -106,121 +98,4 @@ TEST(TargetPages, SaySoWhenTheyCannotBeWritten) {
     EXPECT_THROW(host::writePages(file + "/pages", {}, 0), host::HostError);
     std::filesystem::create_directories(folder.path("pages/index.html"));
     EXPECT_THROW(host::writePages(folder.path("pages"), {}, 0), host::HostError);
-}
-
-TEST(StreamTime, IsTheLatestTimeSeen) {
-    host::StreamTime time;
-    EXPECT_TRUE(time.advance(1500));
-    EXPECT_FALSE(time.advance(1999));
-    EXPECT_FALSE(time.advance(1200)) << "late frames do not turn time back";
-    EXPECT_EQ(time.now(), 1999U);
-    EXPECT_TRUE(time.advance(2000));
-}
-
-TEST(StreamTime, GoesOnAfterMidnight) {
-    host::StreamTime time;
-    time.advance(86'399'000);
-    EXPECT_TRUE(time.advance(500)) << "the receiver's day begins anew";
-    EXPECT_EQ(time.now(), 500U);
-    EXPECT_FALSE(time.advance(400));
-}
-
-TEST(TrackSession, CountsWhatItTakes) {
-    CapturedLog log;
-    host::TrackSession session({});
-    session.take(records(std::string("*") + kIdentification +
-                         ";\n*ABCD;\n*0000000000000000000000000000;\n*C8000000000000;\n"));
-    EXPECT_EQ(session.frames(), 4U);
-    EXPECT_EQ(session.modeACFrames(), 1U);
-    EXPECT_EQ(session.messages(), 2U);
-    EXPECT_EQ(session.tracked(), 1U);
-    ASSERT_EQ(session.tracker().allTargets().size(), 1U);
-    EXPECT_EQ(session.tracker().allTargets()[0]->callsign(), "KLM1023 ");
-    EXPECT_GT(session.now(), 0U);
-}
-
-TEST(TrackSession, DropsTargetsThatHaveFallenSilent) {
-    CapturedLog log;
-    host::TrackOptions options;
-    options.timeoutMilliseconds = 60'000;
-    host::TrackSession session(options);
-    auto const at = [](unsigned second, std::string const& frame) {
-        char stamp[17] = "";
-        std::snprintf(stamp, sizeof stamp, "%012llX", static_cast<unsigned long long>(second) << 30);
-        return std::string("@") + stamp + frame + ";\n";
-    };
-    session.take(records(at(100, kIdentification)));
-    session.take(records(at(159, "8D40621D58C382D690C8AC2863A7")));
-    EXPECT_EQ(session.tracker().allTargets().size(), 2U);
-    session.take(records(at(161, "8D40621D58C382D690C8AC2863A7")));
-    ASSERT_EQ(session.tracker().allTargets().size(), 1U);
-    EXPECT_EQ(session.tracker().allTargets()[0]->icaoAddr(), 0x40621DU);
-}
-
-TEST(TrackSession, DropsTargetsThatFellSilentBeforeMidnight) {
-    CapturedLog log;
-    host::TrackOptions options;
-    options.timeoutMilliseconds = 60'000;
-    host::TrackSession session(options);
-    session.take(records("@545FC0000000" + std::string(kIdentification) + ";\n")); // 23:59:59
-    session.take(records("@00000000000088"
-                         "40621D58C382D690C8AC2863A7;\n@0000400000008D40621D58C382D690C8AC2863A7;\n"));
-    ASSERT_EQ(session.tracker().allTargets().size(), 1U);
-    EXPECT_EQ(session.tracker().allTargets()[0]->icaoAddr(), 0x40621DU);
-}
-
-TEST(TrackSession, TakesNoTimeFromMessagesThatItDoesNotBelieve) {
-    CapturedLog log;
-    host::TrackSession session({});
-    session.take(records("@0000400000008D40621D58C382D690C8AC2863A7;\n"));
-    auto const before = session.now();
-    session.take(records("@FFFFC000000000000510F4F4B2;\n"));
-    EXPECT_EQ(session.messages(), 2U);
-    EXPECT_EQ(session.now(), before);
-}
-
-TEST(TrackSession, MakesADatabaseThatIsNotThereYet) {
-    CapturedLog log;
-    TemporaryFolder folder;
-    host::TrackOptions options;
-    options.database = folder.path("db.csv");
-    host::TrackSession session(options);
-    session.finish();
-    EXPECT_EQ(content(options.database), "icao_addr,mops_version,airline\n");
-}
-
-TEST(TrackSession, KeepsTheDatabase) {
-    CapturedLog log;
-    TemporaryFolder folder;
-    host::TrackOptions options;
-    options.database = folder.write("db.csv", "icao_addr,mops_version,airline\n4840D6,2,KLM\n");
-    options.altitudeCheck = true;
-    host::TrackSession session(options);
-    session.take(records(std::string("*") + kIdentification + ";\n"));
-    EXPECT_EQ(session.tracker().allTargets().at(0)->mopsVersion(), modes::MOPS_V2);
-    session.finish();
-    EXPECT_EQ(content(options.database), "icao_addr,mops_version,airline\n4840D6,2,KLM\n");
-}
-
-TEST(TrackSession, TeachesTheDatabaseWhatItLearned) {
-    CapturedLog log;
-    TemporaryFolder folder;
-    host::TrackOptions options;
-    options.database = folder.path("db.csv");
-    host::TrackSession session(options);
-    auto const squitter = std::string("*") + kIdentification + ";\n";
-    for (int i = 0; i < 21; ++i) session.take(records(squitter)); // so many confirm version 0
-    session.finish();
-    EXPECT_EQ(content(options.database), "icao_addr,mops_version,airline\n4840D6,0,KLM\n");
-}
-
-TEST(TrackSession, SaysSoWhenTheDatabaseCannotBeReadOrWritten) {
-    CapturedLog log;
-    TemporaryFolder folder;
-    host::TrackOptions options;
-    options.database = folder.path("missing/db.csv");
-    host::TrackSession session(options);
-    EXPECT_THROW(session.finish(), host::HostError);
-    options.database = folder.path("");
-    EXPECT_THROW(host::TrackSession{options}, host::HostError) << "a folder is no file";
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <modes/modes_encapsulation.h>
+#include "host/encoding.h"
 
 #include <cstddef>
 #include <optional>
@@ -13,7 +13,11 @@ namespace quorvel::host {
 inline constexpr std::size_t kSampleBytes = 64 * 1024;
 
 /// The encoding of a stream that begins like this: Beast when most of it is frames that follow each other,
-/// AVR when a line of it is one. Raw binary has no marks and is never found; nothing else is either.
-std::optional<modes::ModeSEncapsulation::Format> findFormat(std::string_view sample);
+/// AVR or hexadecimal when a line of it is one, raw binary when its extended squitters are intact; none
+/// otherwise.
+std::optional<Encoding> findEncoding(std::string_view sample);
+
+/// The same, when a longer beginning could not change the answer: for streams that come slowly.
+std::optional<Encoding> findEncodingForSure(std::string_view sample);
 
 } // namespace quorvel::host

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "host/position_gate.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace quorvel::host {
+
+namespace {
+
+constexpr double kEarthRadiusNm = 3440.065;
+constexpr double kFastestKnots = 1500.0; // over ground, with wind
+constexpr double kSlackNm = 1.0;         // rounding of positions, and of times to whole seconds
+constexpr double kMsPerHour = 3'600'000.0;
+
+double radians(double degrees) { return degrees * std::numbers::pi / 180.0; }
+
+bool isOnTheGlobe(Place const& place) {
+    return std::abs(place.latitude) <= 90.0 &&
+           std::abs(place.longitude) <= 180.0; // false for what is no number
+}
+
+bool isReachable(PositionGate::Shown const& from, PositionGate::Shown const& to) {
+    auto const apart = to.time > from.time ? to.time - from.time : from.time - to.time;
+    auto const reach = kSlackNm + kFastestKnots * static_cast<double>(apart) / kMsPerHour;
+    return distanceNm(from.place, to.place) <= reach;
+}
+
+} // namespace
+
+double distanceNm(Place const& from, Place const& to) {
+    auto const sineOfHalf = [](double degrees) { return std::sin(radians(degrees) / 2); };
+    auto const north = sineOfHalf(to.latitude - from.latitude);
+    auto const east = sineOfHalf(to.longitude - from.longitude);
+    auto const chord =
+        north * north + std::cos(radians(from.latitude)) * std::cos(radians(to.latitude)) * east * east;
+    return 2 * kEarthRadiusNm * std::asin(std::min(1.0, std::sqrt(chord)));
+}
+
+PositionGate::Verdict PositionGate::judge(Place const& place, TimeMs time, PositionLimits const& limits) {
+    Shown const candidate{place, time};
+    auto verdict = Verdict::Shown;
+    if (!isOnTheGlobe(place)) {
+        verdict = Verdict::Impossible;
+    } else if (limits.receiver && distanceNm(*limits.receiver, place) > limits.rangeNm) {
+        verdict = Verdict::OutOfRange;
+    } else if (limits.checksSpeed && _shown && !isReachable(*_shown, candidate)) {
+        verdict = Verdict::TooFast;
+    }
+    if (verdict == Verdict::Impossible) {
+        ++_refused;
+        return verdict;
+    }
+    if (verdict != Verdict::Shown) {
+        bool const goesOn = _refusedInARow > 0 && isReachable(_lastRefused, candidate);
+        if (!goesOn) _refusedInARow = 0;
+        if (_refusedInARow < kRefusalsInARow) {
+            ++_refusedInARow;
+            _lastRefused = candidate;
+            ++_refused;
+            return verdict;
+        }
+        verdict = Verdict::Believed;
+    }
+    _refusedInARow = 0;
+    _shown = candidate;
+    return verdict;
+}
+
+} // namespace quorvel::host

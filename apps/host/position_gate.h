@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/frame.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace quorvel::host {
+
+/// Degrees, north and east positive.
+struct Place {
+    double latitude = 0.0;
+    double longitude = 0.0;
+};
+
+/// Great-circle distance in nautical miles.
+double distanceNm(Place const& from, Place const& to);
+
+/// What positions must keep to, to be shown.
+struct PositionLimits {
+    std::optional<Place> receiver; ///< where it stands; no limit of range when not known
+    double rangeNm = 300.0;        ///< how far it can hear
+    bool checksSpeed = true;       ///< false where times say nothing
+};
+
+/// Keeps positions that cannot be true from being shown: forged, from a wrong pair of frames, from a repaired
+/// frame. One for each aircraft.
+///
+/// A position must be within range of the receiver and reachable from the last one shown. After three
+/// refusals in a row, of places that could be one flight, the new place is believed. What is not on the globe
+/// never is.
+class PositionGate {
+public:
+    enum class Verdict : std::uint8_t { Shown, Believed, OutOfRange, TooFast, Impossible };
+
+    struct Shown {
+        Place place;
+        TimeMs time = 0;
+    };
+
+    /// Takes a new position, reported at `time`. `Shown` and `Believed` ones become `shown()`.
+    Verdict judge(Place const& place, TimeMs time, PositionLimits const& limits);
+
+    /// The last position that passed.
+    std::optional<Shown> const& shown() const { return _shown; }
+
+    std::uint64_t refused() const { return _refused; } ///< positions that did not pass
+
+private:
+    static constexpr int kRefusalsInARow = 3;
+
+    std::optional<Shown> _shown;
+    Shown _lastRefused;
+    int _refusedInARow = 0; // of places that could be one flight
+    std::uint64_t _refused = 0;
+};
+
+} // namespace quorvel::host

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "host/stream_encoding.h"
+
+#include <modes/df_message.h>
+
+#include "host/beast_undoubler.h"
+#include "host/frame.h"
+
+#include <algorithm>
+#include <string>
+
+namespace quorvel::host {
+
+namespace {
+
+constexpr std::size_t kLongestFrameBytes = 2 * 23; // a doubled one; the last of a sample may be cut
+constexpr std::size_t kSureLines = 4;
+constexpr std::string_view kHexDigits = "0123456789ABCDEFabcdef";
+
+bool isHex(std::string_view text) { return text.find_first_not_of(kHexDigits) == std::string_view::npos; }
+
+bool isAvrLine(std::string_view line) {
+    return line.size() >= 4 && std::string_view("*:@").find(line.front()) != std::string_view::npos &&
+           line.find(';') != std::string_view::npos && isHex(line.substr(1, line.find(';') - 1));
+}
+
+bool isHexLine(std::string_view line) {
+    return (line.size() == 2 * kShortFrameBytes || line.size() == 2 * kLongFrameBytes) && isHex(line);
+}
+
+// Lines of a sample, and how many of them are of which kind.
+struct Lines {
+    std::size_t all = 0;
+    std::size_t avr = 0;
+    std::size_t hex = 0;
+};
+
+Lines countLines(std::string_view sample) {
+    Lines lines;
+    while (!sample.empty()) {
+        auto const end = std::min(sample.find('\n'), sample.size());
+        auto line = sample.substr(0, end);
+        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        ++lines.all;
+        lines.avr += isAvrLine(line) ? 1U : 0U;
+        lines.hex += isHexLine(line) ? 1U : 0U;
+        sample.remove_prefix(std::min(end + 1, sample.size()));
+    }
+    return lines;
+}
+
+// Extended squitters prove themselves by their parity.
+bool isSquitter(std::string const& frame) {
+    auto const format = static_cast<unsigned char>(frame[0]) >> 3;
+    return format == modes::DFMessage::DF17 || format == modes::DFMessage::DF18;
+}
+
+bool isIntactSquitter(std::string const& frame) {
+    modes::ModeSMessageFieldPI parity;
+    return parity.decode(frame, 88) &&
+           parity.parityInterrogatorId() == modes::DF17Message().calculateParity(frame);
+}
+
+// Raw binary has no marks between its frames. It is taken for such when half of the squitters in it, read
+// from its first byte on, are intact.
+bool looksRaw(std::string_view sample) {
+    std::size_t squitters = 0;
+    std::size_t intact = 0;
+    for (std::size_t at = 0; at < sample.size() && at + rawFrameBytes(sample[at]) <= sample.size();) {
+        std::string const frame(sample.substr(at, rawFrameBytes(sample[at])));
+        at += frame.size();
+        if (!isSquitter(frame)) continue;
+        ++squitters;
+        intact += isIntactSquitter(frame) ? 1U : 0U;
+    }
+    return intact > 0 && 2 * intact >= squitters;
+}
+
+std::optional<Encoding> findBeast(std::string_view sample) {
+    auto const doubled = chainedBytes(sample, true);
+    auto const plain = chainedBytes(sample, false);
+    auto const frames = std::max(doubled, plain);
+    if (frames == 0 || 2 * frames + kLongestFrameBytes < sample.size()) return {};
+    return doubled >= plain ? Encoding::Beast : Encoding::BeastPlain;
+}
+
+} // namespace
+
+std::optional<Encoding> findEncoding(std::string_view sample) {
+    if (auto const beast = findBeast(sample)) return beast;
+    auto const lines = countLines(sample);
+    if (lines.avr > 0) return Encoding::Avr;
+    if (lines.hex > 0) return Encoding::Hex;
+    if (looksRaw(sample)) return Encoding::Raw;
+    return {};
+}
+
+std::optional<Encoding> findEncodingForSure(std::string_view sample) {
+    if (auto const beast = findBeast(sample)) {
+        bool const tells = chainedBytes(sample, true) != chainedBytes(sample, false);
+        return tells ? beast : std::nullopt;
+    }
+    auto const lines = countLines(sample);
+    if (lines.avr >= kSureLines && 2 * lines.avr >= lines.all) return Encoding::Avr;
+    if (lines.hex >= kSureLines && 2 * lines.hex >= lines.all) return Encoding::Hex;
+    return {};
+}
+
+} // namespace quorvel::host
