@@ -3,49 +3,65 @@
 
 #include "host/host_error.h"
 
+#include <chrono>
 #include <iostream>
 
 namespace quorvel::host {
 
+namespace {
+
+constexpr std::size_t kDateCharacters = 10;
+
+TimeMs nowOfTheHost() {
+    return static_cast<TimeMs>(std::chrono::duration_cast<std::chrono::milliseconds>(
+                                   std::chrono::system_clock::now().time_since_epoch())
+                                   .count());
+}
+
+// The last date in a file's name, 0 when there is none.
+TimeMs dateInName(std::string const& path) {
+    auto const name = path.substr(path.rfind('/') + 1);
+    for (auto at = name.size(); at-- > 0;) {
+        if (at + kDateCharacters > name.size()) continue;
+        if (auto const date = parseTime(name.substr(at, kDateCharacters))) return *date;
+    }
+    return 0;
+}
+
+ReadOptions dated(ReadOptions options, std::string const& name) {
+    if (options.time.start == 0) options.time.start = dateInName(name);
+    return options;
+}
+
+} // namespace
+
 FrameReader::FrameReader(std::string const& name, ReadOptions const& options)
     : _source(name)
-    , _framer(options.encoding, _counters)
-    , _clock(options.time, false)
+    , _input(dated(options, name), false, _counters)
     , _progress(_source.name(), _source.size()) {}
 
 Frames FrameReader::read() {
     Frames frames;
     try {
-        readMore(frames);
-        // without times there is nothing to wait for; and how stamps count shows in many frames only
-        while (!_clock.settle(frames, 0, _ended)) readMore(frames);
+        for (std::string bytes; frames.empty() && !_ended;) {
+            if (_source.read(bytes)) {
+                _input.feed(bytes, nowOfTheHost(), frames);
+            } else {
+                _ended = true;
+                _input.finish(nowOfTheHost(), frames);
+                complain(_source.complaint());
+            }
+            complain(_input.complaint());
+            _progress.advance(_source.done(), _counters.frames);
+        }
     } catch (UnknownEncoding const&) {
         throw UnknownEncoding(_source.name());
-    }
-    for (auto& frame : frames) {
-        _clock.stamp(frame, 0, _counters);
-        ++(frame.record->data().size() == kModeAcFrameBytes ? _counters.modeAcFrames : _counters.frames);
     }
     return frames;
 }
 
-void FrameReader::readMore(Frames& frames) {
-    auto const before = frames.size();
-    for (std::string bytes; frames.size() == before && !_ended;) {
-        if (_source.read(bytes)) {
-            _framer.feed(bytes, frames);
-        } else {
-            _ended = true;
-            _framer.finish(frames);
-            if (!_source.complaint().empty()) complain(_source.complaint());
-        }
-        bool const isSilent = _frameless.take(bytes, frames.size() > before);
-        if (isSilent || (_ended && _frameless.finish())) complain(_frameless.text(_framer.encoding()));
-        _progress.advance(_source.done(), _counters.frames);
-    }
-}
-
 void FrameReader::complain(std::string const& what) const {
+    if (what.empty()) return;
     Progress::erase();
     std::cerr << "trevallo: " << _source.name() << ": " << what << '\n';
 }

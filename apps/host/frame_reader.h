@@ -4,24 +4,16 @@
 #include "host/byte_source.h"
 #include "host/counters.h"
 #include "host/frame.h"
-#include "host/frame_clock.h"
-#include "host/frameless_span.h"
-#include "host/framer.h"
 #include "host/progress.h"
+#include "host/stream_input.h"
 
-#include <optional>
 #include <string>
 
 namespace quorvel::host {
 
-/// How a recording is to be read.
-struct ReadOptions {
-    std::optional<Encoding> encoding; ///< found out from the first bytes when not given
-    TimeOptions time;
-};
-
 /// Reads a whole recording frame by frame: file, compressed file or standard input. The records bear their
-/// times.
+/// times. What is wrong with it is said on standard error. A file with a date in its name ("2024-05-01") is
+/// of that day, unless another is given.
 class FrameReader {
 public:
     /// Throws HostError when it cannot be opened.
@@ -32,19 +24,16 @@ public:
     Frames read();
 
     std::string const& name() const { return _source.name(); }
-    std::optional<Encoding> encoding() const { return _framer.encoding(); } ///< once it is known
-    FrameClock const& clock() const { return _clock; }
+    std::optional<Encoding> encoding() const { return _input.encoding(); } ///< once it is known
+    FrameClock const& clock() const { return _input.clock(); }
     Counters const& counters() const { return _counters; } ///< of bytes, framing and time
 
 private:
-    void readMore(Frames& frames);
     void complain(std::string const& what) const;
 
     Counters _counters;
     ByteSource _source;
-    Framer _framer;
-    FramelessSpan _frameless;
-    FrameClock _clock;
+    StreamInput _input;
     Progress _progress;
     bool _ended = false;
 };

@@ -14,20 +14,22 @@ namespace quorvel::host {
 /// in the middle would otherwise fall silent without a word.
 class FramelessSpan {
 public:
-    static constexpr std::size_t kNotable = 64 * 1024;     ///< bytes, while more may come
-    static constexpr std::size_t kNotableAtEnd = 4 * 1024; ///< bytes, when nothing comes any more
+    static constexpr std::size_t kNotable = 64 * 1024;       ///< bytes, while more may come
+    static constexpr std::size_t kNotableAtFirst = 4 * 1024; ///< bytes, when there was never a frame before
+    static constexpr std::size_t kNotableAtEnd = 4 * 1024;   ///< bytes, when nothing comes any more
 
     /// Takes note of bytes that were read and whether they gave a frame. True when the span has just become
     /// notable.
     bool take(std::string_view bytes, bool gaveFrames) {
         if (gaveFrames) {
+            _hadFrames = true;
             _bytes = 0;
             _isTold = false;
             return false;
         }
         _bytes += bytes.size();
         if (!bytes.empty()) _last = bytes;
-        return tell(kNotable);
+        return tell(_hadFrames ? kNotable : kNotableAtFirst);
     }
 
     /// What to say of it: "no frames in the last 65536 bytes: this looks like AVR text; expected Beast".
@@ -48,6 +50,7 @@ private:
 
     std::size_t _bytes = 0;
     std::string _last; // the last bytes of it that came
+    bool _hadFrames = false;
     bool _isTold = false;
 };
 

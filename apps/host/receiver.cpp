@@ -44,11 +44,7 @@ Receiver::Receiver(ReceiverOptions const& options, AircraftFile* database)
 Receiver::Result Receiver::take(Frame const& frame) {
     Result result;
     auto const bytes = frame.record->data();
-    if (bytes.size() == kModeAcFrameBytes) {
-        ++_counters.modeAcFrames;
-        return result;
-    }
-    ++_counters.frames;
+    if (bytes.size() == kModeAcFrameBytes) return result;
     ++_counters.byFormat[static_cast<unsigned char>(bytes[0]) >> 3];
     result.message = _decoder.decode(ModeSMessage::DOWNLINK, frame.record);
     if (!result.message) {

@@ -46,7 +46,7 @@ public:
         std::shared_ptr<modes::ADSBTarget> target;    ///< none when it was given to no target
     };
 
-    /// Takes a frame, whose record bears its time.
+    /// Takes a frame, whose record bears its time. Nothing comes of Mode A/C replies.
     Result take(Frame const& frame);
 
     /// Drops the targets that have fallen silent. To be called about once a second.

@@ -369,6 +369,7 @@ TEST(Encoding, IsFoundByItsIdentifier) {
 
 TEST(FramelessSpan, IsToldOfOnceWhenItIsLong) {
     FramelessSpan span;
+    span.take("*5D4CA2D46B609F;", true);
     EXPECT_FALSE(span.take(std::string(FramelessSpan::kNotable - 1, 'x'), false));
     EXPECT_TRUE(span.take("x", false));
     EXPECT_FALSE(span.take(std::string(FramelessSpan::kNotable, 'x'), false));
@@ -378,6 +379,7 @@ TEST(FramelessSpan, IsToldOfOnceWhenItIsLong) {
 
 TEST(FramelessSpan, EndsWithAFrame) {
     FramelessSpan span;
+    span.take("*5D4CA2D46B609F;", true);
     EXPECT_FALSE(span.take(std::string(FramelessSpan::kNotable - 1, 'x'), false));
     EXPECT_FALSE(span.take("x", true));
     EXPECT_FALSE(span.take(std::string(FramelessSpan::kNotable - 1, 'x'), false));
@@ -386,10 +388,17 @@ TEST(FramelessSpan, EndsWithAFrame) {
 
 TEST(FramelessSpan, IsToldOfEarlierAtTheEnd) {
     FramelessSpan span;
+    span.take("*5D4CA2D46B609F;", true);
     EXPECT_FALSE(span.take(std::string(FramelessSpan::kNotableAtEnd - 1, 'x'), false));
     EXPECT_FALSE(span.finish());
     EXPECT_FALSE(span.take("x", false));
     EXPECT_TRUE(span.finish());
+}
+
+TEST(FramelessSpan, IsToldOfEarlierWhenThereWasNeverAFrame) {
+    FramelessSpan span;
+    EXPECT_FALSE(span.take(std::string(FramelessSpan::kNotableAtFirst - 1, 'x'), false));
+    EXPECT_TRUE(span.take("x", false));
 }
 
 TEST(FramelessSpan, SaysWhatTheStreamLooksLike) {
