@@ -25,7 +25,7 @@ public:
     virtual ~Output() = default;
 
     /// Whether `heard` wants to be called, and with the aircraft filled in.
-    enum class Wants { Pictures, Frames, FramesWithAircraft };
+    enum class Wants { Pictures, EachFrame, FramesWithAircraft };
     virtual Wants wants() const { return Wants::Pictures; }
 
     /// Each Mode S frame, in the order of reception. Mode A/C replies come with no message.
