@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/output.h"
+
+#include <map>
+#include <utility>
+
+namespace quorvel::host {
+
+/// A stream of JSON objects, one a line: a snapshot of each aircraft about which something was heard since
+/// the picture before.
+///
+/// Keys are the names of the report's getters, always all of them and in the same order; null stands for what
+/// is not valid. Each time comes as ISO 8601 text and, under its name with "Ms", in milliseconds; each item
+/// has its age in seconds.
+class JsonLines : public Output {
+public:
+    explicit JsonLines(std::unique_ptr<Sink> sink);
+
+    void picture(Picture const& picture) override;
+
+private:
+    using Key = std::pair<std::string, unsigned int>; // source and address
+    using State = std::pair<TimeMs, std::uint64_t>;   // last update and number of messages
+
+    std::unique_ptr<Sink> _sink;
+    std::map<Key, State> _told;
+};
+
+/// The snapshot of one aircraft as a line of JSON, line feed included.
+std::string jsonLine(Picture const& picture, Aircraft const& aircraft);
+
+} // namespace quorvel::host

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "outputs/shown_aircraft.h"
+
+#include <algorithm>
+
+namespace quorvel::host {
+
+bool showsPosition(Aircraft const& aircraft) {
+    auto const& report = *aircraft.report;
+    return report.positionValid() && aircraft.age(report.positionLastUpdate()) <= kPositionShown;
+}
+
+std::vector<Aircraft const*> newestByAddress(Picture const& picture) {
+    std::vector<Aircraft const*> newest;
+    newest.reserve(picture.aircraft.size());
+    for (auto const& aircraft : picture.aircraft) newest.push_back(&aircraft);
+
+    auto const address = [](Aircraft const* aircraft) { return aircraft->report->icaoAddress(); };
+    auto const age = [](Aircraft const* aircraft) { return aircraft->age(aircraft->report->lastUpdate()); };
+    std::stable_sort(newest.begin(), newest.end(), [&](Aircraft const* a, Aircraft const* b) {
+        return address(a) != address(b) ? address(a) < address(b) : age(a) < age(b);
+    });
+    auto const isSame = [&](Aircraft const* a, Aircraft const* b) { return address(a) == address(b); };
+    newest.erase(std::unique(newest.begin(), newest.end(), isSame), newest.end());
+    return newest;
+}
+
+bool timeKnown(Picture const& picture, Aircraft const& aircraft) {
+    return std::all_of(picture.sources.begin(), picture.sources.end(), [&](SourceState const& source) {
+        bool const isItsOwn = aircraft.source.empty() || source.name == aircraft.source;
+        return !isItsOwn || source.timeKnown;
+    });
+}
+
+} // namespace quorvel::host

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/aircraft.h"
+
+#include <vector>
+
+namespace quorvel::host {
+
+// How long an aircraft is shown, by the age of what is shown: an aircraft whose position stands still is not
+// to look alive because it still answers.
+inline constexpr TimeMs kPositionFades = 15'000;   ///< a younger position is as good as new
+inline constexpr TimeMs kPositionShown = 60'000;   ///< an older position is none
+inline constexpr TimeMs kAircraftListed = 300'000; ///< an aircraft not heard for longer is in no list
+
+/// Whether there is a position that is still worth showing.
+bool showsPosition(Aircraft const& aircraft);
+
+/// One entry for each address, in the order of addresses: where several sources hear an aircraft, that of the
+/// one that heard it last.
+std::vector<Aircraft const*> newestByAddress(Picture const& picture);
+
+/// Whether the times of an aircraft are of any calendar.
+bool timeKnown(Picture const& picture, Aircraft const& aircraft);
+
+} // namespace quorvel::host

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/frame.h"
+
+#include <string>
+
+namespace quorvel::host {
+
+/// A number with so many decimals and a point, whatever the locale of the host.
+std::string fixed(double number, int decimals);
+
+/// Milliseconds in seconds.
+double seconds(TimeMs time);
+
+/// An aircraft address as six upper-case digits, and a Mode A code as four octal ones.
+std::string addressText(unsigned int address);
+std::string squawkText(unsigned int code);
+
+/// Text that came over the air or from a command line, safe to show in a line of plain text: printable ASCII,
+/// "?" for all else, no trailing blanks.
+std::string printable(std::string const& text);
+
+/// Text in which what is not valid UTF-8 has become U+FFFD.
+std::string validUtf8(std::string const& text);
+
+} // namespace quorvel::host

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include "outputs/aircraft_json.h"
+
+#include "host/host_error.h"
+
+#include "pictures.h"
+#include "support/frames.h"
+#include "support/temporary_folder.h"
+
+#include <modes/df_message.h>
+#include <nlohmann/json.hpp>
+
+#include <gtest/gtest.h>
+
+using namespace quorvel;
+using namespace quorvel::host::test;
+using host::AircraftJson;
+using modes::ModeSMessage;
+using modes::test::TemporaryFolder;
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+class AircraftJsonFile : public testing::Test {
+protected:
+    std::string file() const { return _folder.path("aircraft.json"); }
+
+    Json receiver() const { return Json::parse(content(_folder.path("receiver.json"))); }
+
+    Json aircraft(std::vector<host::Aircraft> const& list) const {
+        return Json::parse(AircraftJson(file(), {}).text(pictureOf(list)))["aircraft"];
+    }
+
+    TemporaryFolder _folder;
+};
+
+void hearIdentification(AircraftJson& output, unsigned typeCode, ModeSMessage::Confidence confidence) {
+    modes::DF17Message message;
+    message.decode(modes::test::squitter(0x4840D6, modes::test::identification("KLM1023", 3, typeCode)));
+    message.setConfidence(confidence);
+    output.heard({frameOf("00"), &message, nullptr});
+}
+
+} // namespace
+
+TEST_F(AircraftJsonFile, HasTheFieldsThatMapsRead) {
+    auto const list = aircraft({knownAircraft()});
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_EQ(list[0].dump(),
+              R"({"hex":"4840d6","flight":"KLM1023","squawk":"4032","emergency":"none","alert":0,"spi":0,)"
+              R"("alt_baro":38000,"gs":451.3,"track":92.5,"baro_rate":-640,"lat":52.25,"lon":-3.9375,)"
+              R"("seen_pos":2.5,"version":2,"nic":8,"nac_p":9,"sil":3,"mlat":[],"tisb":[],"messages":321,)"
+              R"("seen":2.5,"rssi":-6.0})");
+}
+
+TEST_F(AircraftJsonFile, LeavesOutWhatIsNotValid) {
+    EXPECT_EQ(aircraft({heardAircraft(0xABC, kNow)})[0].dump(),
+              R"({"hex":"000abc","mlat":[],"tisb":[],"messages":1,"seen":0.0})");
+}
+
+TEST_F(AircraftJsonFile, SaysWhenItWasWrittenAndHowManyMessagesThereWere) {
+    auto picture = pictureOf({});
+    picture.counters.frames = 120;
+    picture.counters.undecoded = 20;
+    EXPECT_EQ(AircraftJson(file(), {}).text(picture),
+              "{\"now\":1714566896.789,\"messages\":100,\"aircraft\":[]}\n");
+}
+
+TEST_F(AircraftJsonFile, GivesTheAltitudeOfAnAircraftOnTheGroundAsGround) {
+    auto const taxiing = knownAircraft();
+    taxiing.report->setGroundStatus(true);
+    EXPECT_EQ(aircraft({taxiing})[0]["alt_baro"], "ground");
+}
+
+TEST_F(AircraftJsonFile, NamesEmergencies) {
+    struct Case {
+        unsigned int squawk;
+        char const* name;
+    };
+    for (auto const& expected :
+         {Case{07500, "unlawful"}, Case{07600, "nordo"}, Case{07700, "general"}, Case{07701, "none"}}) {
+        auto const one = knownAircraft();
+        one.report->setSquawk(expected.squawk);
+        EXPECT_EQ(aircraft({one})[0]["emergency"], expected.name);
+    }
+}
+
+TEST_F(AircraftJsonFile, LeavesOutPositionsOlderThanAMinuteAndAircraftNotHeardForFive) {
+    auto const list = aircraft({knownAircraft(60'001), heardAircraft(0x4840D7, kNow - 300'000),
+                                heardAircraft(0x4840D8, kNow - 300'001)});
+    ASSERT_EQ(list.size(), 2U);
+    EXPECT_FALSE(list[0].contains("lat"));
+    EXPECT_EQ(list[1]["hex"], "4840d7");
+}
+
+TEST_F(AircraftJsonFile, HasOneEntryForAnAircraftThatSeveralSourcesHear) {
+    auto a = knownAircraft(100), b = knownAircraft(5'000);
+    a.source = "a", b.source = "b";
+    b.messages = 5;
+    auto const list = aircraft({a, b});
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_EQ(list[0]["messages"], 321);
+}
+
+TEST_F(AircraftJsonFile, LearnsTheSetOfTheEmitterCategoryFromBelievedIdentifications) {
+    AircraftJson output(file(), {});
+    auto const category = [&] {
+        return Json::parse(output.text(pictureOf({knownAircraft()})))["aircraft"][0].value("category",
+                                                                                           "none");
+    };
+    EXPECT_EQ(category(), "none");
+    hearIdentification(output, 4, ModeSMessage::MEDIUM);
+    EXPECT_EQ(category(), "none");
+    hearIdentification(output, 4, ModeSMessage::HIGH);
+    EXPECT_EQ(category(), "A3");
+    hearIdentification(output, 1, ModeSMessage::HIGH);
+    EXPECT_EQ(category(), "D3");
+    hearIdentification(output, 5, ModeSMessage::HIGH);
+    EXPECT_EQ(category(), "D3") << "a surface position has no category";
+    output.picture(pictureOf({heardAircraft(0x4840D5, kNow), heardAircraft(0x4840D7, kNow)}));
+    EXPECT_EQ(category(), "none") << "forgotten when the aircraft is gone";
+}
+
+TEST_F(AircraftJsonFile, TakesNoCategoryFromOtherReplies) {
+    AircraftJson output(file(), {});
+    modes::DF5Message reply;
+    output.heard({frameOf("00"), &reply, nullptr});
+    output.heard({frameOf("00"), nullptr, nullptr});
+    EXPECT_EQ(output.wants(), host::Output::Wants::EachFrame);
+    EXPECT_FALSE(aircraft({knownAircraft()})[0].contains("category"));
+}
+
+TEST_F(AircraftJsonFile, IsReplacedWithEachPicture) {
+    AircraftJson output(file(), {});
+    output.picture(pictureOf({knownAircraft()}));
+    EXPECT_EQ(Json::parse(content(file()))["aircraft"].size(), 1U);
+    output.finish(pictureOf({}));
+    EXPECT_EQ(Json::parse(content(file()))["aircraft"].size(), 0U);
+}
+
+TEST_F(AircraftJsonFile, HasTheReceiverBesideIt) {
+    AircraftJson const nowhere(file(), {});
+    EXPECT_EQ(receiver()["refresh"], 1000);
+    EXPECT_EQ(receiver()["history"], 0);
+    EXPECT_FALSE(receiver().contains("lat"));
+    AircraftJson const placed(file(), host::Location{52.5, 13.25});
+    EXPECT_EQ(receiver()["lat"], 52.5);
+    EXPECT_EQ(receiver()["lon"], 13.25);
+}
+
+TEST_F(AircraftJsonFile, SaysSoWhenItCannotBeWritten) {
+    EXPECT_THROW(AircraftJson(_folder.path("missing/aircraft.json"), {}), host::HostError);
+}
