@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/output.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace quorvel::host {
+
+/// Spares an output that shows the moment the pictures that nobody could see: of those that come in quick
+/// succession, as when a recording is played back at full speed, one in each interval of the host's time is
+/// passed on. The last always is.
+class Paced : public Output {
+public:
+    using SteadyTime = std::chrono::steady_clock::time_point;
+    using SteadyClock = std::function<SteadyTime()>;
+
+    Paced(
+        std::unique_ptr<Output> output, std::chrono::milliseconds interval,
+        SteadyClock clock = [] { return std::chrono::steady_clock::now(); })
+        : _output(std::move(output)), _interval(interval), _clock(std::move(clock)) {}
+
+    Wants wants() const override { return _output->wants(); }
+    void heard(HeardFrame const& heard) override { _output->heard(heard); }
+
+    void picture(Picture const& picture) override {
+        auto const now = _clock();
+        if (_last && now - *_last < _interval) return;
+        _last = now;
+        _output->picture(picture);
+    }
+
+    void finish(Picture const& last) override { _output->finish(last); }
+
+private:
+    std::unique_ptr<Output> _output;
+    std::chrono::milliseconds _interval;
+    SteadyClock _clock;
+    std::optional<SteadyTime> _last;
+};
+
+} // namespace quorvel::host

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/output.h"
+
+#include <functional>
+#include <string>
+
+namespace quorvel::host {
+
+/// The present time of the host.
+using HostClock = std::function<TimeMs()>;
+
+/// All counts and the state of the moment in Prometheus' text format, version 0.0.4. How far a source is
+/// behind is told where its times are of a calendar.
+std::string prometheusText(Picture const& picture, TimeMs hostTime);
+
+/// The same in a file, replaced as a whole with each picture.
+class PrometheusFile : public Output {
+public:
+    PrometheusFile(std::string file, HostClock clock);
+
+    void picture(Picture const& picture) override;
+
+private:
+    std::string _file;
+    HostClock _clock;
+};
+
+} // namespace quorvel::host

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#include "outputs/sbs.h"
+
+#include "pictures.h"
+#include "support/frames.h"
+
+#include <modes/adsb_tracker.h>
+#include <modes/modes_decoder.h>
+
+#include <gtest/gtest.h>
+
+using namespace quorvel;
+using namespace quorvel::host::test;
+using modes::ModeSMessage;
+
+namespace {
+
+constexpr unsigned kAddress = 0x4840D6;
+
+// Decodes and tracks frames one second after the other, and gives the lines that they lead to.
+class SbsLines : public testing::Test {
+protected:
+    std::string hear(std::string const& frame) {
+        auto const message = _decoder.decode(ModeSMessage::DOWNLINK, frame, _time += 1000);
+        if (!message) return "not decoded";
+        auto const target = _tracker.procModeSMsg(message);
+        if (!target) return "not tracked";
+        host::Aircraft aircraft;
+        aircraft.report = target->report();
+        _written.items.clear();
+        _sbs.heard({frameOf("00"), message.get(), &aircraft});
+        return _written.text();
+    }
+
+    std::string hearSquitter(std::string const& payload) {
+        return hear(modes::test::squitter(kAddress, payload));
+    }
+
+    modes::ModeSDecoder _decoder;
+    modes::ADSBTracker _tracker;
+    host::TimeMs _time = kNow - 1000;
+    Written _written;
+    host::Sbs _sbs{sinkTo(_written)};
+};
+
+std::size_t fields(std::string const& line) {
+    return static_cast<std::size_t>(std::count(line.begin(), line.end(), ',')) + 1;
+}
+
+} // namespace
+
+TEST_F(SbsLines, TellIdentifications) {
+    EXPECT_EQ(hearSquitter(modes::test::identification("KLM1023")),
+              "MSG,1,1,1,4840D6,1,2024/05/01,12:34:56.789,2024/05/01,12:34:56.789,KLM1023,,,,,,,,,,,\r\n");
+}
+
+TEST_F(SbsLines, TellAirbornePositionsOnceBothHalvesAreThere) {
+    modes::test::PositionBits even{93000, 51372, false, 0xC3}, odd{74158, 50194, true, 0xC3};
+    EXPECT_EQ(hearSquitter(modes::test::airbornePosition(even)),
+              "MSG,3,1,1,4840D6,1,2024/05/01,12:34:56.789,2024/05/01,12:34:56.789,,38050,,,,,,,,,,0\r\n");
+    EXPECT_EQ(
+        hearSquitter(modes::test::airbornePosition(odd)),
+        "MSG,3,1,1,4840D6,1,2024/05/01,12:34:57.789,2024/05/01,12:34:57.789,,37825,,,52.26578,3.93891,,,,,,0"
+        "\r\n");
+}
+
+TEST_F(SbsLines, TellSurfacePositionsWithoutWhatTheyDidNotBring) {
+    EXPECT_EQ(hearSquitter(modes::test::payload(6)),
+              "MSG,2,1,1,4840D6,1,2024/05/01,12:34:56.789,2024/05/01,12:34:56.789,,,,,,,,,,,,\r\n");
+}
+
+TEST_F(SbsLines, TellVelocities) {
+    modes::test::VelocityBits bits;
+    bits.east = 301, bits.north = 401;
+    bits.rateHighBits = 1;
+    EXPECT_EQ(
+        hearSquitter(modes::test::airborneVelocity(bits)),
+        "MSG,4,1,1,4840D6,1,2024/05/01,12:34:56.789,2024/05/01,12:34:56.789,,,500.0,36.9,,,4544,,,,,\r\n");
+}
+
+TEST_F(SbsLines, TellSurveillanceReplies) {
+    hearSquitter(modes::test::identification("KLM1023"));
+    auto const when = std::string("2024/05/01,12:34:57.789,2024/05/01,12:34:57.789");
+    using namespace modes::test;
+    EXPECT_EQ(hear(shortFrame(4, flightStatus(2) | altitudeCode(38000), kAddress)),
+              "MSG,5,1,1,4840D6,1," + when + ",,38000,,,,,,,-1,,0,0\r\n");
+}
+
+TEST_F(SbsLines, TellIdentityRepliesWithEmergencies) {
+    hearSquitter(modes::test::identification("KLM1023"));
+    using namespace modes::test;
+    EXPECT_EQ(hear(shortFrame(5, flightStatus(4) | identityCode(07700), kAddress)).substr(66),
+              ",,,,,,,,7700,-1,-1,-1,0\r\n");
+    EXPECT_EQ(hear(shortFrame(5, flightStatus(1) | identityCode(04032), kAddress)).substr(66),
+              ",,,,,,,,4032,0,0,0,-1\r\n");
+}
+
+TEST_F(SbsLines, TellLongRepliesLikeShortOnes) {
+    hearSquitter(modes::test::identification("KLM1023"));
+    using namespace modes::test;
+    std::string const payload(7, '\0');
+    EXPECT_EQ(hear(longFrame(20, altitudeCode(5000), payload, kAddress)).substr(0, 6), "MSG,5,");
+    EXPECT_EQ(hear(longFrame(21, identityCode(01234), payload, kAddress)).substr(0, 6), "MSG,6,");
+    EXPECT_EQ(hear(longFrame(16, altitudeCode(5000), payload, kAddress)).substr(0, 6), "MSG,7,");
+}
+
+TEST_F(SbsLines, TellAirToAirAndAllCallReplies) {
+    hearSquitter(modes::test::identification("KLM1023"));
+    using namespace modes::test;
+    EXPECT_EQ(hear(shortFrame(0, verticalStatus(1) | altitudeCode(1000), kAddress)).substr(0, 6), "MSG,7,");
+    auto const allCall = shortFrame(11, capability(5) | kAddress, 0);
+    for (int i = 0; i < 10; ++i) hear(allCall); // so many make the interrogator known
+    EXPECT_EQ(hear(allCall),
+              "MSG,8,1,1,4840D6,1,2024/05/01,12:35:08.789,2024/05/01,12:35:08.789,,,,,,,,,,,,\r\n");
+}
+
+TEST_F(SbsLines, AlwaysHaveTwentyTwoFields) {
+    auto const aircraft = knownAircraft(0);
+    modes::DF17Message message;
+    message.decode(modes::test::squitter(kAddress, modes::test::identification("KLM1023")));
+    message.setTimeStamp(kNow);
+    auto const line = host::sbsLine(message, *aircraft.report);
+    EXPECT_EQ(line,
+              "MSG,1,1,7,4840D6,7,2024/05/01,12:34:56.789,2024/05/01,12:34:56.789,KLM1023,38000,451.2,92.5,"
+              "52.25000,-3.93750,-640,4032,,0,,0\r\n");
+    EXPECT_EQ(fields(line), 22U);
+    message.setTimeStamp(kNow + 1);
+    EXPECT_EQ(fields(host::sbsLine(message, *aircraft.report)), 22U);
+}
+
+TEST_F(SbsLines, KeepCommasAndControlCharactersOutOfTheCallsign) {
+    auto const aircraft = knownAircraft(0);
+    aircraft.report->setCallsign("A,B\r\nC\xFF");
+    modes::DF17Message message;
+    message.decode(modes::test::squitter(kAddress, modes::test::identification("")));
+    message.setTimeStamp(kNow);
+    auto const line = host::sbsLine(message, *aircraft.report);
+    EXPECT_NE(line.find(",A?B??C?,"), std::string::npos) << line;
+    EXPECT_EQ(fields(line), 22U);
+}
+
+TEST_F(SbsLines, AreNotWrittenForOtherMessagesOrWithoutAircraft) {
+    EXPECT_EQ(hearSquitter(modes::test::operationalStatus(2)), "");
+    modes::DF17Message message;
+    _sbs.heard({frameOf("00"), &message, nullptr});
+    _sbs.heard({frameOf("00"), nullptr, nullptr});
+    EXPECT_EQ(_written.text(), "");
+    EXPECT_EQ(_sbs.wants(), host::Output::Wants::FramesWithAircraft);
+}
+
+TEST_F(SbsLines, AreHandedOnWithEachPicture) {
+    _sbs.picture({});
+    EXPECT_EQ(_written.flushes, 1);
+}
