@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/aircraft.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace quorvel::host {
+
+/// One column of the tables of aircraft: what it shows, and how the live table treats it.
+struct Column {
+    char const* heading;
+    char const* unit;
+    bool leftAligned;
+    std::string (*text)(Aircraft const&); ///< empty for what is not valid
+
+    char const* brief;                 ///< heading in the live table
+    int width;                         ///< there
+    int rank;                          ///< there: columns of higher rank go first when it is narrow
+    char key;                          ///< there: sorts by this column
+    double (*number)(Aircraft const&); ///< what to sort by; null for the text
+    bool isPosition;                   ///< fades with the age of the position
+};
+
+/// All columns, from left to right. The last names the source.
+std::span<Column const> allColumns();
+
+/// The columns of a picture: without the source where there is but one, or where all are merged.
+std::span<Column const> columnsOf(Picture const& picture);
+
+/// The cells of a table, a row for each aircraft.
+struct AircraftTable {
+    std::span<Column const> columns;
+    std::vector<std::vector<std::string>> rows;
+};
+
+/// The aircraft of each source by track number.
+AircraftTable makeTable(Picture const& picture);
+
+/// The table as lines of text in aligned columns; "-" for what is not valid.
+std::string tableText(AircraftTable const& table);
+
+/// Text in a cell of some width: filled up with blanks, never cut.
+std::string aligned(std::string const& text, std::size_t width, bool left);
+
+} // namespace quorvel::host

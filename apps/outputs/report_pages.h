@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/output.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <utility>
+
+namespace quorvel::host {
+
+/// A folder with a report page for each aircraft (ADDRESS.html) and an index of them (index.html).
+///
+/// The index is replaced with each picture, a page when something was heard of its aircraft; each as a whole.
+/// Where several sources hear an aircraft, its page is that of the one that heard it last. Pages of aircraft
+/// that are gone go too; whatever else is in the folder stays.
+class ReportPages : public Output {
+public:
+    /// Makes the folder. Throws HostError.
+    explicit ReportPages(std::string folder);
+
+    void picture(Picture const& picture) override;
+
+private:
+    using State = std::pair<TimeMs, std::uint64_t>; // last update and number of messages
+    using Pages = std::map<std::string, State>;
+
+    std::string path(std::string const& name) const;
+    void removeAllBut(Pages const& pages) const;
+
+    std::string _folder;
+    Pages _pages; // written by this object, with the state that they show
+};
+
+/// The index: the table of aircraft, each address linked to its page.
+std::string indexPage(Picture const& picture);
+
+} // namespace quorvel::host

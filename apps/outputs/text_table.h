@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/output.h"
+
+namespace quorvel::host {
+
+/// The aircraft as a table of plain text, once, at the end.
+class TextTable : public Output {
+public:
+    explicit TextTable(std::unique_ptr<Sink> sink);
+
+    void finish(Picture const& last) override;
+
+private:
+    std::unique_ptr<Sink> _sink;
+};
+
+} // namespace quorvel::host

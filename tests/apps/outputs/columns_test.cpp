@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+#include "outputs/columns.h"
+#include "outputs/text_table.h"
+
+#include "pictures.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+using namespace quorvel;
+using namespace quorvel::host::test;
+using host::makeTable;
+using host::tableText;
+
+namespace {
+
+std::string cell(host::Aircraft const& aircraft, std::string_view heading) {
+    for (auto const& column : host::allColumns()) {
+        if (column.heading == heading) return column.text(aircraft);
+    }
+    return "no such column";
+}
+
+} // namespace
+
+TEST(AircraftTable, ShowsWhatIsValidInAlignedColumns) {
+    EXPECT_EQ(
+        tableText(makeTable(pictureOf({heardAircraft(0xABC, kNow - 102'500), knownAircraft()}))),
+        "Track  ICAO    Callsign  Squawk  Altitude    Rate  Speed  Heading  Latitude  Longitude  Pos. age  "
+        "Version  Messages    Age\n"
+        "                                       ft  ft/min     kt      deg       deg        deg         s  "
+        "                       s\n"
+        "    0  000ABC  -         -              -       -      -        -         -          -         -  "
+        "    (0)         1  102.5\n"
+        "    7  4840D6  KLM1023   4032       38000    -640    451     92.5  52.25000   -3.93750       2.5  "
+        "      2       321    2.5\n");
+}
+
+TEST(AircraftTable, NamesTheSourceWhereThereAreSeveral) {
+    auto a = knownAircraft(), b = heardAircraft(0xABC, kNow);
+    a.source = "b\x1B[2J";
+    b.source = "a";
+    auto const table = makeTable(pictureOf({a, b}));
+    EXPECT_STREQ(table.columns.back().heading, "Source");
+    EXPECT_EQ(table.rows.at(0).back(), "a");
+    EXPECT_EQ(table.rows.at(1).back(), "b?[2J");
+    EXPECT_STREQ(makeTable(pictureOf({knownAircraft()})).columns.back().heading, "Age");
+}
+
+TEST(AircraftTable, IsInTheOrderOfTrackNumbersWithinASource) {
+    auto a = heardAircraft(1, kNow), b = heardAircraft(2, kNow);
+    a.report->setTrackId(9);
+    b.report->setTrackId(8);
+    EXPECT_EQ(makeTable(pictureOf({a, b})).rows.at(0).at(1), "000002");
+}
+
+TEST(AircraftTable, GivesNoNegativeAges) {
+    EXPECT_EQ(cell(heardAircraft(1, kNow + 5'000), "Age"), "0.0");
+    auto const future = heardAircraft(1, kNow);
+    future.report->setPosition(1, 2);
+    future.report->setPositionLastUpdate(kNow + 5'000);
+    EXPECT_EQ(cell(future, "Pos. age"), "0.0");
+}
+
+TEST(AircraftTable, ShowsVersionsAsConfirmedOrAssumed) {
+    auto const aircraft = heardAircraft(1, kNow);
+    aircraft.report->setMopsVersion(modes::MOPS_V2);
+    EXPECT_EQ(cell(aircraft, "Version"), "(2)");
+    aircraft.report->setMopsVersionConfirmed(true);
+    EXPECT_EQ(cell(aircraft, "Version"), "2");
+    aircraft.report->setMopsVersion(modes::MOPS_UNKNOWN);
+    EXPECT_EQ(cell(aircraft, "Version"), "?");
+}
+
+TEST(AircraftTable, ShowsNoAltitudeForAnAircraftOnTheGround) {
+    auto const aircraft = knownAircraft();
+    aircraft.report->setGroundStatus(true);
+    EXPECT_EQ(cell(aircraft, "Altitude"), "ground");
+}
+
+TEST(AircraftTable, ShowsNoControlCharactersFromTheAir) {
+    auto const aircraft = knownAircraft();
+    aircraft.report->setCallsign("A\x1B[2J\n");
+    EXPECT_EQ(cell(aircraft, "Callsign"), "A?[2J?");
+}
+
+TEST(AircraftTable, HasAKeyAndARankForEachColumn) {
+    std::set<char> keys;
+    for (auto const& column : host::allColumns()) {
+        EXPECT_TRUE(keys.insert(column.key).second) << column.heading;
+        EXPECT_LE(std::string(column.brief).size(), static_cast<std::size_t>(column.width)) << column.heading;
+    }
+}
+
+TEST(TextTable, IsWrittenOnceAtTheEnd) {
+    Written written;
+    host::TextTable output(sinkTo(written));
+    output.picture(pictureOf({knownAircraft()}));
+    EXPECT_EQ(written.text(), "");
+    output.finish(pictureOf({knownAircraft()}));
+    EXPECT_EQ(written.text(), tableText(makeTable(pictureOf({knownAircraft()}))));
+    EXPECT_EQ(written.flushes, 1);
+}
