@@ -31,8 +31,14 @@ public:
     /// Each Mode S frame, in the order of reception. Mode A/C replies come with no message.
     virtual void heard(HeardFrame const&) {}
 
+    /// Whether a picture would be of use now. Making one takes its time, so none is made that nobody wants.
+    virtual bool wantsPicture() { return true; }
+
     /// Once for each second of the stream's time, or of the clock for live sources.
     virtual void picture(Picture const&) {}
+
+    /// Hands on what was collected: whenever nothing more has come for the moment.
+    virtual void flush() {}
 
     /// The last picture, at the end.
     virtual void finish(Picture const& last) { picture(last); }

@@ -22,6 +22,6 @@ void FrameOutput::heard(HeardFrame const& heard) {
     if (!_item.empty()) _sink->write(_item);
 }
 
-void FrameOutput::picture(Picture const&) { _sink->flush(); }
+void FrameOutput::flush() { _sink->flush(); }
 
 } // namespace quorvel::host

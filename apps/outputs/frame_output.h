@@ -18,7 +18,9 @@ public:
 
     Wants wants() const override { return Wants::EachFrame; }
     void heard(HeardFrame const& heard) override;
-    void picture(Picture const& picture) override;
+    bool wantsPicture() override { return false; }
+    void flush() override;
+    void finish(Picture const&) override { flush(); }
 
 private:
     bool passes(HeardFrame const& heard) const;

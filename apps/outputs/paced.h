@@ -27,13 +27,17 @@ public:
     Wants wants() const override { return _output->wants(); }
     void heard(HeardFrame const& heard) override { _output->heard(heard); }
 
+    bool wantsPicture() override {
+        return (!_last || _clock() - *_last >= _interval) && _output->wantsPicture();
+    }
+
     void picture(Picture const& picture) override {
-        auto const now = _clock();
-        if (_last && now - *_last < _interval) return;
-        _last = now;
+        if (!wantsPicture()) return;
+        _last = _clock();
         _output->picture(picture);
     }
 
+    void flush() override { _output->flush(); }
     void finish(Picture const& last) override { _output->finish(last); }
 
 private:

@@ -145,6 +145,6 @@ void Sbs::heard(HeardFrame const& heard) {
     if (!line.empty()) _sink->write(line);
 }
 
-void Sbs::picture(Picture const&) { _sink->flush(); }
+void Sbs::flush() { _sink->flush(); }
 
 } // namespace quorvel::host

@@ -16,7 +16,9 @@ public:
 
     Wants wants() const override { return Wants::FramesWithAircraft; }
     void heard(HeardFrame const& heard) override;
-    void picture(Picture const& picture) override;
+    bool wantsPicture() override { return false; }
+    void flush() override;
+    void finish(Picture const&) override { flush(); }
 
 private:
     std::unique_ptr<Sink> _sink;

@@ -10,6 +10,7 @@ class TextTable : public Output {
 public:
     explicit TextTable(std::unique_ptr<Sink> sink);
 
+    bool wantsPicture() override { return false; }
     void finish(Picture const& last) override;
 
 private:

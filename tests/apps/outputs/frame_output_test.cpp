@@ -75,7 +75,7 @@ TEST(FrameOutput, WritesNothingForAFrameThatTheEncodingCannotHold) {
 TEST(FrameOutput, IsHandedOnWithEachPicture) {
     Written written;
     FrameOutput output(sinkTo(written), Encoding::Beast, ModeSMessage::HIGH);
-    output.picture({});
+    output.flush();
     output.finish({});
     EXPECT_EQ(written.flushes, 2);
 }

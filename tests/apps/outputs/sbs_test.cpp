@@ -149,6 +149,6 @@ TEST_F(SbsLines, AreNotWrittenForOtherMessagesOrWithoutAircraft) {
 }
 
 TEST_F(SbsLines, AreHandedOnWithEachPicture) {
-    _sbs.picture({});
+    _sbs.flush();
     EXPECT_EQ(_written.flushes, 1);
 }

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/counters.h"
+
+#include <asio/ip/tcp.hpp>
+
+#include <array>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace quorvel::host {
+
+/// One reader of an output on the network, with what waits for it. A reader that is too slow loses the oldest
+/// items, which are counted, and holds up nobody.
+class Reader : public std::enable_shared_from_this<Reader> {
+public:
+    static constexpr std::size_t kMostQueuedBytes = 4 * 1024 * 1024;
+
+    /// The counters must live as long as the reader.
+    Reader(asio::ip::tcp::socket socket, Counters& counters);
+
+    /// Begins; `gone` is called once, when the reader went away.
+    void start(std::function<void()> gone);
+
+    /// Queues an item, which reaches the reader whole or not at all.
+    void write(std::string_view item);
+
+    /// Sends what is queued, as fast as the reader takes it.
+    void flush();
+
+    void stop();
+
+    bool isIdle() const { return _isGone || (_items.empty() && !_isWriting); }
+
+private:
+    void read();
+    void end();
+
+    asio::ip::tcp::socket _socket;
+    Counters& _counters;
+    std::function<void()> _gone;
+    std::deque<std::string> _items;
+    std::size_t _bytes = 0; // in `_items`
+    std::string _piece;     // being sent
+    bool _isWriting = false;
+    bool _isGone = false;
+    std::array<char, 256> _ignored;
+};
+
+} // namespace quorvel::host

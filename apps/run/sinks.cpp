@@ -1,0 +1,267 @@
+// SPDX-License-Identifier: MIT
+#include "run/sinks.h"
+
+#include "host/host_error.h"
+#include "run/acceptor.h"
+#include "run/source_spec.h"
+
+#include <asio/buffer.hpp>
+#include <asio/connect.hpp>
+#include <asio/ip/tcp.hpp>
+#include <asio/read_until.hpp>
+#include <asio/steady_timer.hpp>
+#include <asio/write.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <list>
+#include <utility>
+
+namespace quorvel::host {
+
+namespace {
+
+using asio::ip::tcp;
+
+constexpr std::size_t kMostReaders = 256;
+constexpr std::size_t kLongestRequest = 8 * 1024;
+constexpr std::chrono::seconds kRequestTime{5};
+constexpr std::chrono::seconds kFirstPause{1};
+constexpr std::chrono::seconds kLongestPause{60};
+constexpr std::string_view kListen = "listen://";
+constexpr std::string_view kTcp = "tcp://";
+
+Endpoint portOf(std::string const& target) {
+    if (target.starts_with(kListen)) return parseEndpoint(target.substr(kListen.size()));
+    return parseEndpoint(target.substr(1));
+}
+
+/// A file or standard output.
+class FileSink : public Sink {
+public:
+    explicit FileSink(std::string const& name)
+        : _name(name == "-" ? "standard output" : name)
+        , _file(name == "-" ? stdout : std::fopen(name.c_str(), "wb")) {
+        if (!_file) throw systemError("write", _name);
+    }
+
+    void write(std::string_view item) override {
+        if (std::fwrite(item.data(), 1, item.size(), _file.get()) != item.size())
+            throw systemError("write", _name);
+    }
+    void flush() override {
+        if (std::fflush(_file.get()) != 0) throw systemError("write", _name);
+    }
+
+private:
+    struct Close {
+        void operator()(std::FILE* file) const {
+            if (file != stdout) std::fclose(file);
+        }
+    };
+
+    std::string _name;
+    std::unique_ptr<std::FILE, Close> _file;
+};
+
+/// All who connect to a port.
+class PortSink : public Sink {
+public:
+    PortSink(std::string const& target, NetworkOutputs& network)
+        : _network(network)
+        , _acceptor(network.context(), [this](tcp::socket socket) { take(std::move(socket)); }) {
+        _acceptor.listen(portOf(target), target, [&](auto const& line) { network.say(line); });
+    }
+
+    void write(std::string_view item) override {
+        for (auto const& reader : _readers) reader->write(item);
+    }
+    void flush() override {
+        for (auto const& reader : _readers) reader->flush();
+    }
+
+private:
+    void take(tcp::socket socket) {
+        if (_readers.size() == kMostReaders) return;
+        auto const reader = std::make_shared<Reader>(std::move(socket), _network.counters());
+        _readers.push_back(reader);
+        _network.add(reader);
+        reader->start([this, reader = reader.get()] {
+            _readers.remove_if([&](auto const& known) { return known.get() == reader; });
+        });
+    }
+
+    NetworkOutputs& _network;
+    std::list<std::shared_ptr<Reader>> _readers;
+    PortAcceptor _acceptor;
+};
+
+/// One reader to whom this program connects; what comes while it is not there is lost to it.
+class ConnectingSink : public Sink {
+public:
+    ConnectingSink(std::string const& target, NetworkOutputs& network)
+        : _target(target)
+        , _endpoint(parseEndpoint(target.substr(kTcp.size())))
+        , _network(network)
+        , _resolver(network.context())
+        , _socket(network.context())
+        , _pausing(network.context()) {
+        connect();
+    }
+
+    void write(std::string_view item) override {
+        if (_reader) {
+            _reader->write(item);
+        } else {
+            ++_network.counters().outputDropped;
+        }
+    }
+    void flush() override {
+        if (_reader) _reader->flush();
+    }
+
+private:
+    void connect() {
+        _resolver.async_resolve(
+            _endpoint.host, _endpoint.port, [this](std::error_code const& error, auto const& endpoints) {
+                if (error) return failed(error);
+                _socket = tcp::socket(_network.context());
+                asio::async_connect(_socket, endpoints,
+                                    [this](std::error_code const& failure, tcp::endpoint const&) {
+                                        if (failure) return failed(failure);
+                                        connected();
+                                    });
+            });
+    }
+
+    void connected() {
+        if (_isTold) _network.say(_target + ": connected");
+        _isTold = false;
+        _pause = kFirstPause;
+        _reader = std::make_shared<Reader>(std::move(_socket), _network.counters());
+        _network.add(_reader);
+        _reader->start([this] {
+            _reader.reset();
+            failed(asio::error::eof);
+        });
+    }
+
+    void failed(std::error_code const& error) {
+        if (error == asio::error::operation_aborted) return;
+        if (!_isTold)
+            _network.say(_target + ": cannot connect: " +
+                         (error == asio::error::eof ? "the connection was closed" : error.message()) +
+                         "; trying again until it works");
+        _isTold = true;
+        _pausing.expires_after(_pause);
+        _pause = std::min<std::chrono::seconds>(2 * _pause, kLongestPause);
+        _pausing.async_wait([this](std::error_code const& stopped) {
+            if (!stopped) connect();
+        });
+    }
+
+    std::string _target;
+    Endpoint _endpoint;
+    NetworkOutputs& _network;
+    tcp::resolver _resolver;
+    tcp::socket _socket;
+    asio::steady_timer _pausing;
+    std::chrono::seconds _pause = kFirstPause;
+    std::shared_ptr<Reader> _reader;
+    bool _isTold = false;
+};
+
+/// One request, of which only its end matters, and the answer to it.
+class Answer : public std::enable_shared_from_this<Answer> {
+public:
+    Answer(tcp::socket socket, asio::io_context& context) : _socket(std::move(socket)), _deadline(context) {}
+
+    void give(std::function<std::string()> const& text, std::string const& contentType) {
+        _deadline.expires_after(kRequestTime);
+        _deadline.async_wait([self = shared_from_this()](std::error_code const& error) {
+            std::error_code ignored;
+            if (!error) self->_socket.close(ignored);
+        });
+        asio::async_read_until(
+            _socket, asio::dynamic_buffer(_request, kLongestRequest), "\r\n\r\n",
+            [self = shared_from_this(), text, contentType](std::error_code const& error, std::size_t) {
+                if (error) return self->end();
+                self->write(text(), contentType);
+            });
+    }
+
+private:
+    void write(std::string const& text, std::string const& contentType) {
+        bool const wantsText = _request.starts_with("GET ") || _request.starts_with("HEAD ");
+        auto const body = !wantsText ? std::string("only GET is answered here\n") : text;
+        _answer =
+            (wantsText
+                 ? "HTTP/1.1 200 OK\r\nContent-Type: " + contentType
+                 : std::string(
+                       "HTTP/1.1 405 Method Not Allowed\r\nAllow: GET, HEAD\r\nContent-Type: text/plain")) +
+            "\r\nContent-Length: " + std::to_string(body.size()) + "\r\nConnection: close\r\n\r\n";
+        if (!_request.starts_with("HEAD ")) _answer += body;
+        asio::async_write(_socket, asio::buffer(_answer),
+                          [self = shared_from_this()](std::error_code const&, std::size_t) { self->end(); });
+    }
+
+    void end() {
+        std::error_code ignored;
+        _deadline.cancel();
+        _socket.shutdown(tcp::socket::shutdown_both, ignored);
+        _socket.close(ignored);
+    }
+
+    tcp::socket _socket;
+    asio::steady_timer _deadline;
+    std::string _request;
+    std::string _answer;
+};
+
+class HttpServer : public TextServer {
+public:
+    HttpServer(std::string const& target, std::string contentType, std::function<std::string()> text,
+               NetworkOutputs& network)
+        : _contentType(std::move(contentType))
+        , _text(std::move(text))
+        , _acceptor(network.context(), [this, &network](tcp::socket socket) {
+            std::make_shared<Answer>(std::move(socket), network.context())->give(_text, _contentType);
+        }) {
+        _acceptor.listen(portOf(target), target, [&](auto const& line) { network.say(line); });
+    }
+
+private:
+    std::string _contentType;
+    std::function<std::string()> _text;
+    PortAcceptor _acceptor;
+};
+
+} // namespace
+
+void NetworkOutputs::add(std::shared_ptr<Reader> const& reader) {
+    std::erase_if(_readers, [](auto const& known) { return known.expired(); });
+    _readers.push_back(reader);
+}
+
+bool NetworkOutputs::isIdle() const {
+    return std::all_of(_readers.begin(), _readers.end(), [](auto const& known) {
+        auto const reader = known.lock();
+        return !reader || reader->isIdle();
+    });
+}
+
+bool isPort(std::string const& target) { return target.starts_with(':') || target.starts_with(kListen); }
+
+std::unique_ptr<Sink> makeSink(std::string const& target, NetworkOutputs& network) {
+    if (isPort(target)) return std::make_unique<PortSink>(target, network);
+    if (target.starts_with(kTcp)) return std::make_unique<ConnectingSink>(target, network);
+    return std::make_unique<FileSink>(target);
+}
+
+std::unique_ptr<TextServer> TextServer::make(std::string const& target, std::string contentType,
+                                             std::function<std::string()> text, NetworkOutputs& network) {
+    return std::make_unique<HttpServer>(target, std::move(contentType), std::move(text), network);
+}
+
+} // namespace quorvel::host
