@@ -13,8 +13,9 @@ SEES = {  # folder -> internal folders that its files may include from
     "src/adsb": {"core", "modes", "adsb"},
     "src/track": {"core", "modes", "adsb", "track", "report"},
     "apps/host": {"host"},
+    "apps/inspect": {"host", "inspect", "outputs"},
     "apps/simulate": {"simulate"},
-    "apps/trevallo": {"host", "simulate", "trevallo"},
+    "apps/trevallo": {"host", "inspect", "simulate", "trevallo"},
     "examples": set(),
     "bench": {"support"},
 }

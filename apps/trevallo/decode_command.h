@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace quorvel::host {
+
+/// Adds `trevallo decode`: frames in, everything about them out.
+void addDecodeCommand(CLI::App& app);
+
+} // namespace quorvel::host
