@@ -2,6 +2,7 @@
 #include <modes/trevallo.h>
 
 #include "host/host_error.h"
+#include "trevallo/db_command.h"
 #include "trevallo/decode_command.h"
 #include "trevallo/simulate_command.h"
 #include "trevallo/track_command.h"
@@ -29,6 +30,7 @@ int run(int argc, char** argv) {
     app.require_subcommand(1);
     quorvel::host::addTrackCommand(app);
     quorvel::host::addDecodeCommand(app);
+    quorvel::host::addDbCommand(app);
     quorvel::host::addSimulateCommand(app);
     try {
         app.parse(argc, argv);

@@ -94,14 +94,73 @@ def test_decode(folder):
         expect("an output that cannot be written", result.returncode == 1 and result.stderr.count(b"\n") == 1, result)
 
 
+HEADER = "icao_addr,mops_version,airline\n"
+
+
+def test_db(folder):
+    good, other, bad = folder / "good.csv", folder / "other.csv", folder / "bad.csv"
+    good.write_text(HEADER + "4840D6,2,KLM\n4CA2D4,1,RYR\n")
+    other.write_text(HEADER + "4840D6,2,\n4CA2D4,2,RYR\n3C6444,0,DLH\n")
+    bad.write_text(HEADER + "4840d6,2,KLM\nXYZ,2,ABC\n4CA2D4,7,RYR\n")
+
+    result = run("db", "show", good)
+    expect("a database is shown", result.stdout == b"ICAO    Version  Airline\n4840D6  2        KLM\n"
+           b"4CA2D4  1        RYR\n\n2 aircraft\n" and not result.stderr, result)
+    result = run("db", "show", "--airline", "ry", "--json", good)
+    expect("aircraft of an airline as JSON", result.stdout
+           == b'{"icaoAddress":"4CA2D4","mopsVersion":1,"airline":"RYR"}\n', result)
+    result = run("db", "show", "--address", "48", "-", stdin=good.read_bytes())
+    expect("aircraft by address from standard input", b"4840D6" in result.stdout and b"1 aircraft" in result.stdout
+           and b"4CA2D4" not in result.stdout, result)
+    result = run("db", "show", bad)
+    expect("rows that cannot be shown are counted", result.returncode == 0
+           and b"bad.csv: 2 rows left out" in result.stderr and b"1 aircraft" in result.stdout, result)
+
+    merged = folder / "merged.csv"
+    result = run("db", "merge", good, other, "-o", merged)
+    expect("later files win, known airlines stay, conflicts are told", merged.read_text()
+           == HEADER + "3C6444,0,DLH\n4840D6,2,KLM\n4CA2D4,2,RYR\n"
+           and b"4CA2D4 was version 1 RYR, is version 2 RYR in " in result.stderr
+           and b"1 conflict, later files won" in result.stderr, result)
+    run("db", "merge", good, other, "-o", good)
+    expect("an input may be the output", good.read_text() == merged.read_text(), result)
+    expect("nothing is left beside it", sorted(path.name for path in folder.iterdir())
+           == ["bad.csv", "good.csv", "merged.csv", "other.csv"], result)
+
+    result = run("db", "check", good)
+    expect("a good file has no faults", result.returncode == 0 and result.stdout.endswith(b"3 aircraft, 0 faults\n"),
+           result)
+    result = run("db", "check", good, bad)
+    expect("faults are told by line", result.returncode == 1
+           and f'{bad}:3: "XYZ" is no aircraft address'.encode() in result.stdout
+           and b"trevallo: 3 faults found" in result.stderr, result)
+    mended = folder / "mended.csv"
+    result = run("db", "mend", bad, "-o", mended)
+    expect("what is good is kept", mended.read_text() == HEADER + "4840D6,2,KLM\n"
+           and b"1 aircraft kept, 1 change, 2 rows dropped" in result.stderr, result)
+    result = run("db", "mend", bad, "-o", "-")
+    expect("a mended file goes to standard output", result.stdout.decode() == HEADER + "4840D6,2,KLM\n", result)
+    result = run("track", "--db", mended, SAMPLE)
+    expect("the tracker takes a mended file", result.returncode == 0 and "4840D6,2,KLM" in mended.read_text(), result)
+
+    expect_failure("a database that is not there", 1, "db", "show", folder / "missing", about="cannot read")
+    expect_failure("an output that cannot be written", 1, "db", "merge", good, "-o", folder / "no" / "x",
+                   about="cannot write")
+    expect_failure("a full disk", 1, "db", "merge", good, "-o", "/dev/full", about="cannot write")
+    expect_failure("an address that is none", 2, "db", "show", "--address", "XYZ", good, about="hexadecimal")
+    expect_failure("no output", 2, "db", "merge", good, about="--output")
+    expect_failure("no action", 2, "db")
+
+
 def test_help():
-    for command in (["decode"],):
+    for command in (["decode"], ["db"], ["db", "show"], ["db", "merge"], ["db", "check"], ["db", "mend"]):
         result = run(*command, "--help")
         expect(f"{command} has examples", result.returncode == 0 and b"Examples:\n  trevallo " in result.stdout, result)
 
 
-with tempfile.TemporaryDirectory() as name:
-    test_decode(pathlib.Path(name))
-    test_help()
+for test in (test_decode, test_db):
+    with tempfile.TemporaryDirectory() as name:
+        test(pathlib.Path(name))
+test_help()
 
 sys.exit(1 if faults else 0)

@@ -15,7 +15,7 @@ SEES = {  # folder -> internal folders that its files may include from
     "apps/host": {"host"},
     "apps/inspect": {"host", "inspect", "outputs"},
     "apps/simulate": {"simulate"},
-    "apps/trevallo": {"host", "inspect", "simulate", "trevallo"},
+    "apps/trevallo": {"host", "inspect", "outputs", "simulate", "trevallo"},
     "examples": set(),
     "bench": {"support"},
 }

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace quorvel::host {
+
+/// Adds `trevallo db`: show, merge, check and mend files of the aircraft database.
+void addDbCommand(CLI::App& app);
+
+} // namespace quorvel::host
