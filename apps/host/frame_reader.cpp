@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "host/frame_reader.h"
 
+#include "host/console.h"
 #include "host/host_error.h"
 
 #include <chrono>
-#include <iostream>
 
 namespace quorvel::host {
 
@@ -61,9 +61,7 @@ Frames FrameReader::read() {
 }
 
 void FrameReader::complain(std::string const& what) const {
-    if (what.empty()) return;
-    Progress::erase();
-    std::cerr << "trevallo: " << _source.name() << ": " << what << '\n';
+    if (!what.empty()) console::say("trevallo: " + _source.name() + ": " + what);
 }
 
 } // namespace quorvel::host

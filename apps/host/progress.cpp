@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/progress.h"
 
+#include "host/console.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <unistd.h>
@@ -32,7 +34,7 @@ void Progress::erase() {
 
 void Progress::advance(std::uint64_t bytes, std::uint64_t frames) {
     auto const now = std::chrono::steady_clock::now();
-    if (!_shows || bytes == 0 || now - _lastShown < kInterval) return;
+    if (!_shows || bytes == 0 || console::isScreenInUse() || now - _lastShown < kInterval) return;
     _lastShown = now;
     hasLine = true;
     auto const seconds = std::chrono::duration<double>(now - _begin).count();

@@ -123,8 +123,8 @@ bool Receiver::makeRoom(TimeMs now) {
 
 // Targets stamped later than now are of the day before, or of the recording before.
 void Receiver::dropSilentTargets(TimeMs now) {
-    if (_options.timeout == 0) return;
-    if (_options.timeout < now) forget(_tracker.killTargets(now - _options.timeout));
+    if (_timeout == 0) return;
+    if (_timeout < now) forget(_tracker.killTargets(now - _timeout));
     for (auto const& target : _tracker.allTargetsSince(now + kHalfDay)) {
         forget({_tracker.killTarget(target->trackId(), target->icaoAddr())});
     }

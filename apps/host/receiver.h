@@ -28,7 +28,6 @@ enum class RepairedReplies : std::uint8_t {
 
 struct ReceiverOptions {
     bool altitudeCheck = false; ///< ignore altitudes that jump
-    TimeMs timeout = 0;         ///< targets not heard for so many ms are dropped; 0 keeps them
     RepairedReplies repaired = RepairedReplies::Known;
     PositionLimits positions;
 };
@@ -48,6 +47,9 @@ public:
 
     /// Takes a frame, whose record bears its time. Nothing comes of Mode A/C replies.
     Result take(Frame const& frame);
+
+    /// How long targets are kept that are not heard, in ms; 0, the initial value, keeps them.
+    void setTimeout(TimeMs timeout) { _timeout = timeout; }
 
     /// Drops the targets that have fallen silent. To be called about once a second.
     void dropSilentTargets(TimeMs now);
@@ -79,6 +81,7 @@ private:
     std::unordered_map<unsigned int, PositionGate> _gates; // by address, of targets with positions
     std::vector<bool> _isTracked;                          // by address
     std::size_t _targets = 0;
+    TimeMs _timeout = 0;
     TimeMs _lastRoomMade = 0;
     Counters _counters;
 };

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "host/stderr_log.h"
 
-#include "host/progress.h"
-#include "host/target_table.h"
-
-#include <iostream>
+#include "host/console.h"
+#include "host/host_error.h"
+#include "host/printable.h"
 
 namespace quorvel::host {
 
@@ -18,7 +17,11 @@ StderrLog::Mute::Mute() { isMute = true; }
 
 StderrLog::Mute::~Mute() { isMute = false; }
 
-StderrLog::StderrLog(modes::Log::Level level) {
+StderrLog::StderrLog(modes::Log::Level level, std::string const& file) {
+    if (!file.empty()) {
+        _file.open(file, std::ios::app);
+        if (!_file) throw systemError("write the log", file);
+    }
     modes::Log::setShowLevel(level);
     modes::Log::setLogHandler(this);
 }
@@ -30,8 +33,11 @@ StderrLog::~StderrLog() {
 
 void StderrLog::handle(modes::Log::Level, std::string const& line) {
     if (isMute) return;
-    Progress::erase();
-    std::cerr << shown(line) << '\n';
+    if (_file.is_open()) {
+        _file << printable(line) << std::endl;
+    } else {
+        console::say(printable(line));
+    }
 }
 
 } // namespace quorvel::host

@@ -3,12 +3,16 @@
 
 #include <modes/log.h>
 
+#include <fstream>
+#include <string>
+
 namespace quorvel::host {
 
-/// Brings the library's log lines to standard error, from a level up, while it lives.
+/// Brings the library's log lines to standard error or a file, from a level up, while it lives.
 class StderrLog : public modes::LogHandler {
 public:
-    explicit StderrLog(modes::Log::Level level);
+    /// Without a file, the lines go to standard error. Throws HostError when the file cannot be written.
+    explicit StderrLog(modes::Log::Level level, std::string const& file = {});
     ~StderrLog();
     StderrLog(StderrLog const&) = delete;
     StderrLog& operator=(StderrLog const&) = delete;
@@ -23,6 +27,9 @@ public:
         Mute(Mute const&) = delete;
         Mute& operator=(Mute const&) = delete;
     };
+
+private:
+    std::ofstream _file;
 };
 
 } // namespace quorvel::host

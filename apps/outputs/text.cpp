@@ -39,13 +39,6 @@ std::string addressText(unsigned int address) { return padded(address, 16, 6); }
 
 std::string squawkText(unsigned int code) { return padded(code, 8, 4); }
 
-std::string printable(std::string const& text) {
-    std::string result;
-    for (char const character : text) result += character >= 0x20 && character < 0x7F ? character : '?';
-    result.erase(result.find_last_not_of(' ') + 1);
-    return result;
-}
-
 std::string validUtf8(std::string const& text) {
     using Json = nlohmann::json;
     return Json::parse(Json(text).dump(-1, ' ', false, Json::error_handler_t::replace)).get<std::string>();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/frame.h"
+#include "host/printable.h" // IWYU pragma: export
 
 #include <string>
 
@@ -16,10 +17,6 @@ double seconds(TimeMs time);
 /// An aircraft address as six upper-case digits, and a Mode A code as four octal ones.
 std::string addressText(unsigned int address);
 std::string squawkText(unsigned int code);
-
-/// Text that came over the air or from a command line, safe to show in a line of plain text: printable ASCII,
-/// "?" for all else, no trailing blanks.
-std::string printable(std::string const& text);
 
 /// Text in which what is not valid UTF-8 has become U+FFFD.
 std::string validUtf8(std::string const& text);

@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "run/track_run.h"
 
+#include "host/console.h"
 #include "host/frame_reader.h"
 #include "host/host_error.h"
-#include "host/progress.h"
 #include "run/live_source.h"
 
 #include <asio/post.hpp>
 
 #include <algorithm>
 #include <csignal>
-#include <iostream>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -32,10 +31,7 @@ TimeMs hostTime() {
                                    .count());
 }
 
-void say(std::string const& line) {
-    Progress::erase();
-    std::cerr << "trevallo: " << line << '\n';
-}
+void say(std::string const& line) { console::say("trevallo: " + line); }
 
 // Pipes and terminals give what they have when they have it; everything else that has a path is read to its
 // end.
@@ -124,6 +120,10 @@ void TrackRun::makeLive(Source& source, SourceSpec const& spec, ReadOptions cons
     };
     handlers.hostTime = hostTime;
     source.live = LiveSource::make(spec, options, _context, std::move(handlers));
+}
+
+void TrackRun::setTimeout(TimeMs timeout) {
+    for (auto const& station : _stations) station->receiver.setTimeout(timeout);
 }
 
 void TrackRun::add(std::unique_ptr<Output> output) {

@@ -47,6 +47,9 @@ public:
     asio::io_context& context() { return _context; }
     NetworkOutputs& network() { return _network; }
 
+    /// Drops targets that were not heard for so many ms; 0 keeps them.
+    void setTimeout(TimeMs timeout);
+
     void add(std::unique_ptr<Output> output);
 
     /// Whether a source comes at its own pace: it is no recording, or one that is played at a speed.

@@ -5,6 +5,8 @@
 #include "simulate/stream_writer.h"
 #include "simulate/traffic.h"
 
+#include "trevallo/place_option.h"
+
 #include <CLI/CLI.hpp>
 
 #include <cmath>
@@ -63,16 +65,6 @@ private:
     std::FILE* _file;
 };
 
-// "LAT,LON" in degrees, or an explanation.
-std::string parsePlace(std::string const& text, simulate::Place& place) {
-    std::istringstream in(text);
-    char comma = 0;
-    bool const isPlace = in >> place.latitude >> comma >> place.longitude && comma == ',' &&
-                         in.peek() == EOF && std::fabs(place.latitude) <= 90 &&
-                         std::fabs(place.longitude) <= 180;
-    return isPlace ? "" : "a place is LAT,LON in degrees, for example 48.35,11.79";
-}
-
 // "HH:MM:SS", or an explanation.
 std::string parseTime(std::string const& text, std::uint64_t& nanoseconds) {
     std::istringstream in(text);
@@ -84,11 +76,6 @@ std::string parseTime(std::string const& text, std::uint64_t& nanoseconds) {
                         colons[1] == ':' && in.peek() == EOF && hour < 24 && minute < 60 && second < 60;
     nanoseconds = ((hour * 60 + minute) * 60 + second) * 1'000'000'000;
     return isTime ? "" : "a time is HH:MM:SS, for example 12:00:00";
-}
-
-std::string checkedPlace(std::string const& text) {
-    simulate::Place place{};
-    return parsePlace(text, place);
 }
 
 std::string checkedTime(std::string const& text) {

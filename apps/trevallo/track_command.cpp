@@ -1,16 +1,31 @@
 // SPDX-License-Identifier: MIT
 #include "trevallo/track_command.h"
 
-#include "host/frame_reader.h"
+#include "host/console.h"
+#include "host/encoding.h"
 #include "host/host_error.h"
-#include "host/receiver.h"
 #include "host/stderr_log.h"
-#include "host/stop_signals.h"
-#include "host/target_pages.h"
-#include "host/target_table.h"
+#include "outputs/aircraft_json.h"
+#include "outputs/frame_output.h"
+#include "outputs/json_lines.h"
+#include "outputs/live_table.h"
+#include "outputs/paced.h"
+#include "outputs/prometheus.h"
+#include "outputs/report_pages.h"
+#include "outputs/sbs.h"
+#include "outputs/summary.h"
+#include "outputs/text_table.h"
+#include "run/keyboard.h"
+#include "run/prometheus_port.h"
+#include "run/recorder.h"
+#include "run/track_run.h"
+#include "trevallo/log_option.h"
+#include "trevallo/place_option.h"
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <iostream>
 #include <map>
@@ -20,20 +35,75 @@ namespace quorvel::host {
 
 namespace {
 
-using modes::Log;
+using modes::ModeSMessage;
+
+constexpr std::chrono::milliseconds kPace{1000}; // of outputs that show the moment
+constexpr double kLiveTimeout = 300;             // seconds
+
+enum class Table : std::uint8_t { Auto, Live, Final, None };
 
 struct Settings {
-    std::vector<std::string> files;
+    std::vector<std::string> sources;
     std::string format = "auto";
+    std::string time = "auto";
+    std::vector<std::string> dates;
+    std::string speed = "max";
+    bool isMerged = false;
+
     bool altitudeCheck = false;
-    double timeoutSeconds = 0.0;
-    std::string htmlFolder;
+    RepairedReplies repaired = RepairedReplies::Known;
+    std::string location;
+    double maxRange = PositionLimits().rangeNm;
+    std::optional<double> timeoutSeconds;
     std::string database;
-    std::string logLevel = "warning";
+
+    Table table = Table::Auto;
+    bool wantsStats = false;
+    std::vector<std::string> json;
+    std::vector<std::string> aircraftJson;
+    std::vector<std::string> sbs;
+    std::vector<std::string> beast;
+    std::vector<std::string> avr;
+    ModeSMessage::Confidence confidence = ModeSMessage::LOW;
+    std::vector<std::string> pages;
+    std::vector<std::string> prometheus;
+    std::string recording;
+    bool rotates = false;
+
+    modes::Log::Level log = modes::Log::Warning;
+    std::string logFile;
 };
 
-std::map<std::string, Log::Level> const kLevels{
-    {"debug", Log::Debug}, {"info", Log::Info}, {"warning", Log::Warning}, {"error", Log::Error}};
+std::map<std::string, RepairedReplies> const kRepaired{
+    {"keep", RepairedReplies::Keep}, {"known", RepairedReplies::Known}, {"drop", RepairedReplies::Drop}};
+std::map<std::string, Table> const kTables{
+    {"auto", Table::Auto}, {"live", Table::Live}, {"final", Table::Final}, {"none", Table::None}};
+std::map<std::string, ModeSMessage::Confidence> const kConfidences{{"none", ModeSMessage::NONE},
+                                                                   {"low", ModeSMessage::LOW},
+                                                                   {"medium", ModeSMessage::MEDIUM},
+                                                                   {"high", ModeSMessage::HIGH}};
+std::map<std::string, TimeReading> const kReadings{{"auto", TimeReading::Auto},
+                                                   {"receiver", TimeReading::Receiver},
+                                                   {"12mhz", TimeReading::Counter12MHz},
+                                                   {"arrival", TimeReading::Arrival}};
+constexpr std::string_view kFixed = "fixed:";
+
+TimeMs hostTime() {
+    return static_cast<TimeMs>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
+            .count());
+}
+
+bool isFixed(std::string const& time) { return time.starts_with(kFixed); }
+
+std::string checkedTime(std::string const& text) {
+    bool const isKnown = kReadings.contains(text) || (isFixed(text) && parseTime(text.substr(kFixed.size())));
+    return isKnown ? "" : "a time is auto, receiver, 12mhz, arrival or, for example, fixed:2024-05-01T12:34:56Z";
+}
+
+std::string checkedDate(std::string const& text) {
+    return parseTime(text) ? "" : "a date is like 2024-05-01 or 2024-05-01T12:34:56Z";
+}
 
 // The range of seconds leaves out what is no number.
 std::string checkedTimeout(std::string const& text) {
@@ -42,84 +112,224 @@ std::string checkedTimeout(std::string const& text) {
     return isNumber ? "" : "a timeout is a number of seconds, for example 60";
 }
 
-std::string summary(Counters const& counters, std::size_t targets) {
-    auto const decoded = counters.frames - counters.undecoded;
-    auto text = std::to_string(counters.frames) + " frames, " + std::to_string(decoded) + " decoded, " +
-                std::to_string(counters.tracked) + " tracked, " + std::to_string(targets) + " aircraft";
-    if (counters.modeAcFrames > 0) text += ", " + std::to_string(counters.modeAcFrames) + " Mode A/C replies";
-    return text + "\n";
+std::string checkedSpeed(std::string const& text) {
+    double speed = 0;
+    bool const isNumber = CLI::detail::lexical_cast(text, speed) && speed > 0 && speed <= 1e6;
+    return isNumber || text == "max" ? "" : "a speed is a number, 1 for real time, or max";
+}
+
+TimeOptions timeOptions(Settings const& settings, std::size_t source) {
+    TimeOptions time;
+    if (isFixed(settings.time)) {
+        time.reading = TimeReading::Fixed;
+        time.start = *parseTime(settings.time.substr(kFixed.size()));
+    } else {
+        time.reading = kReadings.at(settings.time);
+        if (!settings.dates.empty()) time.start = *parseTime(settings.dates[settings.dates.size() == 1 ? 0 : source]);
+    }
+    return time;
+}
+
+std::optional<Place> locationOf(Settings const& settings) {
+    auto const place = parsePlace(settings.location);
+    return place ? std::optional(Place{place->latitude, place->longitude}) : std::nullopt;
+}
+
+TrackOptions trackOptions(Settings const& settings) {
+    TrackOptions options;
+    for (std::size_t i = 0; i < settings.sources.size(); ++i) {
+        options.sources.push_back(parseSource(settings.sources[i]));
+        options.reading.push_back({encodingOf(settings.format), timeOptions(settings, i)});
+    }
+    options.receiver.altitudeCheck = settings.altitudeCheck;
+    options.receiver.repaired = settings.repaired;
+    options.receiver.positions.receiver = locationOf(settings);
+    options.receiver.positions.rangeNm = settings.maxRange;
+    options.isMerged = settings.isMerged;
+    options.speed = settings.speed == "max" ? 0 : std::stod(settings.speed);
+    options.database = settings.database;
+    return options;
+}
+
+// Which of the outputs goes to standard output, of which there is one.
+bool usesStandardOutput(Settings const& settings) {
+    std::size_t users = 0;
+    for (auto const* targets : {&settings.json, &settings.sbs, &settings.beast, &settings.avr, &settings.prometheus})
+        users += static_cast<std::size_t>(std::count(targets->begin(), targets->end(), "-"));
+    if (users > 1) throw HostError("only one output can go to standard output");
+    return users == 1;
+}
+
+// Outputs of the moment are of no use faster than anyone can look.
+std::unique_ptr<Output> paced(std::unique_ptr<Output> output) {
+    return std::make_unique<Paced>(std::move(output), kPace);
+}
+
+void addStreams(TrackRun& run, Settings const& settings) {
+    auto& network = run.network();
+    for (auto const& target : settings.json) run.add(std::make_unique<JsonLines>(makeSink(target, network)));
+    for (auto const& target : settings.sbs) run.add(std::make_unique<Sbs>(makeSink(target, network)));
+    for (auto const& target : settings.beast)
+        run.add(std::make_unique<FrameOutput>(makeSink(target, network), Encoding::Beast, settings.confidence));
+    for (auto const& target : settings.avr)
+        run.add(std::make_unique<FrameOutput>(makeSink(target, network), Encoding::AvrStamped, settings.confidence));
+    if (!settings.recording.empty()) run.add(std::make_unique<Recorder>(settings.recording, settings.rotates));
+}
+
+void addFiles(TrackRun& run, Settings const& settings) {
+    for (auto const& file : settings.aircraftJson) run.add(paced(std::make_unique<AircraftJson>(file, locationOf(settings))));
+    for (auto const& folder : settings.pages) run.add(paced(std::make_unique<ReportPages>(folder)));
+    for (auto const& target : settings.prometheus) {
+        if (isPort(target)) {
+            run.add(std::make_unique<PrometheusPort>(target, run, hostTime));
+        } else {
+            run.add(paced(std::make_unique<PrometheusFile>(target, hostTime)));
+        }
+    }
+}
+
+bool wantsLiveTable(Settings const& settings, TrackRun const& run, bool isOutputUsed) {
+    if (settings.table == Table::Live && !Terminal::isAvailable())
+        throw HostError("there is no terminal for a live table (use --table final)");
+    if (settings.table != Table::Auto) return settings.table == Table::Live;
+    return run.isLive() && !isOutputUsed && Terminal::isAvailable();
 }
 
 void track(Settings const& settings) {
-    StderrLog const log(kLevels.at(settings.logLevel));
-    ReceiverOptions options;
-    options.altitudeCheck = settings.altitudeCheck;
-    options.timeout = static_cast<TimeMs>(std::ceil(settings.timeoutSeconds * 1000));
-    std::optional<AircraftFile> database;
-    if (!settings.database.empty()) database.emplace(settings.database);
+    StderrLog const log(settings.log, settings.logFile);
+    bool const isOutputUsed = usesStandardOutput(settings);
+    if (settings.dates.size() > 1 && settings.dates.size() != settings.sources.size())
+        throw HostError("--date is given once for all sources, or once for each");
 
-    StopSignals const signals;
-    Receiver receiver(options, database ? &*database : nullptr);
-    TimeMs now = 0;
-    for (auto const& file : settings.files) {
-        ReadOptions reading;
-        reading.encoding = encodingOf(settings.format);
-        FrameReader reader(file, reading);
-        for (auto frames = reader.read(); !frames.empty(); frames = reader.read()) {
-            for (auto const& frame : frames) receiver.take(frame);
-            now = reader.clock().now();
-            receiver.dropSilentTargets(now);
-        }
+    TrackRun run(trackOptions(settings));
+    run.setTimeout(settings.timeoutSeconds ? static_cast<TimeMs>(std::ceil(*settings.timeoutSeconds * 1000))
+                   : run.isLive()          ? static_cast<TimeMs>(kLiveTimeout * 1000)
+                                           : 0);
+    addStreams(run, settings);
+    addFiles(run, settings);
+    std::optional<console::ScreenInUse> screen;
+    std::optional<Keyboard> keyboard;
+    if (wantsLiveTable(settings, run, isOutputUsed)) {
+        auto table = std::make_unique<LiveTable>(std::make_unique<Terminal>());
+        screen.emplace();
+        keyboard.emplace(*table, run);
+        run.add(std::move(table));
+    } else if (!isOutputUsed && settings.table != Table::None) {
+        run.add(std::make_unique<TextTable>(makeSink("-", run.network())));
+        run.add(std::make_unique<Summary>(makeSink("-", run.network()), settings.wantsStats));
     }
-    if (StopSignals::requested()) {
-        std::cerr << "trevallo: stopped by " << StopSignals::name() << " after " << receiver.counters().frames
-                  << " frames\n";
+    run.run();
+    if (!run.signal().empty()) {
+        console::say("trevallo: stopped by " + run.signal() + " after " +
+                     std::to_string(run.picture().counters.frames) + " frames");
     }
+}
 
-    auto const targets = receiver.tracker().allTargets();
-    std::cout << tableText(makeTable(targets, now)) << "\n"
-              << summary(receiver.counters(), targets.size()) << std::flush;
-    bool const written = std::cout.good();
-    if (!settings.htmlFolder.empty()) writePages(settings.htmlFolder, targets, now);
-    receiver.dropAllTargets();
-    if (database) database->save();
-    if (!written) throw HostError("cannot write the table to standard output");
+// Adds an option with one of a few named values.
+template <class Value>
+CLI::Option* addChoice(CLI::App& command, std::string const& name, Value& value,
+                       std::map<std::string, Value> const& values, std::string const& names, std::string const& help) {
+    return command.add_option(name, value, help)
+        ->transform(CLI::CheckedTransformer(values).description(""))
+        ->type_name(names);
+}
+
+void addSourceOptions(CLI::App& command, Settings& settings) {
+    command
+        .add_option("SOURCE", settings.sources,
+                    "Recordings (also .gz and .zst), - for standard input, tcp://HOST:PORT, listen://PORT for feeders, "
+                    "serial:///dev/ttyUSB0?baud=3000000")
+        ->required();
+    std::vector<std::string> formats{"auto"};
+    for (auto const& encoding : kEncodings) formats.emplace_back(encoding.identifier);
+    command
+        .add_option("--format", settings.format, "Encoding of the sources, found out from the first bytes when not named")
+        ->check(CLI::IsMember(formats).description(""))
+        ->type_name("auto|avr|beast|beast-plain|bin|hex");
+    command
+        .add_option("--time", settings.time,
+                    "What time stamps count: seconds and nanoseconds of the UTC day (receiver) or ticks since the receiver "
+                    "was switched on (12mhz); or the time of arrival, or one time for all. Found out when not named")
+        ->check(checkedTime)
+        ->type_name("auto|receiver|12mhz|arrival|fixed:TIME");
+    command
+        .add_option("--date", settings.dates,
+                    "Day of a recording, or day and time of its first frame; of the file's name when not given; once for "
+                    "each source if they differ")
+        ->check(checkedDate)
+        ->type_name("2024-05-01[T12:34:56Z]");
+    command.add_option("--speed", settings.speed, "How fast recordings are played: 1 is real time")
+        ->check(checkedSpeed)
+        ->type_name("NUMBER|max");
+    command.add_flag("--merge", settings.isMerged,
+                     "All sources into one decoder and tracker, instead of one for each source");
+}
+
+void addTrackingOptions(CLI::App& command, Settings& settings) {
+    command.add_flag("--altitude-check", settings.altitudeCheck,
+                     "Ignore altitudes that jump by more than 150 ft within 4 s");
+    addChoice(command, "--repaired", settings.repaired, kRepaired, "keep|known|drop",
+              "Repaired replies update known aircraft and make none (known), or are kept, or dropped");
+    command.add_option("--location", settings.location, "Where the receiver stands, for the check of positions")
+        ->check(checkedPlace)
+        ->type_name("LAT,LON");
+    command.add_option("--max-range", settings.maxRange, "How far the receiver can hear, in nautical miles")
+        ->check(CLI::Range(1.0, 10'000.0).description(""))
+        ->type_name("NM");
+    command
+        .add_option("--timeout", settings.timeoutSeconds,
+                    "Drop aircraft not heard for so long; 0 keeps all. 300 when not given, 0 for recordings")
+        ->check(checkedTimeout)
+        ->type_name("SECONDS");
+    command
+        .add_option("--db", settings.database,
+                    "Aircraft database (CSV): what is known of aircraft from earlier runs; saved every ten minutes and at "
+                    "the end")
+        ->type_name("FILE");
+}
+
+void addOutputOptions(CLI::App& command, Settings& settings) {
+    auto const target = "FILE|-|:PORT|tcp://HOST:PORT";
+    addChoice(command, "--table", settings.table, kTables, "auto|live|final|none",
+              "The aircraft as a table that fills the terminal, or as text at the end");
+    command.add_option("--json", settings.json, "A line of JSON for each aircraft that changed")->type_name(target);
+    command.add_option("--aircraft-json", settings.aircraftJson, "The file aircraft.json of web maps, each second")
+        ->type_name("FILE");
+    command.add_option("--sbs", settings.sbs, "BaseStation text lines")->type_name(target);
+    command.add_option("--beast", settings.beast, "The frames, as Beast with doubled escapes")->type_name(target);
+    command.add_option("--avr", settings.avr, "The frames, as AVR text with time stamps")->type_name(target);
+    addChoice(command, "--confidence", settings.confidence, kConfidences, "none|low|medium|high",
+              "The least confidence in the address of frames for --beast and --avr; none passes damaged ones too");
+    command.add_option("--html", settings.pages, "A report page for each aircraft and an index of them")
+        ->type_name("DIR");
+    command.add_option("--prometheus", settings.prometheus, "All counts, in Prometheus' text format")
+        ->type_name("FILE|:PORT");
+    command
+        .add_option("--record", settings.recording,
+                    "Record the frames as received, with their times, to be played back; compressed by the name")
+        ->type_name("FILE.zst");
+    command.add_flag("--rotate", settings.rotates, "A new recording each hour, its date and hour in the name");
+    command.add_flag("--stats", settings.wantsStats, "All counts at the end");
+    addLogOption(command, settings.log);
+    command.add_option("--log-file", settings.logFile, "Where the library's log lines go instead of standard error")
+        ->type_name("FILE");
 }
 
 } // namespace
 
 void addTrackCommand(CLI::App& app) {
     auto settings = std::make_shared<Settings>();
-    auto* command = app.add_subcommand("track", "Track the aircraft of recordings and print them as a table");
-    command->add_option("FILE", settings->files, "Recordings, read one after the other; - is standard input")
-        ->required();
-    command
-        ->add_option("--format", settings->format,
-                     "Encoding of the recordings, found out from the first bytes when not named")
-        ->check(CLI::IsMember({"auto", "avr", "beast", "beast-plain", "bin", "hex"}).description(""))
-        ->type_name("auto|avr|beast|beast-plain|bin|hex");
-    command->add_flag("--altitude-check", settings->altitudeCheck,
-                      "Ignore altitudes that jump by more than 150 ft within 4 s");
-    command
-        ->add_option("--timeout", settings->timeoutSeconds,
-                     "Drop aircraft not heard for so long, by the time stamps of the stream; 0, the default, "
-                     "keeps all")
-        ->check(checkedTimeout)
-        ->type_name("SECONDS");
-    command->add_option("--html", settings->htmlFolder, "Write a report page for each aircraft and an index")
-        ->type_name("DIR");
-    command
-        ->add_option("--db", settings->database,
-                     "Aircraft database (CSV): what is known of aircraft from earlier runs; saved at the end")
-        ->type_name("FILE");
-    command->add_option("--log", settings->logLevel, "Lowest level of the log lines shown on standard error")
-        ->check(CLI::IsMember(kLevels).description(""))
-        ->type_name("debug|info|warning|error");
+    auto* command = app.add_subcommand("track", "Track the aircraft of receivers and recordings, and show them");
+    addSourceOptions(*command, *settings);
+    addTrackingOptions(*command, *settings);
+    addOutputOptions(*command, *settings);
     command->footer("Examples:\n"
                     "  trevallo track recording.beast\n"
-                    "  trevallo track --html pages --db aircraft.csv monday.avr tuesday.avr\n"
-                    "  nc receiver.local 30005 | trevallo track --timeout 60 -\n"
-                    "Ctrl-C ends the reading: table, pages and database then show what was read.");
+                    "  trevallo track tcp://localhost:30005 --location 48.35,11.79 --db aircraft.csv\n"
+                    "  trevallo track serial:///dev/ttyUSB0 --aircraft-json /run/map/aircraft.json --sbs :30003\n"
+                    "  trevallo track listen://30004 --merge --prometheus :9100 --record sky.beast.zst --rotate\n"
+                    "  trevallo track --speed 10 --html pages monday.avr.gz\n"
+                    "Ctrl-C ends the reading: all outputs and the database then hold what was read.");
     command->callback([settings] { track(*settings); });
 }
 

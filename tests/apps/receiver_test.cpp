@@ -123,9 +123,8 @@ TEST(Receiver, ShowsPositionsThatPassedOnly) {
 
 TEST(Receiver, DropsTargetsThatHaveFallenSilent) {
     CapturedLog log;
-    ReceiverOptions options;
-    options.timeout = 60'000;
-    Receiver receiver(options, nullptr);
+    Receiver receiver({}, nullptr);
+    receiver.setTimeout(60'000);
     receiver.take(heard(kIdentification, kNow));
     receiver.take(heard(kPosition, kNow + 30'000));
     receiver.dropSilentTargets(kNow + 59'999);
@@ -138,9 +137,8 @@ TEST(Receiver, DropsTargetsThatHaveFallenSilent) {
 
 TEST(Receiver, DropsTargetsOfATimeThatWasLeft) {
     CapturedLog log;
-    ReceiverOptions options;
-    options.timeout = 60'000;
-    Receiver receiver(options, nullptr);
+    Receiver receiver({}, nullptr);
+    receiver.setTimeout(60'000);
     receiver.take(heard(kIdentification, kNow + 86'000'000));
     receiver.dropSilentTargets(kNow);
     EXPECT_EQ(receiver.targets(), 0U);

@@ -4,7 +4,7 @@
 
 #include "host/byte_source.h"
 #include "host/framer.h"
-#include "host/target_table.h"
+#include "host/printable.h"
 
 #include "support/bytes.h"
 #include "support/captured_log.h"
@@ -30,13 +30,13 @@ std::string path(std::string const& name) { return std::string(TREVALLO_SHARED_D
 
 ModeSEncapsulation::Records recordsOf(std::string const& name) {
     host::ByteSource source(path(name));
-    host::Framer framer(std::nullopt);
+    host::Counters counters;
+    host::Framer framer(std::nullopt, counters);
+    host::Frames frames;
+    for (std::string bytes; source.read(bytes);) framer.feed(bytes, frames);
+    framer.finish(frames);
     ModeSEncapsulation::Records records;
-    auto const add = [&](ModeSEncapsulation::Records const& more) {
-        records.insert(records.end(), more.begin(), more.end());
-    };
-    for (std::string bytes; source.read(bytes);) add(framer.feed(bytes));
-    add(framer.finish());
+    for (auto const& frame : frames) records.push_back(frame.record);
     return records;
 }
 
@@ -201,7 +201,7 @@ TEST(Recordings, YieldTheAircraftThatFlewInThem) {
         ADSBTracker tracker;
         std::set<std::string> found;
         for (auto const& target : tracked(tracker, name).allTargets()) {
-            if (target->callsignValid()) found.insert(host::shown(target->callsign()));
+            if (target->callsignValid()) found.insert(host::printable(target->callsign()));
         }
         EXPECT_TRUE(std::includes(found.begin(), found.end(), callsigns.begin(), callsigns.end())) << name;
         EXPECT_TRUE(aircraft == 0 || tracker.allTargets().size() == aircraft) << name;
@@ -337,7 +337,7 @@ TEST(PublishedReadings, OfAWholeRecordingAgree) {
             ++squawks;
         }
         if (format == "17" && !row.at("callsign").empty()) {
-            EXPECT_EQ(host::shown(target->callsign()), host::shown(row.at("callsign")));
+            EXPECT_EQ(host::printable(target->callsign()), host::printable(row.at("callsign")));
             ++callsigns;
         }
         bool const isFresh = target->positionValid() && target->positionLastUpdate() == message->timeStamp();

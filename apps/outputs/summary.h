@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/output.h"
+
+#include <memory>
+#include <string>
+
+namespace quorvel::host {
+
+/// A line of the most telling counts at the end, or all that are not 0.
+class Summary : public Output {
+public:
+    Summary(std::unique_ptr<Sink> sink, bool isWhole);
+
+    bool wantsPicture() override { return false; }
+    void finish(Picture const& last) override;
+
+private:
+    std::unique_ptr<Sink> _sink;
+    bool _isWhole;
+};
+
+/// "14662 frames, 14574 decoded, 14427 tracked, 25 aircraft".
+std::string summaryLine(Picture const& picture);
+
+/// A line for each count that is not 0: the count and what it counts.
+std::string allCounts(Counters const& counters);
+
+} // namespace quorvel::host
