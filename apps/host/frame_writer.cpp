@@ -8,7 +8,6 @@ namespace quorvel::host {
 namespace {
 
 constexpr char kEscape = '\x1A';
-constexpr std::size_t kModeACBytes = 2;
 constexpr int kStampBits = 48;
 
 // First byte first, as all encodings have it.
@@ -38,9 +37,9 @@ void appendAvr(std::string& out, char start, std::string_view stamp, std::string
 // The type byte tells the length; 0 for lengths that no frame has.
 char beastType(std::size_t bytes) {
     switch (bytes) {
-    case kModeACBytes: return '1';
-    case 7: return '2';
-    case 14: return '3';
+    case kModeAcFrameBytes: return '1';
+    case kShortFrameBytes: return '2';
+    case kLongFrameBytes: return '3';
     default: return 0;
     }
 }
@@ -66,7 +65,7 @@ void appendEncoded(std::string& out, Frame const& frame, Encoding encoding) {
     case Encoding::Beast: appendBeast(out, frame, data, true); break;
     case Encoding::BeastPlain: appendBeast(out, frame, data, false); break;
     case Encoding::Raw:
-        if (data.size() != kModeACBytes) out += data;
+        if (data.size() != kModeAcFrameBytes) out += data;
         break;
     case Encoding::Hex:
         appendDigits(out, data);

@@ -113,7 +113,7 @@ bool isListed(Aircraft const& aircraft) {
     return aircraft.age(aircraft.report->lastUpdate()) <= kAircraftListed;
 }
 
-std::string receiverText(std::optional<Location> const& location) {
+std::string receiverText(std::optional<Place> const& location) {
     Json receiver;
     receiver["version"] = modes::Trevallo().version();
     receiver["refresh"] = 1000;
@@ -127,7 +127,7 @@ std::string receiverText(std::optional<Location> const& location) {
 
 } // namespace
 
-AircraftJson::AircraftJson(std::string file, std::optional<Location> location) : _file(std::move(file)) {
+AircraftJson::AircraftJson(std::string file, std::optional<Place> const& location) : _file(std::move(file)) {
     auto const beside = std::filesystem::path(_file).replace_filename("receiver.json");
     writeWhole(beside.string(), receiverText(location));
 }

@@ -2,18 +2,13 @@
 #pragma once
 
 #include "host/output.h"
+#include "host/position_gate.h"
 
 #include <map>
 #include <optional>
 #include <string>
 
 namespace quorvel::host {
-
-/// Where the receiver stands, in degrees.
-struct Location {
-    double latitude = 0;
-    double longitude = 0;
-};
 
 /// The file `aircraft.json` that web maps read, replaced as a whole with each picture, and `receiver.json`
 /// beside it.
@@ -24,7 +19,7 @@ struct Location {
 class AircraftJson : public Output {
 public:
     /// Writes `receiver.json`. Throws HostError.
-    AircraftJson(std::string file, std::optional<Location> location);
+    AircraftJson(std::string file, std::optional<Place> const& location);
 
     Wants wants() const override { return Wants::EachFrame; }
     void heard(HeardFrame const& heard) override;

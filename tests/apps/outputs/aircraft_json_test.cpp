@@ -143,7 +143,7 @@ TEST_F(AircraftJsonFile, HasTheReceiverBesideIt) {
     EXPECT_EQ(receiver()["refresh"], 1000);
     EXPECT_EQ(receiver()["history"], 0);
     EXPECT_FALSE(receiver().contains("lat"));
-    AircraftJson const placed(file(), host::Location{52.5, 13.25});
+    AircraftJson const placed(file(), host::Place{52.5, 13.25});
     EXPECT_EQ(receiver()["lat"], 52.5);
     EXPECT_EQ(receiver()["lon"], 13.25);
 }
