@@ -60,7 +60,7 @@ std::string version(Aircraft const& a) {
 // clang-format off
 Column const kColumns[] = {
     {"Track", "", false, [](Aircraft const& a) { return std::to_string(a.report->trackId()); },
-     "#", 4, 9, 'n', [](Aircraft const& a) { return static_cast<double>(a.report->trackId()); }, false},
+     "#", 4, 12, 'n', [](Aircraft const& a) { return static_cast<double>(a.report->trackId()); }, false},
     {"ICAO", "", true, [](Aircraft const& a) { return addressText(a.report->icaoAddress()); },
      "ICAO", 6, 0, 'i', nullptr, false},
     {"Callsign", "", true, callsign, "Callsign", 8, 1, 'c', nullptr, false},
@@ -79,7 +79,7 @@ Column const kColumns[] = {
     {"Pos. age", "s", false,
      [](Aircraft const& a) { return a.report->positionValid() ? fixed(positionAge(a), 1) : std::string(); },
      "Pos", 5, 7, 'p', positionAge, true},
-    {"Version", "", false, version, "Ver", 3, 12, 'e', nullptr, false},
+    {"Version", "", false, version, "Ver", 3, 13, 'e', nullptr, false},
     {"Messages", "", false, [](Aircraft const& a) { return std::to_string(a.messages); },
      "Msgs", 6, 9, 'm', [](Aircraft const& a) { return static_cast<double>(a.messages); }, false},
     {"Age", "s", false, [](Aircraft const& a) { return fixed(age(a), 1); }, "Age", 5, 3, 'g', age, false},

@@ -10,6 +10,12 @@ bool showsPosition(Aircraft const& aircraft) {
     return report.positionValid() && aircraft.age(report.positionLastUpdate()) <= kPositionShown;
 }
 
+bool isLive(Aircraft const& aircraft) {
+    auto const& report = *aircraft.report;
+    bool const hadPosition = report.positionLastUpdate() != 0;
+    return aircraft.age(hadPosition ? report.positionLastUpdate() : report.lastUpdate()) <= kAircraftLive;
+}
+
 std::vector<Aircraft const*> newestByAddress(Picture const& picture) {
     std::vector<Aircraft const*> newest;
     newest.reserve(picture.aircraft.size());

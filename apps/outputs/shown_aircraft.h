@@ -9,12 +9,17 @@ namespace quorvel::host {
 
 // How long an aircraft is shown, by the age of what is shown: an aircraft whose position stands still is not
 // to look alive because it still answers.
-inline constexpr TimeMs kPositionFades = 15'000;   ///< a younger position is as good as new
-inline constexpr TimeMs kPositionShown = 60'000;   ///< an older position is none
+inline constexpr TimeMs kPositionFades = 15'000; ///< a younger position is as good as new
+inline constexpr TimeMs kPositionShown = 60'000; ///< an older position is none
+inline constexpr TimeMs kAircraftLive = 60'000;  ///< an aircraft not seen for longer is gone from live tables
 inline constexpr TimeMs kAircraftListed = 300'000; ///< an aircraft not heard for longer is in no list
 
 /// Whether there is a position that is still worth showing.
 bool showsPosition(Aircraft const& aircraft);
+
+/// Whether an aircraft belongs into a live table: by the age of its position or, where it never had one, of
+/// its last message.
+bool isLive(Aircraft const& aircraft);
 
 /// One entry for each address, in the order of addresses: where several sources hear an aircraft, that of the
 /// one that heard it last.

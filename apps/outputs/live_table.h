@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/output.h"
+
+#include "outputs/live_view.h"
+#include "outputs/terminal.h"
+
+#include <memory>
+
+namespace quorvel::host {
+
+/// The aircraft in a table that fills the terminal and follows the keys. The caller polls it: a few times a
+/// second, and when a key is pressed.
+class LiveTable : public Output {
+public:
+    explicit LiveTable(std::unique_ptr<Terminal> terminal);
+
+    void picture(Picture const& picture) override;
+
+    /// Takes the keys and the size of the terminal into account.
+    void poll();
+
+    /// Whether the user has asked for the end.
+    bool wantsToQuit() const { return _state.wantsToQuit; }
+
+    /// Becomes readable when a key is pressed.
+    int keyFile() const { return _terminal->keyFile(); }
+
+private:
+    void show();
+
+    std::unique_ptr<Terminal> _terminal;
+    Picture _picture;
+    ViewState _state;
+};
+
+} // namespace quorvel::host
