@@ -5,8 +5,8 @@
 
 namespace quorvel::host::console {
 
-/// Writes a line on standard error. While the screen is in use by something else, the last lines are kept until it is
-/// free again.
+/// Writes a line on standard error. While the screen is in use by something else, the last lines are kept
+/// until it is free again.
 void say(std::string const& line);
 
 /// While one lives, the screen is in use.

@@ -13,7 +13,8 @@ namespace {
 std::string labelled(CounterText const& counter) {
     auto const text = std::string(counter.help);
     if (counter.label.empty()) return text;
-    return text.substr(0, text.size() - 1) + ": " + std::string(counter.label) + " " + std::string(counter.value) + ".";
+    return text.substr(0, text.size() - 1) + ": " + std::string(counter.label) + " " +
+           std::string(counter.value) + ".";
 }
 
 } // namespace
@@ -22,7 +23,8 @@ std::string summaryLine(Picture const& picture) {
     auto const& counters = picture.counters;
     auto text = std::to_string(counters.frames) + " frames, " +
                 std::to_string(counters.frames - counters.undecoded) + " decoded, " +
-                std::to_string(counters.tracked) + " tracked, " + std::to_string(picture.aircraft.size()) + " aircraft";
+                std::to_string(counters.tracked) + " tracked, " + std::to_string(picture.aircraft.size()) +
+                " aircraft";
     if (counters.modeAcFrames > 0) text += ", " + std::to_string(counters.modeAcFrames) + " Mode A/C replies";
     return text + "\n";
 }

@@ -10,15 +10,15 @@
 
 namespace quorvel::host {
 
-/// Records frames as they were received, with their times, so that they can be played back: a Beast stream whose time
-/// stamps are times of the UTC day. Files whose names end in ".zst" or ".gz" are compressed.
+/// Records frames as they were received, with their times, so that they can be played back: a Beast stream
+/// whose time stamps are times of the UTC day. Files whose names end in ".zst" or ".gz" are compressed.
 ///
-/// A file that is there is gone on with. What is recorded is in the file after ten seconds of it, so that little is lost
-/// when the power fails.
+/// A file that is there is gone on with. What is recorded is in the file after ten seconds of it, so that
+/// little is lost when the power fails.
 class Recorder : public Output {
 public:
-    /// With `rotates`, there is a file for each hour, its date and hour before the ending: "sky-2024-05-01T12.beast.zst".
-    /// Throws HostError when the file cannot be written.
+    /// With `rotates`, there is a file for each hour, its date and hour before the ending:
+    /// "sky-2024-05-01T12.beast.zst". Throws HostError when the file cannot be written.
     Recorder(std::string file, bool rotates);
     ~Recorder() override;
     Recorder(Recorder const&) = delete;

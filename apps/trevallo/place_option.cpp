@@ -6,12 +6,13 @@
 
 namespace quorvel::host {
 
-std::optional<LatLon> parsePlace(std::string const& text) {
+std::optional<Place> parsePlace(std::string const& text) {
     std::istringstream in(text);
-    LatLon place{};
+    Place place{};
     char comma = 0;
     bool const isPlace = in >> place.latitude >> comma >> place.longitude && comma == ',' &&
-                         in.peek() == EOF && std::fabs(place.latitude) <= 90 && std::fabs(place.longitude) <= 180;
+                         in.peek() == EOF && std::fabs(place.latitude) <= 90 &&
+                         std::fabs(place.longitude) <= 180;
     return isPlace ? std::optional(place) : std::nullopt;
 }
 

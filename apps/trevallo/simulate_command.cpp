@@ -4,7 +4,6 @@
 #include "host/host_error.h"
 #include "simulate/stream_writer.h"
 #include "simulate/traffic.h"
-
 #include "trevallo/place_option.h"
 
 #include <CLI/CLI.hpp>
@@ -106,7 +105,10 @@ void writeTruth(std::string const& name, simulate::Traffic const& traffic, doubl
 }
 
 void simulateTraffic(Settings settings) {
-    for (auto const& text : settings.places) parsePlace(text, settings.traffic.places.emplace_back());
+    for (auto const& text : settings.places) {
+        auto const place = parsePlace(text);
+        if (place) settings.traffic.places.push_back({place->latitude, place->longitude});
+    }
     std::uint64_t startOfDay = 0;
     parseTime(settings.start, startOfDay);
 

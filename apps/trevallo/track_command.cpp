@@ -89,16 +89,17 @@ std::map<std::string, TimeReading> const kReadings{{"auto", TimeReading::Auto},
 constexpr std::string_view kFixed = "fixed:";
 
 TimeMs hostTime() {
-    return static_cast<TimeMs>(
-        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
-            .count());
+    return static_cast<TimeMs>(std::chrono::duration_cast<std::chrono::milliseconds>(
+                                   std::chrono::system_clock::now().time_since_epoch())
+                                   .count());
 }
 
 bool isFixed(std::string const& time) { return time.starts_with(kFixed); }
 
 std::string checkedTime(std::string const& text) {
     bool const isKnown = kReadings.contains(text) || (isFixed(text) && parseTime(text.substr(kFixed.size())));
-    return isKnown ? "" : "a time is auto, receiver, 12mhz, arrival or, for example, fixed:2024-05-01T12:34:56Z";
+    return isKnown ? ""
+                   : "a time is auto, receiver, 12mhz, arrival or, for example, fixed:2024-05-01T12:34:56Z";
 }
 
 std::string checkedDate(std::string const& text) {
@@ -125,14 +126,10 @@ TimeOptions timeOptions(Settings const& settings, std::size_t source) {
         time.start = *parseTime(settings.time.substr(kFixed.size()));
     } else {
         time.reading = kReadings.at(settings.time);
-        if (!settings.dates.empty()) time.start = *parseTime(settings.dates[settings.dates.size() == 1 ? 0 : source]);
+        if (!settings.dates.empty())
+            time.start = *parseTime(settings.dates[settings.dates.size() == 1 ? 0 : source]);
     }
     return time;
-}
-
-std::optional<Place> locationOf(Settings const& settings) {
-    auto const place = parsePlace(settings.location);
-    return place ? std::optional(Place{place->latitude, place->longitude}) : std::nullopt;
 }
 
 TrackOptions trackOptions(Settings const& settings) {
@@ -143,7 +140,7 @@ TrackOptions trackOptions(Settings const& settings) {
     }
     options.receiver.altitudeCheck = settings.altitudeCheck;
     options.receiver.repaired = settings.repaired;
-    options.receiver.positions.receiver = locationOf(settings);
+    options.receiver.positions.receiver = parsePlace(settings.location);
     options.receiver.positions.rangeNm = settings.maxRange;
     options.isMerged = settings.isMerged;
     options.speed = settings.speed == "max" ? 0 : std::stod(settings.speed);
@@ -154,7 +151,8 @@ TrackOptions trackOptions(Settings const& settings) {
 // Which of the outputs goes to standard output, of which there is one.
 bool usesStandardOutput(Settings const& settings) {
     std::size_t users = 0;
-    for (auto const* targets : {&settings.json, &settings.sbs, &settings.beast, &settings.avr, &settings.prometheus})
+    for (auto const* targets :
+         {&settings.json, &settings.sbs, &settings.beast, &settings.avr, &settings.prometheus})
         users += static_cast<std::size_t>(std::count(targets->begin(), targets->end(), "-"));
     if (users > 1) throw HostError("only one output can go to standard output");
     return users == 1;
@@ -170,14 +168,18 @@ void addStreams(TrackRun& run, Settings const& settings) {
     for (auto const& target : settings.json) run.add(std::make_unique<JsonLines>(makeSink(target, network)));
     for (auto const& target : settings.sbs) run.add(std::make_unique<Sbs>(makeSink(target, network)));
     for (auto const& target : settings.beast)
-        run.add(std::make_unique<FrameOutput>(makeSink(target, network), Encoding::Beast, settings.confidence));
+        run.add(
+            std::make_unique<FrameOutput>(makeSink(target, network), Encoding::Beast, settings.confidence));
     for (auto const& target : settings.avr)
-        run.add(std::make_unique<FrameOutput>(makeSink(target, network), Encoding::AvrStamped, settings.confidence));
-    if (!settings.recording.empty()) run.add(std::make_unique<Recorder>(settings.recording, settings.rotates));
+        run.add(std::make_unique<FrameOutput>(makeSink(target, network), Encoding::AvrStamped,
+                                              settings.confidence));
+    if (!settings.recording.empty())
+        run.add(std::make_unique<Recorder>(settings.recording, settings.rotates));
 }
 
 void addFiles(TrackRun& run, Settings const& settings) {
-    for (auto const& file : settings.aircraftJson) run.add(paced(std::make_unique<AircraftJson>(file, locationOf(settings))));
+    for (auto const& file : settings.aircraftJson)
+        run.add(paced(std::make_unique<AircraftJson>(file, parsePlace(settings.location))));
     for (auto const& folder : settings.pages) run.add(paced(std::make_unique<ReportPages>(folder)));
     for (auto const& target : settings.prometheus) {
         if (isPort(target)) {
@@ -228,7 +230,8 @@ void track(Settings const& settings) {
 // Adds an option with one of a few named values.
 template <class Value>
 CLI::Option* addChoice(CLI::App& command, std::string const& name, Value& value,
-                       std::map<std::string, Value> const& values, std::string const& names, std::string const& help) {
+                       std::map<std::string, Value> const& values, std::string const& names,
+                       std::string const& help) {
     return command.add_option(name, value, help)
         ->transform(CLI::CheckedTransformer(values).description(""))
         ->type_name(names);
@@ -237,24 +240,29 @@ CLI::Option* addChoice(CLI::App& command, std::string const& name, Value& value,
 void addSourceOptions(CLI::App& command, Settings& settings) {
     command
         .add_option("SOURCE", settings.sources,
-                    "Recordings (also .gz and .zst), - for standard input, tcp://HOST:PORT, listen://PORT for feeders, "
+                    "Recordings (also .gz and .zst), - for standard input, tcp://HOST:PORT, listen://PORT "
+                    "for feeders, "
                     "serial:///dev/ttyUSB0?baud=3000000")
         ->required();
     std::vector<std::string> formats{"auto"};
     for (auto const& encoding : kEncodings) formats.emplace_back(encoding.identifier);
     command
-        .add_option("--format", settings.format, "Encoding of the sources, found out from the first bytes when not named")
+        .add_option("--format", settings.format,
+                    "Encoding of the sources, found out from the first bytes when not named")
         ->check(CLI::IsMember(formats).description(""))
         ->type_name("auto|avr|beast|beast-plain|bin|hex");
     command
-        .add_option("--time", settings.time,
-                    "What time stamps count: seconds and nanoseconds of the UTC day (receiver) or ticks since the receiver "
-                    "was switched on (12mhz); or the time of arrival, or one time for all. Found out when not named")
+        .add_option(
+            "--time", settings.time,
+            "What time stamps count: seconds and nanoseconds of the UTC day (receiver) or ticks since the "
+            "receiver "
+            "was switched on (12mhz); or the time of arrival, or one time for all. Found out when not named")
         ->check(checkedTime)
         ->type_name("auto|receiver|12mhz|arrival|fixed:TIME");
     command
         .add_option("--date", settings.dates,
-                    "Day of a recording, or day and time of its first frame; of the file's name when not given; once for "
+                    "Day of a recording, or day and time of its first frame; of the file's name when not "
+                    "given; once for "
                     "each source if they differ")
         ->check(checkedDate)
         ->type_name("2024-05-01[T12:34:56Z]");
@@ -270,7 +278,8 @@ void addTrackingOptions(CLI::App& command, Settings& settings) {
                      "Ignore altitudes that jump by more than 150 ft within 4 s");
     addChoice(command, "--repaired", settings.repaired, kRepaired, "keep|known|drop",
               "Repaired replies update known aircraft and make none (known), or are kept, or dropped");
-    command.add_option("--location", settings.location, "Where the receiver stands, for the check of positions")
+    command
+        .add_option("--location", settings.location, "Where the receiver stands, for the check of positions")
         ->check(checkedPlace)
         ->type_name("LAT,LON");
     command.add_option("--max-range", settings.maxRange, "How far the receiver can hear, in nautical miles")
@@ -283,7 +292,8 @@ void addTrackingOptions(CLI::App& command, Settings& settings) {
         ->type_name("SECONDS");
     command
         .add_option("--db", settings.database,
-                    "Aircraft database (CSV): what is known of aircraft from earlier runs; saved every ten minutes and at "
+                    "Aircraft database (CSV): what is known of aircraft from earlier runs; saved every ten "
+                    "minutes and at "
                     "the end")
         ->type_name("FILE");
 }
@@ -292,26 +302,35 @@ void addOutputOptions(CLI::App& command, Settings& settings) {
     auto const target = "FILE|-|:PORT|tcp://HOST:PORT";
     addChoice(command, "--table", settings.table, kTables, "auto|live|final|none",
               "The aircraft as a table that fills the terminal, or as text at the end");
-    command.add_option("--json", settings.json, "A line of JSON for each aircraft that changed")->type_name(target);
-    command.add_option("--aircraft-json", settings.aircraftJson, "The file aircraft.json of web maps, each second")
+    command.add_option("--json", settings.json, "A line of JSON for each aircraft that changed")
+        ->type_name(target);
+    command
+        .add_option("--aircraft-json", settings.aircraftJson,
+                    "The file aircraft.json of web maps, each second")
         ->type_name("FILE");
     command.add_option("--sbs", settings.sbs, "BaseStation text lines")->type_name(target);
-    command.add_option("--beast", settings.beast, "The frames, as Beast with doubled escapes")->type_name(target);
+    command.add_option("--beast", settings.beast, "The frames, as Beast with doubled escapes")
+        ->type_name(target);
     command.add_option("--avr", settings.avr, "The frames, as AVR text with time stamps")->type_name(target);
-    addChoice(command, "--confidence", settings.confidence, kConfidences, "none|low|medium|high",
-              "The least confidence in the address of frames for --beast and --avr; none passes damaged ones too");
+    addChoice(
+        command, "--confidence", settings.confidence, kConfidences, "none|low|medium|high",
+        "The least confidence in the address of frames for --beast and --avr; none passes damaged ones too");
     command.add_option("--html", settings.pages, "A report page for each aircraft and an index of them")
         ->type_name("DIR");
     command.add_option("--prometheus", settings.prometheus, "All counts, in Prometheus' text format")
         ->type_name("FILE|:PORT");
     command
-        .add_option("--record", settings.recording,
-                    "Record the frames as received, with their times, to be played back; compressed by the name")
+        .add_option(
+            "--record", settings.recording,
+            "Record the frames as received, with their times, to be played back; compressed by the name")
         ->type_name("FILE.zst");
-    command.add_flag("--rotate", settings.rotates, "A new recording each hour, its date and hour in the name");
+    command.add_flag("--rotate", settings.rotates,
+                     "A new recording each hour, its date and hour in the name");
     command.add_flag("--stats", settings.wantsStats, "All counts at the end");
     addLogOption(command, settings.log);
-    command.add_option("--log-file", settings.logFile, "Where the library's log lines go instead of standard error")
+    command
+        .add_option("--log-file", settings.logFile,
+                    "Where the library's log lines go instead of standard error")
         ->type_name("FILE");
 }
 
@@ -319,17 +338,19 @@ void addOutputOptions(CLI::App& command, Settings& settings) {
 
 void addTrackCommand(CLI::App& app) {
     auto settings = std::make_shared<Settings>();
-    auto* command = app.add_subcommand("track", "Track the aircraft of receivers and recordings, and show them");
+    auto* command =
+        app.add_subcommand("track", "Track the aircraft of receivers and recordings, and show them");
     addSourceOptions(*command, *settings);
     addTrackingOptions(*command, *settings);
     addOutputOptions(*command, *settings);
-    command->footer("Examples:\n"
-                    "  trevallo track recording.beast\n"
-                    "  trevallo track tcp://localhost:30005 --location 48.35,11.79 --db aircraft.csv\n"
-                    "  trevallo track serial:///dev/ttyUSB0 --aircraft-json /run/map/aircraft.json --sbs :30003\n"
-                    "  trevallo track listen://30004 --merge --prometheus :9100 --record sky.beast.zst --rotate\n"
-                    "  trevallo track --speed 10 --html pages monday.avr.gz\n"
-                    "Ctrl-C ends the reading: all outputs and the database then hold what was read.");
+    command->footer(
+        "Examples:\n"
+        "  trevallo track recording.beast\n"
+        "  trevallo track tcp://localhost:30005 --location 48.35,11.79 --db aircraft.csv\n"
+        "  trevallo track serial:///dev/ttyUSB0 --aircraft-json /run/map/aircraft.json --sbs :30003\n"
+        "  trevallo track listen://30004 --merge --prometheus :9100 --record sky.beast.zst --rotate\n"
+        "  trevallo track --speed 10 --html pages monday.avr.gz\n"
+        "Ctrl-C ends the reading: all outputs and the database then hold what was read.");
     command->callback([settings] { track(*settings); });
 }
 
