@@ -67,6 +67,7 @@ with tempfile.TemporaryDirectory() as name:
         pages, database = folder / f"pages {stop}", folder / f"aircraft {stop}.csv"
         process = started("track", "--format", "avr", "--html", str(pages), "--db", str(database), "-")
         process.send_signal(stop)
+        process.wait(timeout=60)  # with its input still open
         result = finished(process)
         expect(f"{stop.name} ends the reading and leaves table, pages and database", result.returncode == 0
                and b"4840D6  KLM1023" in result.stdout and (pages / "4840D6.html").is_file() and database.is_file()
