@@ -9,6 +9,7 @@ namespace quorvel::modes {
 /// meaning of one bit. Any other type code is invalid.
 class TREVALLO_EXPORT ADSBAirbornePositionMessage : public ADSBMessage {
 public:
+    /// What the altitude is measured from: air pressure, or the ellipsoid of satellite navigation.
     enum AltitudeSource : std::uint32_t { BARO = 0, GNSS = 1 };
 
     ADSBAirbornePositionMessage();

@@ -8,16 +8,19 @@ namespace quorvel::modes {
 /// Aircraft status, type code 28 (RTCA DO-260B, 2.2.3.2.7.8). Valid for the subtypes 0 to 2.
 class TREVALLO_EXPORT ADSBAircraftStatusMessage : public ADSBMessage {
 public:
+    /// What the message reports.
     enum class Subtype : std::uint32_t { NO_INFO = 0, EMERGENCY, TCAS_RA, UNKNOWN };
+
+    /// Emergency or priority status (RTCA DO-260B, 2.2.3.2.7.8.1.1).
     enum class EmergencyState : std::uint32_t {
-        NO_EMG = 0,
-        EMERGENCY,
-        MEDICAL,
-        MIN_FUEL,
-        NO_COMM,
-        HIJACK,
-        AC_DOWNED,
-        UNDEFINED,
+        NO_EMG = 0, ///< no emergency
+        EMERGENCY,  ///< general emergency
+        MEDICAL,    ///< lifeguard or medical
+        MIN_FUEL,   ///< minimum fuel
+        NO_COMM,    ///< no communications
+        HIJACK,     ///< unlawful interference
+        AC_DOWNED,  ///< downed aircraft
+        UNDEFINED,  ///< reserved
     };
 
     ADSBAircraftStatusMessage();

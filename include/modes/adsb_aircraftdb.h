@@ -15,9 +15,10 @@ class ADSBTarget;
 /// What is remembered of one aircraft.
 class TREVALLO_EXPORT Aircraft {
 public:
+    /// An aircraft of which nothing is known but its address.
     explicit Aircraft(unsigned int const& icaoAddr);
 
-    unsigned int icaoAddr() const { return _icaoAddr; }
+    unsigned int icaoAddr() const { return _icaoAddr; } ///< 24-bit aircraft address
     std::string icaoAddrString() const; ///< six upper-case hexadecimal digits with leading zeros
 
     /// ADS-B version that the aircraft was confirmed to follow; `MOPS_UNKNOWN` at the start.

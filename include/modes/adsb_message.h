@@ -33,6 +33,7 @@ public:
             8, ///< everything else, type code 0 included (deliberate: it is no position without position)
     };
 
+    /// A message of this type that is not decoded yet.
     explicit ADSBMessage(ADSBMessageType type);
     virtual ~ADSBMessage();
 
@@ -58,9 +59,10 @@ public:
     bool valid() const { return _valid; } ///< result of the last `decodeImpl`; false before
     std::uint8_t typeCode() const {
         return _typeCode;
-    } ///< first five bits, 0 to 31; 0 before the first decode
-    ADSBMessageType type() const { return _type; }
+    }                                              ///< first five bits, 0 to 31; 0 before the first decode
+    ADSBMessageType type() const { return _type; } ///< as of the class, whatever the payload
 
+    /// The type that a type code selects; `RESERVED` for 0, 24 to 27, 30 and all codes above 31.
     static ADSBMessageType typeByCode(std::uint8_t code);
 
     /// Name ("POS_AIR") and full name ("Airborne Position") of a type; "RESERVED" and "Reserved" for all

@@ -12,6 +12,7 @@ namespace quorvel::modes {
 class TREVALLO_EXPORT ADSBMessageField {
 public:
     // clang-format off
+    /// What a field is; the comments say in which messages it occurs.
     enum Designator : std::uint32_t {
         TYPE = 0, TYPECODE, EMTSET, EMTCAT,                                                     // all, identification
         ACIDCHAR1, ACIDCHAR2, ACIDCHAR3, ACIDCHAR4, ACIDCHAR5, ACIDCHAR6, ACIDCHAR7, ACIDCHAR8, // identification
@@ -39,14 +40,17 @@ public:
     std::string const& name() const { return designatorName(_designator); }
     std::string const& fullName() const { return designatorFullName(_designator); }
 
-    Designator designator() const { return _designator; }
+    Designator designator() const { return _designator; } ///< what the field is
 
+    /// Number of the field's first bit, counted from 0.
     std::uint8_t pos() const { return _pos; }
     void setPos(std::uint8_t pos) { _pos = pos; }
 
+    /// Width in bits.
     std::uint8_t bits() const { return _bits; }
     void setBits(std::uint8_t bits) { _bits = bits; }
 
+    /// Whether the field is one.
     bool valid() const { return _valid; }
     void setValid(bool valid) { _valid = valid; }
 

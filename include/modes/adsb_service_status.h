@@ -11,6 +11,7 @@ namespace quorvel::modes {
 /// keeps it.
 class TREVALLO_EXPORT ADSBServiceStatus {
 public:
+    /// When a service reports its targets.
     enum ReportMode : std::uint32_t {
         PERIODIC = 0, ///< every target once per report period
         ON_UPDATE = 1 ///< a target whenever a reply has updated it

@@ -24,11 +24,16 @@ class ADSBTargetReport;
 /// first reported). All times are milliseconds since 1970-01-01 00:00:00 UTC, 0 means never. Whether an item
 /// is valid follows from these times; the rule differs from item to item and stands with each of them.
 ///
+/// The last argument of a setter is the time of the message that carried the value. Where an item keeps the
+/// time of its last change, the first report always counts as a change, also of the initial value; what
+/// differs is said.
+///
 /// The tracker makes the targets and writes into them; hosts read them, or take snapshots with `report()`. A
 /// target that a host holds lives on after the tracker has dropped it. Not locked: used on the thread that
 /// drives the tracker.
 class TREVALLO_EXPORT ADSBTarget {
 public:
+    /// Where the aircraft says it is.
     enum GroundStatus : std::uint32_t {
         UNKNOWN = 0,   ///< never reported, or reported as not known
         ON_GROUND = 1, ///< the aircraft reports being on the ground
@@ -207,10 +212,7 @@ public:
     unsigned long long statisticLastUpdate() const { return _statisticLastUpdate; }
     bool statisticValid() const { return _statisticLastUpdate != 0; }
 
-    // Setters. The last argument is the time of the message that carried the value. Where an item keeps the
-    // time of its last change, the first report always counts as a change, also of the initial value; what
-    // differs is said.
-
+    /// Time of the last reply of any kind.
     void setLastUpdate(unsigned long long time);
 
     /// A change of the text is logged at `Info` once there was one. The second form gives the time of the
@@ -225,6 +227,8 @@ public:
     /// A change is logged at `Info` once there was a code other than 0.
     void setSquawk(unsigned int squawk, unsigned long long time);
 
+    /// Value and time of an item without a time of its last change. Nothing is checked. A heading is valid
+    /// from then on, whatever its time.
     void setPosition(double latitude, double longitude, unsigned long long time);
     void setSignalAmplitude(unsigned char amplitude, unsigned long long time);
     void setAltitudeBaro(int altitude, unsigned long long time);

@@ -35,6 +35,12 @@ class TargetIndex;
 ///     for (auto const& target : tracker.allTargets()) show(*target->report());
 ///     tracker.killTargets(now - 60'000);
 ///
+/// Replies go to `procModeSMsg`, which takes each to the handler of its kind. Every handler of replies
+/// returns the target that the reply updated, or an empty pointer when there is none: no message, confidence
+/// below `MEDIUM` (for DF17 below `HIGH`), or no track number left. The handlers of ADS-B messages change
+/// nothing if either pointer is empty, and take nothing from a message of another version than the target's
+/// that only that version carries.
+///
 /// The tracker has no clock and no time-out: all times are those of the replies, in milliseconds since
 /// 1970-01-01 00:00:00 UTC, and the host says which targets are stale. Targets are handed out as shared
 /// pointers that the host may keep. Not locked: driven from one thread. Logs under "ADSBTracker".
@@ -52,9 +58,6 @@ public:
     /// altitude, one that differs by more than `maxDifference` feet is ignored. Off, 4 s and 150 ft at the
     /// start.
     void setAltituteBaroChecking(bool enable, unsigned int period, unsigned int maxDifference);
-
-    // Replies. Each handler returns the target that the reply updated, or an empty pointer when there is
-    // none: no message, confidence below `MEDIUM` (for DF17 below `HIGH`), or no track number left.
 
     /// Takes a reply of any kind to its handler. Uplink frames are ignored.
     std::shared_ptr<ADSBTarget> procModeSMsg(std::shared_ptr<ModeSMessage> const& message);
@@ -81,9 +84,6 @@ public:
     /// Extended squitter: the ADS-B message in it, decoded for the version that the aircraft is believed to
     /// follow, and that belief itself. A payload that cannot be decoded updates time and amplitude only.
     std::shared_ptr<ADSBTarget> procDF17Msg(std::shared_ptr<DF17Message> const& message);
-
-    // ADS-B messages. An empty pointer in either argument changes nothing, and neither does the part that a
-    // message of another version than the target's does not carry.
 
     /// Emitter category and callsign.
     void procADSBIdentificationMsg(std::shared_ptr<ADSBTarget> const& target,

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+/// @file
+/// Functions of compact position reporting (CPR), by which airborne positions are sent as 17-bit coordinates
+/// in even and odd frames. Source: ICAO Doc 9871, C.2.6.
+
 #include <modes/export.h>
 
 namespace quorvel::modes {
-
-// Functions of compact position reporting (CPR), by which airborne positions are sent as 17-bit coordinates
-// in even and odd frames. Source: ICAO Doc 9871, C.2.6.
 
 /// Remainder of the truncating division a / b, plus b when it is negative: 0 to b - 1 for positive b, so -7
 /// modulo 60 is 53. 0 when b is 0.

@@ -7,6 +7,10 @@
 namespace quorvel::modes {
 
 /// A reply of one downlink format (ICAO Annex 10 Vol. IV, 3.1.2.3.2.1).
+///
+/// Each reply class has its fields as members, with a mutable and a const accessor for each; `fields()` lists
+/// them in frame order. Formats whose parity is overlaid with the address (AP) take the address from there:
+/// they cannot tell damaged frames from intact ones.
 class TREVALLO_EXPORT DFMessage : public ModeSMessage {
 public:
     /// The value is the number of the format. `DF24` stands for all codes from 24 to 31, which share their
@@ -39,6 +43,7 @@ public:
         DF24,
     };
 
+    /// A downlink reply of this format that is not decoded yet.
     explicit DFMessage(DownlinkFormat format);
 
     std::string description() const override;
@@ -47,8 +52,8 @@ public:
     /// not).
     bool decodeImpl() override;
 
-    DownlinkFormat downlinkFormat() const { return _downlinkFormat; }
-    std::string const& downlinkFormatName() const; ///< "DF-0" to "DF-24"
+    DownlinkFormat downlinkFormat() const { return _downlinkFormat; } ///< as of the class, whatever the frame
+    std::string const& downlinkFormatName() const;                    ///< "DF-0" to "DF-24"
 
     /// Format of a frame whose first five bits are `code`.
     static DownlinkFormat downlinkFormatByCode(unsigned char code);
@@ -56,10 +61,6 @@ public:
 private:
     DownlinkFormat _downlinkFormat;
 };
-
-// The replies. Each field has a mutable and a const accessor; `fields()` lists them in frame order.
-// Formats whose parity is overlaid with the address (AP) take the address from there: they cannot tell
-// damaged frames from intact ones.
 
 /// Short air-air surveillance (ICAO Annex 10 Vol. IV, 3.1.2.8.2), 56 bits: VS, AC, AP.
 class TREVALLO_EXPORT DF0Message : public DFMessage {
@@ -70,6 +71,7 @@ public:
     std::string description() const override;
     bool decodeImpl() override;
 
+    /// The fields, to change and to read.
     ModeSMessageFieldVS& fieldVS() { return _fieldVS; }
     ModeSMessageFieldVS const& constFieldVS() const { return _fieldVS; }
     ModeSMessageFieldAC& fieldAC() { return _fieldAC; }
@@ -94,6 +96,7 @@ public:
     std::string description() const override;
     bool decodeImpl() override;
 
+    /// The fields, to change and to read.
     ModeSMessageFieldFS& fieldFS() { return _fieldFS; }
     ModeSMessageFieldFS const& constFieldFS() const { return _fieldFS; }
     ModeSMessageFieldAC& fieldAC() { return _fieldAC; }
@@ -118,6 +121,7 @@ public:
     std::string description() const override;
     bool decodeImpl() override;
 
+    /// The fields, to change and to read.
     ModeSMessageFieldFS& fieldFS() { return _fieldFS; }
     ModeSMessageFieldFS const& constFieldFS() const { return _fieldFS; }
     ModeSMessageFieldID& fieldID() { return _fieldID; }
@@ -144,6 +148,7 @@ public:
     std::string description() const override;
     bool decodeImpl() override;
 
+    /// The fields, to change and to read.
     ModeSMessageFieldCA& fieldCA() { return _fieldCA; }
     ModeSMessageFieldCA const& constFieldCA() const { return _fieldCA; }
     ModeSMessageFieldAA& fieldAA() { return _fieldAA; }
@@ -168,6 +173,7 @@ public:
     std::string description() const override;
     bool decodeImpl() override;
 
+    /// The fields, to change and to read.
     ModeSMessageFieldVS& fieldVS() { return _fieldVS; }
     ModeSMessageFieldVS const& constFieldVS() const { return _fieldVS; }
     ModeSMessageFieldAC& fieldAC() { return _fieldAC; }
@@ -197,6 +203,7 @@ public:
     std::string description() const override;
     bool decodeImpl() override;
 
+    /// The fields, to change and to read.
     ModeSMessageFieldCA& fieldCA() { return _fieldCA; }
     ModeSMessageFieldCA const& constFieldCA() const { return _fieldCA; }
     ModeSMessageFieldAA& fieldAA() { return _fieldAA; }
@@ -225,6 +232,7 @@ public:
     std::string description() const override;
     bool decodeImpl() override;
 
+    /// The fields, to change and to read.
     ModeSMessageFieldCF& fieldCF() { return _fieldCF; }
     ModeSMessageFieldCF const& constFieldCF() const { return _fieldCF; }
     ModeSMessageFieldAA& fieldAA() { return _fieldAA; }
@@ -254,6 +262,7 @@ public:
     std::string description() const override;
     bool decodeImpl() override;
 
+    /// The fields, to change and to read.
     ModeSMessageFieldAF& fieldAF() { return _fieldAF; }
     ModeSMessageFieldAF const& constFieldAF() const { return _fieldAF; }
     ModeSMessageFieldAA& fieldAA() { return _fieldAA; }
@@ -281,6 +290,7 @@ public:
     std::string description() const override;
     bool decodeImpl() override;
 
+    /// The fields, to change and to read.
     ModeSMessageFieldFS& fieldFS() { return _fieldFS; }
     ModeSMessageFieldFS const& constFieldFS() const { return _fieldFS; }
     ModeSMessageFieldAC& fieldAC() { return _fieldAC; }
@@ -308,6 +318,7 @@ public:
     std::string description() const override;
     bool decodeImpl() override;
 
+    /// The fields, to change and to read.
     ModeSMessageFieldFS& fieldFS() { return _fieldFS; }
     ModeSMessageFieldFS const& constFieldFS() const { return _fieldFS; }
     ModeSMessageFieldID& fieldID() { return _fieldID; }

@@ -17,8 +17,9 @@ namespace html {
 /// without an end tag. An element without a tag is a line of bare text.
 class TREVALLO_EXPORT Element {
 public:
+    /// A name and its value.
     struct Attribute {
-        std::string name;
+        std::string name;  ///< as it is written
         std::string value; ///< when empty, the attribute is written as its bare name
     };
 
@@ -29,6 +30,7 @@ public:
     Element(char const* tag, char const* content);
     Element(char const* tag, std::string const& content);
 
+    /// Copies and moves take the children along.
     Element(Element const&) = default;
     Element(Element&&) = default;
     Element& operator=(Element const&) = default;
@@ -44,8 +46,8 @@ public:
     void toStringContent(std::ostream& out, unsigned long long indent) const;
     void toStringClose(std::ostream& out, unsigned long long indent) const;
 
-    std::string tag;
-    std::string content;
+    std::string tag;                   ///< the element's name; empty for a line of bare text
+    std::string content;               ///< text, as it is written
     std::vector<Attribute> attributes; ///< in the order in which they are written
     std::vector<Element> children;     ///< in the order in which they are written
     bool voidElement = false;          ///< has no end tag, such as a line break
@@ -58,6 +60,7 @@ public:
     /// A page with this title in its head.
     explicit Document(char const* title);
 
+    /// Copies have a tree of their own.
     Document(Document const& other);
     Document& operator=(Document const& other);
     ~Document() = default;
@@ -65,7 +68,7 @@ public:
     /// The whole page, beginning with the document type.
     std::string toString() const;
 
-    Element root;
+    Element root;  ///< the "html" element
     Element& head; ///< the root's first child
     Element& body; ///< the root's second child
 

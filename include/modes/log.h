@@ -20,6 +20,7 @@ class LogHandler;
 /// column width may be read and written from any of them. The handler is called on the thread that logs.
 class TREVALLO_EXPORT Log {
 public:
+    /// How much a line matters.
     enum Level : std::uint32_t {
         Debug = 0,   ///< routine events
         Info = 1,    ///< initialisation, repairs and changes

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+/// @namespace quorvel::modes
 /// The whole library: stream framing, Mode S and ADS-B decoding, tracking, reports and the aircraft database.
 
 #include <modes/adsb_airborne_position_message.h>

@@ -16,6 +16,7 @@ namespace quorvel::modes {
 /// Bad input is dropped, in part with a line in the log; nothing throws.
 class TREVALLO_EXPORT ModeSEncapsulation {
 public:
+    /// How frames are encoded in a stream; the comments begin with the identifiers.
     enum Format : std::uint32_t {
         Unknown = 0, ///< "unknown"
         RawHex = 1,  ///< "hex": written only
@@ -24,6 +25,7 @@ public:
         Beast = 4, ///< "beast": binary stream, 0x1A before each frame; read only
     };
 
+    /// Frames in the order of the stream.
     using Records = std::vector<std::shared_ptr<ModeSEncapsulation>>;
 
     /// Time of reception in milliseconds since 1970-01-01 00:00:00 UTC; 0, the initial value, is none.

@@ -17,6 +17,7 @@ class ModeSMessageField;
 /// is possible (the repair of damaged frames does) and replaces what the first decoding stored.
 class TREVALLO_EXPORT ModeSMessage {
 public:
+    /// Which way the frame goes: to the aircraft, or from it.
     enum ModeSMsgType : std::uint32_t { UPLINK = 0, DOWNLINK = 1 };
 
     /// Where the time stamp comes from.
@@ -28,6 +29,7 @@ public:
     /// How far the frame's address can be trusted; the decoder grades it.
     enum Confidence : std::uint32_t { NONE = 0, LOW = 1, MEDIUM = 2, HIGH = 3 };
 
+    /// A message that is not decoded yet, received now.
     explicit ModeSMessage(ModeSMsgType type);
 
     virtual ~ModeSMessage();
@@ -55,10 +57,11 @@ public:
     std::string dataHexString() const; ///< two upper-case hexadecimal digits for each byte
 
     bool valid() const { return _valid; } ///< result of the last `decode` that had enough bytes, false before
-    ModeSMsgType modeSMsgType() const { return _modeSMsgType; }
-    std::string const& modeSMsgTypeName() const; ///< "Uplink" or "Downlink"
-    unsigned char size() const;                  ///< `bits()` in whole bytes: 7 or 14
+    ModeSMsgType modeSMsgType() const { return _modeSMsgType; } ///< as of the class
+    std::string const& modeSMsgTypeName() const;                ///< "Uplink" or "Downlink"
+    unsigned char size() const;                                 ///< `bits()` in whole bytes: 7 or 14
 
+    /// Where the time stamp comes from; the host's clock until somebody else is named.
     TimeSource timeSource() const { return _timeSource; }
     void setTimeSource(TimeSource const& source) { _timeSource = source; }
 
@@ -71,6 +74,7 @@ public:
     unsigned char signalAmplitude() const { return _signalAmplitude; }
     void setSignalAmplitude(unsigned char amplitude) { _signalAmplitude = amplitude; }
 
+    /// How far the address can be trusted; `NONE` until the decoder or the host grades it.
     Confidence confidence() const { return _confidence; }
     void setConfidence(Confidence confidence) { _confidence = confidence; }
 

@@ -15,6 +15,7 @@ template <class... Fields> class Layout;
 /// Fields are members of a message and are never deleted through this base; it has no virtual destructor.
 class TREVALLO_EXPORT ModeSMessageField {
 public:
+    /// What a field is, by the designators of ICAO Annex 10.
     enum Designator : std::uint32_t {
         AA = 0,  ///< address announced
         AC = 1,  ///< altitude code
@@ -33,6 +34,7 @@ public:
         VS = 14, ///< vertical status
     };
 
+    /// A field that is not decoded yet.
     explicit ModeSMessageField(Designator designator);
 
     /// Width of the field in bits.
@@ -50,6 +52,7 @@ public:
     static std::string const& designatorName(Designator designator);
     static std::string const& designatorFullName(Designator designator);
 
+    /// What the field is, and its names.
     Designator designator() const { return _designator; }
     std::string const& name() const { return designatorName(_designator); }
     std::string const& fullName() const { return designatorFullName(_designator); }
@@ -82,7 +85,7 @@ public:
     std::string description() const override;
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
-    unsigned int icaoAddress() const { return _icaoAddress; }
+    unsigned int icaoAddress() const { return _icaoAddress; } ///< 24 bits
     std::string icaoAddressHexString() const; ///< at least two upper-case digits, not padded to six
 
 private:
@@ -213,8 +216,8 @@ public:
     std::string description() const override; ///< as `dataHexString()`
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
-    std::string const& data() const { return _data; }
-    std::string dataHexString() const; ///< two upper-case digits for each byte
+    std::string const& data() const { return _data; } ///< the payload, at most 7 bytes; empty before a decode
+    std::string dataHexString() const;                ///< two upper-case digits for each byte
 
 private:
     std::string _data;
@@ -228,8 +231,8 @@ public:
     std::string description() const override; ///< as `dataHexString()`
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
-    std::string const& data() const { return _data; }
-    std::string dataHexString() const; ///< two upper-case digits for each byte
+    std::string const& data() const { return _data; } ///< the payload, at most 7 bytes; empty before a decode
+    std::string dataHexString() const;                ///< two upper-case digits for each byte
 
 private:
     std::string _data;
@@ -243,8 +246,8 @@ public:
     std::string description() const override; ///< as `dataHexString()`
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
-    std::string const& data() const { return _data; }
-    std::string dataHexString() const; ///< two upper-case digits for each byte
+    std::string const& data() const { return _data; } ///< the payload, at most 7 bytes; empty before a decode
+    std::string dataHexString() const;                ///< two upper-case digits for each byte
 
 private:
     std::string _data;
@@ -261,8 +264,8 @@ public:
 
     unsigned int parityInterrogatorId() const { return _parityInterrogatorId; } ///< the 24 bits as received
     std::string parityInterrogatorIdHexString() const; ///< at least two upper-case digits
-    unsigned int parity() const { return _parity; }
-    unsigned int interrogatorId() const { return _interrogatorId; }
+    unsigned int parity() const { return _parity; }    ///< of an intact frame, or as given to `setParity`
+    unsigned int interrogatorId() const { return _interrogatorId; } ///< parity XOR the bits received
 
     /// Interrogator identifiers lie below this: II codes are 0 to 15, SI codes follow up to 79.
     static constexpr unsigned int kInterrogatorIds = 80;
