@@ -3,7 +3,8 @@
 
 - In the public headers, a comment in front of a paragraph speaks of all its declarations: the value of an item, whether
   it is valid, its times. Doxygen asks for markers around them.
-- Some words are classes too. At the start of a sentence they are no links.
+- Some words are classes too. At the start of a sentence they are no links: a percent sign in front of a word says so.
+- Percent signs that are meant are doubled where they would be taken for such.
 """
 import itertools
 import re
@@ -11,7 +12,7 @@ import sys
 
 DECLARATION = re.compile(r"    [A-Za-z~]")
 SINGLE = re.compile(r"    (enum|struct|class|union)\b")
-WORD = re.compile(r"\b(Aircraft|Log|Element|Document)(?= [a-z])")
+WORD = re.compile(r"(?<!\[)\b(Aircraft|Log|Element|Document)(?= [a-z])")
 
 
 def is_comment(line):
@@ -31,7 +32,7 @@ def grouped(paragraph):
 
 
 def without_links(text):
-    return WORD.sub(r"%\1", text)
+    return WORD.sub(r"%\1", re.sub(r"%(?=\w)", "%%", text))
 
 
 def comment_without_links(line):
