@@ -127,6 +127,16 @@ TEST(TrackerPosition, MeansAirborneWithAltitudeAndQuality) {
     EXPECT_EQ(target->nicSuppBLastUpdate(), 0U);
 }
 
+// Deliberate: the message says what its height is measured from, the target does not.
+TEST(TrackerPosition, TakesAHeightAboveTheEllipsoidForABarometricAltitude) {
+    ADSBTracker tracker;
+    auto const position = airbornePosition({93'000, 51'372, false, 0xC3, false, 20});
+    auto const target = tracker.procModeSMsg(squitterReply(kAddress, position, kTime));
+    ASSERT_TRUE(target);
+    EXPECT_TRUE(target->altitudeBaroValid());
+    EXPECT_EQ(target->altitudeBaro(), altitudeIn(position));
+}
+
 TEST(TrackerPosition, GoesThroughTheAltitudeCheck) {
     ADSBTracker tracker;
     tracker.setAltituteBaroChecking(true, 4, 150);
