@@ -4,6 +4,7 @@
 - In the public headers, a comment in front of a paragraph speaks of all its declarations: the value of an item, whether
   it is valid, its times. Doxygen asks for markers around them.
 - Some words are classes too. At the start of a sentence they are no links: a percent sign in front of a word says so.
+- "Vol." ends no sentence, so it ends no summary either.
 - Percent signs that are meant are doubled where they would be taken for such.
 """
 import itertools
@@ -31,17 +32,17 @@ def grouped(paragraph):
     return lines
 
 
-def without_links(text):
-    return WORD.sub(r"%\1", re.sub(r"%(?=\w)", "%%", text))
+def as_prose(text):
+    return WORD.sub(r"%\1", re.sub(r"%(?=\w)", "%%", text)).replace("Vol. ", "Vol.\\ ")
 
 
-def comment_without_links(line):
+def comment_as_prose(line):
     code, mark, comment = line.partition("///")
-    return code + mark + without_links(comment)
+    return code + mark + as_prose(comment)
 
 
 def header(lines):
-    for blank, paragraph in itertools.groupby(map(comment_without_links, lines), key=lambda line: not line.strip()):
+    for blank, paragraph in itertools.groupby(map(comment_as_prose, lines), key=lambda line: not line.strip()):
         yield from paragraph if blank else grouped(list(paragraph))
 
 
@@ -49,7 +50,7 @@ def page(lines):
     fenced = False
     for line in lines:
         fenced ^= line.startswith("```")
-        yield line if fenced or line.startswith("#") else without_links(line)
+        yield line if fenced or line.startswith("#") else as_prose(line)
 
 
 def main():

@@ -48,6 +48,8 @@ class TREVALLO_EXPORT ADSBTracker {
 public:
     /// No targets, altitude checking off, no database file.
     ADSBTracker();
+
+    /// Saves nothing: a host that wants the database's file updated calls `saveAircraftDb` before.
     ~ADSBTracker();
 
     /// Forgets every target, without a word to the aircraft database, and numbers tracks from 1 again.
