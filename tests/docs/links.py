@@ -11,16 +11,17 @@ import urllib.parse
 
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)\s]+)\)")
 REFERENCE = re.compile(r'(?:href|src|data)="([^"#]+)')
+FENCED = re.compile(r"^```.*?^```", re.M | re.S)
 CODE = re.compile(r"^```.*?^```|`[^`\n]*`", re.M | re.S)
 
 
-def text_of(page):
-    return CODE.sub("", page.read_text(encoding="utf-8"))
+def without(pattern, page):
+    return pattern.sub("", page.read_text(encoding="utf-8"))
 
 
 def anchors(page):
     """The anchors of a page's headings, as forges make them."""
-    headings = re.findall(r"^#+ +(.*)$", re.sub(r"^```.*?^```", "", page.read_text(encoding="utf-8"), flags=re.M | re.S), re.M)
+    headings = re.findall(r"^#+ +(.*)$", without(FENCED, page), re.M)
     return {re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-") for heading in headings}
 
 
@@ -41,7 +42,7 @@ def markdown_files():
 
 
 def links_of(page):
-    found = LINK.findall(text_of(page)) if page.suffix == ".md" else REFERENCE.findall(page.read_text(encoding="utf-8"))
+    found = LINK.findall(without(CODE, page)) if page.suffix == ".md" else REFERENCE.findall(page.read_text(encoding="utf-8"))
     return [link for link in found if not re.match(r"[a-z]+:", link)]
 
 

@@ -6,7 +6,7 @@ import sys
 
 STRING = r'"((?:[^"\\]|\\.)*)"'
 CONSTANT = re.compile(rf"(?:std::string const|constexpr char) (k\w+)(?:\[\])? = {STRING};")
-WRAPPER = re.compile(r"^void (log[A-Z]\w*)\(.*?\) \{\n(.*?)^\}", re.M | re.S)
+WRAPPER = re.compile(r"^void (log[A-Z]\w*)\([^)]*\) \{\n(?:(?!^\}).)*?\bLog::log\((.*?)\);", re.M | re.S)
 CALL = re.compile(r"\b(log\w*)\((.*?)\);", re.S)
 ROW = re.compile(r"^\| (Debug|Info|Warning|Error) \| (\w+) \| `([^`]+)` \| .+ \|$", re.M)
 
@@ -21,18 +21,23 @@ def module_of(text, constants):
     return module and constants.get(module.group())
 
 
+def text_in(arguments, constants):
+    literal = re.search(STRING, arguments)
+    names = [name for name in re.findall(r"\bk\w+", arguments) if "Module" not in name and name in constants]
+    return literal.group(1) if literal else constants[names[0]] if names else None
+
+
 def written(source, shared):
     """Level, module and text of each line that a source writes; a None is what only its callers know."""
-    text = source.read_text(encoding="utf-8")
-    constants = {**shared, **dict(CONSTANT.findall(text))}
-    wrappers = {name: body for name, body in WRAPPER.findall(text)}
-    for function, arguments in CALL.findall(text):
-        names = re.findall(r"\bk\w+", arguments)
-        literal = re.search(STRING, arguments)
-        line = literal.group(1) if literal else next((constants[name] for name in names if "Module" not in name and name in constants), None)
-        if line is not None:
-            wrapped = wrappers.get(function, "")
-            yield (level_of(arguments) or level_of(wrapped), module_of(arguments, constants) or module_of(wrapped, constants), line)
+    code = source.read_text(encoding="utf-8")
+    constants = {**shared, **dict(CONSTANT.findall(code))}
+    wrappers = dict(WRAPPER.findall(code))
+    for function, arguments in CALL.findall(code):
+        text = text_in(arguments, constants)
+        if text is not None:
+            inner = wrappers.get(function, "")
+            yield (level_of(arguments) or level_of(inner),
+                   module_of(arguments, constants) or module_of(inner, constants), text)
 
 
 def same(source, row):
