@@ -12,16 +12,19 @@ namespace quorvel::host {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using Json = nlohmann::json;
 using Report = modes::ADSBTargetReport;
 
-// The object of one aircraft, item by item. Values that are not valid are null.
+// The object of one aircraft, written item by item: there are many, and an object that keeps their order
+// looks each up in all before. Values that are not valid are null.
 class Snapshot {
 public:
     explicit Snapshot(Aircraft const& aircraft) : _aircraft(aircraft) {}
 
     template <class T> void add(std::string const& name, T&& value, bool valid = true) {
-        _object[name] = valid ? Json(std::forward<T>(value)) : Json();
+        _text += _text.empty() ? "{\"" : ",\"";
+        _text += name + "\":";
+        _text += valid ? text(Json(std::forward<T>(value))) : "null";
     }
 
     void addTime(std::string const& name, TimeMs time) {
@@ -36,11 +39,15 @@ public:
 
     void addChange(std::string const& item, TimeMs time) { addTime(item + "LastChange", time); }
 
-    std::string line() const { return _object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n"; }
+    std::string line() const { return _text + "}\n"; }
 
 private:
+    static std::string text(Json const& value) {
+        return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+    }
+
     Aircraft const& _aircraft;
-    Json _object;
+    std::string _text;
 };
 
 void addIdentity(Snapshot& to, Report const& r) {
