@@ -67,7 +67,11 @@ void addTargets(Exposition& to, Picture const& picture) {
     to.sample("", std::to_string(std::count_if(all.begin(), all.end(), showsPosition)));
 }
 
-bool isUp(SourceState const& source) { return source.state == "reading" || source.state == "connected"; }
+// Those that are not say that they are waiting or connecting, or have ended.
+bool isUp(SourceState const& source) {
+    auto const is = [&](std::string_view word) { return source.state.starts_with(word); };
+    return !is("waiting") && !is("connecting") && !is("ended");
+}
 
 void addSources(Exposition& to, Picture const& picture, TimeMs hostTime) {
     to.family("source_up", "gauge", "Whether the source is being read.");

@@ -175,8 +175,7 @@ TEST(LiveView, MarksTheColumnThatItSortsBy) {
     View view(pictureOf({}));
     view.type("a");
     auto const headings = view.screen().at(2);
-    for (auto const& span : headings)
-        EXPECT_EQ(span.style.reverse, span.text == "   Alt") << span.text;
+    for (auto const& span : headings) EXPECT_EQ(span.style.reverse, span.text == "   Alt") << span.text;
 }
 
 TEST(LiveView, FiltersByCallsignAddressSquawkAndSource) {

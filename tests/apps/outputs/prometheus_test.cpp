@@ -72,10 +72,17 @@ TEST(Prometheus, TellsWhichSourcesAreUpAndHowFarTheyAreBehind) {
     picture.sources.push_back({"b", "waiting to connect again", kNow - 61'500, 0, true, {}});
     picture.sources.push_back({"c", "reading", kNow, 0, false, {}});
     picture.sources.push_back({"d", "ended", 0, 0, true, {}});
+    picture.sources.push_back({"e", "2 feeders", 0, 0, true, {}});
+    picture.sources.push_back({"f", "waiting for feeders", 0, 0, true, {}});
+    picture.sources.push_back({"g", "connecting", 0, 0, true, {}});
     auto const text = host::prometheusText(picture, kNow - 500);
     EXPECT_TRUE(hasLine(text, "trevallo_source_up{source=\"a\"} 1"));
     EXPECT_TRUE(hasLine(text, "trevallo_source_up{source=\"b\"} 0"));
     EXPECT_TRUE(hasLine(text, "trevallo_source_up{source=\"c\"} 1"));
+    EXPECT_TRUE(hasLine(text, "trevallo_source_up{source=\"d\"} 0"));
+    EXPECT_TRUE(hasLine(text, "trevallo_source_up{source=\"e\"} 1"));
+    EXPECT_TRUE(hasLine(text, "trevallo_source_up{source=\"f\"} 0"));
+    EXPECT_TRUE(hasLine(text, "trevallo_source_up{source=\"g\"} 0"));
     EXPECT_TRUE(hasLine(text, "trevallo_source_seconds_behind{source=\"a\"} 0.000")) << "never negative";
     EXPECT_TRUE(hasLine(text, "trevallo_source_seconds_behind{source=\"b\"} 61.000"));
     EXPECT_EQ(text.find("behind{source=\"c\"}"), std::string::npos) << "its times are of no calendar";
