@@ -63,16 +63,22 @@ void addIdentity(Json& to, Report const& r, char set) {
     if (r.spiStatusValid()) to["spi"] = r.spiStatus() ? 1 : 0;
 }
 
+// What moves is left out when it is old: the format has no ages for it.
 void addMotion(Json& to, Aircraft const& aircraft) {
     auto const& r = *aircraft.report;
-    if (r.groundStatusValid() && r.groundStatus()) {
+    auto const isFresh = [&](bool valid, TimeMs lastUpdate) {
+        return valid && aircraft.age(lastUpdate) <= kPositionShown;
+    };
+    if (isFresh(r.groundStatusValid(), r.groundStatusLastUpdate()) && r.groundStatus()) {
         to["alt_baro"] = "ground";
-    } else if (r.altitudeBaroValid()) {
+    } else if (isFresh(r.altitudeBaroValid(), r.altitudeBaroLastUpdate())) {
         to["alt_baro"] = r.altitudeBaro();
     }
-    if (r.groundSpeedValid()) to["gs"] = rounded(r.groundSpeed(), 10);
-    if (r.headingValid()) to["track"] = rounded(r.heading(), 100);
-    if (r.verticalRateBaroValid()) to["baro_rate"] = r.verticalRateBaro();
+    if (isFresh(r.groundSpeedValid(), r.groundSpeedLastUpdate())) to["gs"] = rounded(r.groundSpeed(), 10);
+    if (isFresh(r.headingValid(), r.headingLastUpdate())) to["track"] = rounded(r.heading(), 100);
+    if (isFresh(r.verticalRateBaroValid(), r.verticalRateBaroLastUpdate())) {
+        to["baro_rate"] = r.verticalRateBaro();
+    }
     if (!showsPosition(aircraft)) return;
     to["lat"] = rounded(r.latitude(), 1e6);
     to["lon"] = rounded(r.longitude(), 1e6);

@@ -13,9 +13,9 @@ namespace quorvel::host {
 /// The file `aircraft.json` that web maps read, replaced as a whole with each picture, and `receiver.json`
 /// beside it.
 ///
-/// It has one entry for each address. Aircraft not heard for five minutes are left out, and so are positions
-/// older than a minute. The letter of the emitter category is in none of the reports: it is learned from the
-/// identification messages themselves.
+/// It has one entry for each address. Aircraft not heard for five minutes are left out, and so are position,
+/// altitude and velocity older than a minute. The letter of the emitter category is in none of the reports:
+/// it is learned from the identification messages themselves.
 class AircraftJson : public Output {
 public:
     /// Writes `receiver.json`. Throws HostError.

@@ -93,6 +93,15 @@ TEST_F(AircraftJsonFile, LeavesOutPositionsOlderThanAMinuteAndAircraftNotHeardFo
     EXPECT_EQ(list[1]["hex"], "4840d7");
 }
 
+TEST_F(AircraftJsonFile, LeavesOutAltitudeAndVelocityOlderThanAMinute) {
+    auto const old = aircraft({knownAircraft(60'001)})[0];
+    for (auto const* key : {"alt_baro", "gs", "track", "baro_rate", "lat", "seen_pos"}) {
+        EXPECT_FALSE(old.contains(key)) << key;
+    }
+    EXPECT_EQ(old["flight"], "KLM1023");
+    EXPECT_EQ(aircraft({knownAircraft(60'000)})[0]["alt_baro"], 38000);
+}
+
 TEST_F(AircraftJsonFile, HasOneEntryForAnAircraftThatSeveralSourcesHear) {
     auto a = knownAircraft(100), b = knownAircraft(5'000);
     a.source = "a", b.source = "b";
