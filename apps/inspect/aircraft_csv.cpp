@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "inspect/aircraft_csv.h"
 
+#include "host/printable.h"
 #include "inspect/text_table.h"
 #include "outputs/text.h"
 

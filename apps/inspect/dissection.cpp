@@ -37,44 +37,28 @@ constexpr TimeMs kSilence = 60'000; // ms, after which no position can be made o
 // that.
 constexpr TimeMs kFirstTime = 60'000;
 
-enum class Overlay { Nothing, Interrogator, Address, Unknown };
-
-Overlay overlayOf(unsigned format) {
-    switch (format) {
-    case 17:
-    case 18:
-    case 19: return Overlay::Nothing;
-    case 11: return Overlay::Interrogator;
-    case 0:
-    case 4:
-    case 5:
-    case 16:
-    case 20:
-    case 21: return Overlay::Address;
-    default: return Overlay::Unknown;
-    }
-}
+// Capability, control or application field: what an extended squitter is used for.
+unsigned long long useOf(std::string const& frame) { return bitsOf(frame, kFormatBits, 3); }
 
 unsigned frameBits(unsigned format) { return format < kFirstLongFormat ? kShortBits : kLongBits; }
 
-std::string parityMeaning(unsigned format, unsigned remainder) {
-    switch (overlayOf(format)) {
+std::string parityMeaning(Overlay overlay, unsigned remainder) {
+    switch (overlay) {
     case Overlay::Nothing: return remainder == 0 ? "right" : "wrong: bits are damaged";
     case Overlay::Interrogator:
-        return remainder < modes::ModeSMessageFieldPI::kInterrogatorIds
-                   ? "right, of interrogator " + std::to_string(remainder)
-                   : "wrong: there is no such interrogator";
+        return isInterrogator(remainder) ? "right, of interrogator " + std::to_string(remainder)
+                                         : "wrong: there is no such interrogator";
     case Overlay::Address: return "the remainder is the address: damage cannot be told";
     default: return "what is laid over it is not known";
     }
 }
 
-ParityView parityOf(std::string const& frame, unsigned format) {
+ParityView parityOf(std::string const& frame) {
     auto const bits = static_cast<unsigned>(8 * frame.size());
     auto const calculated =
         bits == kShortBits ? DF11Message().calculateParity(frame) : DF17Message().calculateParity(frame);
     ParityView parity{static_cast<unsigned>(bitsOf(frame, bits - kParityBits, kParityBits)), calculated, ""};
-    parity.meaning = parityMeaning(format, parity.remainder());
+    parity.meaning = parityMeaning(overlayOf(frame), parity.remainder());
     return parity;
 }
 
@@ -132,12 +116,6 @@ std::vector<FieldView> fieldsOf(ModeSMessage const& message, std::string const& 
     return withGaps(std::move(views), frame, 1, frameBits(format));
 }
 
-// Only some uses of the extended squitter carry ADS-B messages.
-bool hasADSBPayload(std::string const& frame, unsigned format) {
-    auto const use = bitsOf(frame, kFormatBits, 3);
-    return format == 17 || (format == 18 && (use == 0 || use == 1 || use == 6)) || (format == 19 && use == 0);
-}
-
 std::vector<FieldView> payloadFields(ADSBMessage const& message, std::string const& frame) {
     std::vector<FieldView> views;
     for (auto const& field : message.fields()) {
@@ -156,7 +134,8 @@ void sortByPosition(std::vector<FieldView>& fields) {
 }
 
 std::string whyUndecoded(std::string const& frame, unsigned format) {
-    if (overlayOf(format) == Overlay::Unknown) return "the library does not decode this format";
+    if (titleOfFormat(format).starts_with("reserved") || format == kExtendedLengthFormat)
+        return "the library does not decode this format";
     auto const bits = frameBits(format);
     if (8 * frame.size() < bits) {
         return "a frame of this format has " + std::to_string(bits) + " bits, this one has " +
@@ -193,12 +172,12 @@ Dissection Dissector::dissect(std::string const& bytes, TimeMs time) {
         if (8 * bytes.size() >= frameBits(format)) message = readAsReceived(bytes, format);
     }
     auto const frame = result.bytes.substr(0, message ? message->size() : bytes.size());
-    if (8 * frame.size() == frameBits(format)) result.parity = parityOf(frame, *result.format);
+    if (8 * frame.size() == frameBits(format)) result.parity = parityOf(frame);
     result.repairedBits = differingBits(bytes, result.bytes);
     result.fields = message ? fieldsOf(*message, frame, *result.format)
                             : std::vector<FieldView>{formatField(frame, *result.format)};
     if (message) result.description = message->description();
-    if (result.problem.empty() && hasADSBPayload(frame, *result.format)) result.payload = readPayload(frame);
+    if (result.problem.empty() && hasADSBPayload(frame)) result.payload = readPayload(frame);
     return result;
 }
 
@@ -242,6 +221,30 @@ void Dissector::dropSilentTargets() {
     if (_now >= _lastDrop && _now - _lastDrop < kSilence) return;
     if (_now > kSilence) _tracker.killTargets(_now - kSilence);
     _lastDrop = _now;
+}
+
+Overlay overlayOf(std::string const& frame) {
+    switch (bitsOf(frame, 0, kFormatBits)) {
+    case 17:
+    case 18: return Overlay::Nothing;
+    case 19: return useOf(frame) == 0 ? Overlay::Nothing : Overlay::Unknown;
+    case 11: return Overlay::Interrogator;
+    case 0:
+    case 4:
+    case 5:
+    case 16:
+    case 20:
+    case 21: return Overlay::Address;
+    default: return Overlay::Unknown;
+    }
+}
+
+bool isInterrogator(unsigned remainder) { return remainder < modes::ModeSMessageFieldPI::kInterrogatorIds; }
+
+bool hasADSBPayload(std::string const& frame) {
+    auto const format = bitsOf(frame, 0, kFormatBits);
+    auto const use = useOf(frame);
+    return format == 17 || (format == 18 && (use == 0 || use == 1 || use == 6)) || (format == 19 && use == 0);
 }
 
 std::vector<FieldView> withGaps(std::vector<FieldView> fields, std::string const& frame, unsigned firstBit,

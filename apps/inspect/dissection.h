@@ -105,6 +105,17 @@ std::vector<FieldView> withGaps(std::vector<FieldView> fields, std::string const
 /// The fields of all readings of a payload, each once, with the versions that have it.
 std::vector<FieldView> mergedFields(PayloadView const& payload);
 
+/// What is laid over the parity of a frame, by its format. Military extended squitters keep that to
+/// themselves.
+enum class Overlay { Nothing, Interrogator, Address, Unknown };
+Overlay overlayOf(std::string const& frame);
+
+/// Whether the remainder of an all-call reply's parity is an interrogator's identifier.
+bool isInterrogator(unsigned remainder);
+
+/// Whether a frame carries an ADS-B message: only some uses of the extended squitter do.
+bool hasADSBPayload(std::string const& frame);
+
 /// Where the payload of an extended squitter stands.
 inline constexpr unsigned kPayloadFirstBit = 33;
 inline constexpr unsigned kPayloadLastBit = 88;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "inspect/dissection_text.h"
 
+#include "host/printable.h"
 #include "inspect/frame_text.h"
 #include "inspect/text_table.h"
 #include "outputs/text.h"

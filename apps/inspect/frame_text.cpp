@@ -2,7 +2,7 @@
 #include "inspect/frame_text.h"
 
 #include "host/host_error.h"
-#include "outputs/text.h"
+#include "host/printable.h"
 
 #include <optional>
 

@@ -2,9 +2,11 @@
 #include <modes/trevallo.h>
 
 #include "host/host_error.h"
+#include "trevallo/convert_command.h"
 #include "trevallo/db_command.h"
 #include "trevallo/decode_command.h"
 #include "trevallo/simulate_command.h"
+#include "trevallo/stats_command.h"
 #include "trevallo/track_command.h"
 
 #include <CLI/CLI.hpp>
@@ -30,6 +32,8 @@ int run(int argc, char** argv) {
     app.require_subcommand(1);
     quorvel::host::addTrackCommand(app);
     quorvel::host::addDecodeCommand(app);
+    quorvel::host::addConvertCommand(app);
+    quorvel::host::addStatsCommand(app);
     quorvel::host::addDbCommand(app);
     quorvel::host::addSimulateCommand(app);
     try {

@@ -82,6 +82,16 @@ def test_decode(folder):
     result = run("decode", "--log", "info", IDENTIFICATION)
     expect("the log is shown when asked for", b"[ModeSDecoder] Initialized." in result.stderr, result)
 
+    lines = f"*{EVEN};\n*{ODD};\n".encode()
+    result = run("decode", "--file", "-", stdin=lines)
+    expect("a recording is taken apart", result.stdout == run("decode", EVEN, ODD).stdout, result)
+    result = run("decode", "--json", "--file", SAMPLE)
+    frames = [json.loads(line) for line in result.stdout.splitlines()]
+    positions = [frame for frame in frames if frame["position"]]
+    expect("the whole sample is taken apart", len(frames) == 14662 and len(positions) > 1000
+           and all(45 < frame["position"]["latitude"] < 51 for frame in positions), result)
+    expect_failure("lines that are no frames", 1, "decode", "--from", "avr", "--file", "-", stdin=b"noise\n",
+                   about="lines of standard input that are no frames: 1")
     expect_failure("a word", 1, "decode", "hello", about='"hello" is no frame')
     expect_failure("a good frame and a bad one", 1, "decode", IDENTIFICATION, "8D48401", about="8D48401")
     expect_failure("an AVR line without its end", 1, "decode", f"*{IDENTIFICATION}", about="ends with")
@@ -92,6 +102,98 @@ def test_decode(folder):
         result = subprocess.run([PROGRAM, "decode", IDENTIFICATION], stdout=full, stderr=subprocess.PIPE, timeout=60)
         result.stdout = b""
         expect("an output that cannot be written", result.returncode == 1 and result.stderr.count(b"\n") == 1, result)
+
+
+def test_convert(folder):
+    sample = pathlib.Path(SAMPLE).read_bytes()
+    for encoding in ("avr-time", "beast-plain"):
+        for ending in ("", ".gz", ".zst"):
+            there, back = folder / (encoding + ending), folder / "back"
+            result = run("convert", "--to", encoding, "-o", there, SAMPLE)
+            expect(f"{there.name} is written", result.returncode == 0 and b"14662 frames written as " in result.stderr
+                   and not result.stdout, result)
+            again = run("convert", "--to", encoding, "-o", folder / "again", there)
+            expect(f"{there.name} is read without a word", again.stderr.count(b"\n") == 1
+                   and (ending or (folder / "again").read_bytes() == there.read_bytes()), again)
+    run("convert", "--to", "beast", "-o", back, folder / "beast-plain.zst")
+    expect("Beast comes back as it was", back.read_bytes() == sample, result)
+    packed = [path for path in folder.iterdir() if path.suffix in (".gz", ".zst")]
+    expect("files are compressed by name", all(path.stat().st_size < path.with_suffix("").stat().st_size
+                                               for path in packed) and len(packed) == 4, result)
+    subprocess.run(["gzip", "-t", folder / "avr-time.gz"], check=True)
+
+    lines = run("convert", "--to", "avr-time", SAMPLE).stdout.splitlines()
+    expect("time stamps are kept", lines[0] == b"@2A3000023B808D59302E582DD399CFA3EA91AEAE;" and len(lines) == 14662, result)
+    result = run("convert", "--to", "avr-time", "-", stdin=f"*{IDENTIFICATION};\n".encode())
+    expect("a line without a time stamp stays one", result.stdout == f"*{IDENTIFICATION};\n".encode()
+           and b"1 frames had no time stamp" in result.stderr, result)
+    replies = b"*7700;\n" + f"*{IDENTIFICATION};\n".encode()
+    result = run("convert", "--to", "bin", "-", stdin=replies)
+    expect("what the encoding cannot carry is told", result.stdout == bytes.fromhex(IDENTIFICATION)
+           and b"1 Mode A/C replies left out: no place for them in raw binary" in result.stderr, result)
+    result = run("convert", "--from", "avr", "--to", "hex", "-", stdin=replies + b"noise\n")
+    expect("what is no frame is told", result.stdout == f"7700\n{IDENTIFICATION}\n".encode()
+           and b"standard input: Lines that are no frames: 1" in result.stderr, result)
+
+    inplace = folder / "inplace"
+    inplace.write_bytes(replies)
+    result = run("convert", "--to", "hex", "-o", inplace, inplace)
+    expect("a file may become its own conversion", inplace.read_text() == f"7700\n{IDENTIFICATION}\n", result)
+    result = run("convert", "--to", "hex", "-o", inplace, folder / "missing")
+    expect("a failure leaves the output as it was", result.returncode == 1
+           and inplace.read_text() == f"7700\n{IDENTIFICATION}\n"
+           and not [path for path in folder.iterdir() if path.name.startswith(".")], result)
+    result = in_terminal("convert", "--to", "beast", SAMPLE)
+    expect("no bytes for terminals", result.returncode == 1 and b"name a file with -o" in result.stdout
+           and b"\x1a" not in result.stdout, result)
+
+    expect_failure("a missing recording", 1, "convert", "--to", "avr", folder / "missing", about="missing")
+    expect_failure("a full disk", 1, "convert", "--to", "avr", "-o", "/dev/full", SAMPLE, about="cannot write")
+    expect_failure("a folder that is not there", 1, "convert", "--to", "avr", "-o", folder / "no" / "x", SAMPLE,
+                   about="cannot write")
+    expect_failure("no encoding", 2, "convert", SAMPLE, about="--to")
+    expect_failure("an encoding that is none", 2, "convert", "--to", "morse", SAMPLE, about="avr|avr-time|beast")
+
+
+def test_stats(folder):
+    result = run("stats", SAMPLE)
+    expect("the sample is described", result.returncode == 0 and not result.stderr
+           and b"12:00:00.000 to 12:00:59.994 of an unknown day" in result.stdout
+           and b"244.4 frames/s" in result.stdout and b"DF17 extended squitter               7712   52.6 %  ####"
+           in result.stdout and b"and 15 more" in result.stdout and result.stdout.isascii(), result)
+    expect("the same recording gives the same report", run("stats", SAMPLE, env={
+        "TZ": "Asia/Tokyo", "LC_ALL": "de_DE.UTF-8"}).stdout == result.stdout, result)
+
+    report = json.loads(run("stats", "--json", "--date", "2024-05-01", SAMPLE).stdout)
+    expect("the sample is described for programs", report["frames"] == 14662 and report["aircraftCount"] == 25
+           and len(report["aircraft"]) == 25 and sum(report["formats"].values()) == 14662
+           and sum(report["parity"].values()) == 14662 and sum(report["confidence"].values()) == 14662
+           and report["time"]["first"] == "2024-05-01T12:00:00.000Z" and report["time"]["gaps"] == []
+           and sum(report["time"]["framesByInterval"]) == 14662, result)
+    result = run("stats", SAMPLE, SAMPLE)
+    expect("each recording has its report", result.stdout.count(b"Encoding    Beast") == 2, result)
+
+    plain = folder / "plain.avr"
+    run("convert", "--to", "avr", "-o", plain, SAMPLE)
+    result = run("stats", plain)
+    expect("a recording without time stamps has no rates", b"no time stamps" in result.stdout
+           and b"Rate" not in result.stdout and b"Aircraft    25" in result.stdout, result)
+    result = run("stats", "-", stdin=b"")
+    expect("an empty recording is described", result.returncode == 0 and b"it is empty" in result.stdout, result)
+    result = run("stats", "--from", "avr", "-", stdin=b"*7700;\nnoise\n")
+    expect("what is dropped is told", b"0 Mode S, 1 Mode A/C" in result.stdout
+           and b"1  Lines that are no frames.\n" in result.stdout, result)
+    result = in_terminal("stats", SAMPLE, env={"LC_ALL": "C.UTF-8"})
+    lines = result.stdout.decode().splitlines()
+    expect("bars are blocks in a terminal that has them and fit it", any("███" in line for line in lines)
+           and max(map(len, lines)) <= 80, result)
+    result = in_terminal("stats", SAMPLE, env={"LC_ALL": "C"})
+    expect("bars are plain in a terminal that has no blocks", b"####" in result.stdout and result.stdout.isascii(), result)
+
+    expect_failure("a missing recording", 1, "stats", folder / "missing", about="missing")
+    expect_failure("text that is no recording", 1, "stats", "-", stdin=b"hello\n" * 20, about="standard input")
+    expect_failure("a date that is none", 2, "stats", "--date", "yesterday", SAMPLE, about="YYYY-MM-DD")
+    expect_failure("no recording", 2, "stats", about="FILE")
 
 
 HEADER = "icao_addr,mops_version,airline\n"
@@ -153,12 +255,12 @@ def test_db(folder):
 
 
 def test_help():
-    for command in (["decode"], ["db"], ["db", "show"], ["db", "merge"], ["db", "check"], ["db", "mend"]):
+    for command in (["decode"], ["convert"], ["stats"], ["db"], ["db", "show"], ["db", "merge"], ["db", "check"], ["db", "mend"]):
         result = run(*command, "--help")
         expect(f"{command} has examples", result.returncode == 0 and b"Examples:\n  trevallo " in result.stdout, result)
 
 
-for test in (test_decode, test_db):
+for test in (test_decode, test_convert, test_stats, test_db):
     with tempfile.TemporaryDirectory() as name:
         test(pathlib.Path(name))
 test_help()

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace quorvel::host {
+
+/// Adds `trevallo stats`: what recordings hold.
+void addStatsCommand(CLI::App& app);
+
+} // namespace quorvel::host
