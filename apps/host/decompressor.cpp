@@ -21,6 +21,7 @@ public:
     Gunzip& operator=(Gunzip const&) = delete;
 
     bool unpack(std::string_view& packed, std::string& plain) override {
+        if (_isWhole && packed.empty()) return true;
         if (_isWhole && inflateReset(&_stream) != Z_OK) return false; // one member after another
         auto const before = plain.size();
         plain.resize(before + kPieceBytes);
@@ -54,6 +55,7 @@ public:
     Unzstd& operator=(Unzstd const&) = delete;
 
     bool unpack(std::string_view& packed, std::string& plain) override {
+        if (_isWhole && packed.empty()) return true; // without more bytes there is no other frame to begin
         auto const before = plain.size();
         plain.resize(before + kPieceBytes);
         ZSTD_inBuffer in{packed.data(), packed.size(), 0};
