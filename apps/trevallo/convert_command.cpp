@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+#include "trevallo/convert_command.h"
+
+#include "host/byte_sink.h"
+#include "host/frame_reader.h"
+#include "host/host_error.h"
+#include "host/stderr_log.h"
+#include "host/stop_signals.h"
+#include "inspect/conversion.h"
+#include "inspect/losses.h"
+#include "trevallo/encoding_option.h"
+#include "trevallo/log_option.h"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+#include <memory>
+#include <unistd.h>
+
+namespace quorvel::host {
+
+namespace {
+
+struct Settings {
+    std::vector<std::string> files;
+    std::optional<Encoding> from;
+    std::optional<Encoding> to;
+    std::string output = "-";
+    modes::Log::Level log = kNoLog;
+};
+
+// Time stamps are handed on as they are: what they count plays no part.
+ReadOptions readingOf(Settings const& settings) {
+    ReadOptions options;
+    options.encoding = settings.from;
+    options.time.reading = TimeReading::Fixed;
+    return options;
+}
+
+void report(Conversion const& conversion, Encoding to) {
+    std::string const name(nameOf(to));
+    std::cerr << conversion.frames() << " frames written as " << name;
+    if (conversion.modeAcFrames() > 0) std::cerr << ", " << conversion.modeAcFrames() << " Mode A/C replies";
+    std::cerr << "\n";
+    auto const reportLeftOut = [&](std::uint64_t count, char const* what) {
+        if (count > 0)
+            std::cerr << count << " " << what << " left out: no place for them in " << name << "\n";
+    };
+    reportLeftOut(conversion.leftOut(), "Mode A/C replies");
+    reportLeftOut(conversion.stampsLeftOut(), "time stamps");
+    reportLeftOut(conversion.signalsLeftOut(), "signal levels");
+    if (conversion.unstamped() > 0) std::cerr << conversion.unstamped() << " frames had no time stamp\n";
+}
+
+void convert(Settings const& settings) {
+    if (settings.output == "-" && isBinary(*settings.to) && ::isatty(STDOUT_FILENO) != 0) {
+        throw HostError(std::string(nameOf(*settings.to)) +
+                        " is nothing for a terminal: name a file with -o, or send it through a pipe");
+    }
+    StderrLog const log(settings.log);
+    StopSignals const signals;
+    ByteSink sink(settings.output);
+    Conversion conversion(*settings.to);
+    for (auto const& name : settings.files) {
+        FrameReader reader(name, readingOf(settings));
+        std::string bytes;
+        for (auto frames = reader.read(); !frames.empty(); frames = reader.read()) {
+            bytes.clear();
+            conversion.append(frames, bytes);
+            sink.write(bytes);
+        }
+        std::cerr << lossesText(reader.name(), reader.counters());
+        if (StopSignals::requested()) break;
+    }
+    sink.finish();
+    if (StopSignals::requested()) std::cerr << "trevallo: stopped by " << StopSignals::name() << "\n";
+    report(conversion, *settings.to);
+}
+
+} // namespace
+
+void addConvertCommand(CLI::App& app) {
+    auto settings = std::make_shared<Settings>();
+    auto* command = app.add_subcommand("convert", "Write recordings in another encoding");
+    command
+        ->add_option("FILE", settings->files,
+                     "Recordings, also compressed ones, written one after the other; - is standard input")
+        ->required();
+    addEncodingOption(*command, "--from", "Encoding of the recordings, found out when it is not given",
+                      settings->from);
+    addEncodingOption(*command, "--to", "Encoding to write", settings->to);
+    command->get_option("--to")->required();
+    command
+        ->add_option("-o,--output", settings->output,
+                     "Where to; a file is compressed when its name ends in .gz or .zst; - is standard output")
+        ->capture_default_str()
+        ->type_name("FILE");
+    addLogOption(*command, settings->log);
+    command->footer("Time stamps and signal levels are kept where the encoding has a place for them.\n"
+                    "Examples:\n"
+                    "  trevallo convert --to avr-time recording.beast | head\n"
+                    "  trevallo convert --to beast -o recording.beast.zst monday.avr.gz tuesday.avr.gz\n"
+                    "  trevallo convert --from raw --to hex frames.bin -o frames.txt");
+    command->callback([settings] { convert(*settings); });
+}
+
+} // namespace quorvel::host

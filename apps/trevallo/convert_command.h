@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace quorvel::host {
+
+/// Adds `trevallo convert`: recordings of any encoding in, one of any other out.
+void addConvertCommand(CLI::App& app);
+
+} // namespace quorvel::host
