@@ -63,10 +63,19 @@ struct TrackRun::Source {
     Frames frames; // of a recording, read but not taken
     std::size_t at = 0;
     TimeMs lastFrame = 0;
+    TimeMs latest = 0; // of the frames taken from a recording
     bool hasEnded = false;
 
-    TimeMs now() const { return live ? live->now() : recording->clock().now(); }
+    TimeMs now() const { return live ? live->now() : latest; }
     Frame const& next() const { return frames[at]; }
+
+    // The clock has read ahead, and knows which of the times are none.
+    void advance() {
+        auto const clock = recording->clock().now();
+        if (lastFrame <= clock) latest = std::max(latest, lastFrame);
+        latest = std::min(latest, clock);
+        ++at;
+    }
 };
 
 TimeMs TrackRun::Station::now() const {
@@ -96,7 +105,7 @@ void TrackRun::makeSource(SourceSpec const& spec, ReadOptions const& options) {
             new Station{isNamed ? spec.name : std::string(), Receiver(_options.receiver, database), {}}));
     }
     auto& station = *_stations.back();
-    _sources.push_back(std::make_unique<Source>(Source{spec.name, station, {}, {}, {}, 0, 0, false}));
+    _sources.push_back(std::make_unique<Source>(Source{spec.name, station, {}, {}, {}, 0, 0, 0, false}));
     auto& source = *_sources.back();
     station.sources.push_back(&source);
     if (spec.kind == SourceSpec::Kind::File && !isPipe(spec)) {
@@ -201,7 +210,7 @@ void TrackRun::readRecordings() {
         auto const& frame = recording->next();
         if (!isDue(frame.record->timeStamp())) return flush(); // and comes again when it is
         take(*recording, frame);
-        ++recording->at;
+        recording->advance();
         if (auto const second = recording->now() / 1000; second != _shownSecond && !isLive()) {
             _shownSecond = second;
             show();
