@@ -16,7 +16,7 @@ using test::withBits;
 namespace {
 
 struct FieldCase {
-    std::shared_ptr<ModeSMessageField> field; // never deleted through the base: the pointer knows the class
+    std::shared_ptr<ModeSMessageField> field;
     ModeSMessageField::Designator designator;
     unsigned value;
     char const* name;
@@ -25,28 +25,31 @@ struct FieldCase {
     std::vector<unsigned> positions;
 };
 
+// Fields are members: they are never deleted on their own.
+template <class Field> std::shared_ptr<ModeSMessageField> member() {
+    struct Message {
+        Field field;
+    };
+    auto const message = std::make_shared<Message>();
+    return {message, &message->field};
+}
+
 std::vector<FieldCase> fieldCases() {
     using F = ModeSMessageField;
     return {
-        {std::make_shared<ModeSMessageFieldAA>(), F::AA, 0, "AA", "Address announced", 24, {8}},
-        {std::make_shared<ModeSMessageFieldAC>(), F::AC, 1, "AC", "Altitude code", 13, {19}},
-        {std::make_shared<ModeSMessageFieldAF>(), F::AF, 2, "AF", "Application field", 3, {5}},
-        {std::make_shared<ModeSMessageFieldAP>(), F::AP, 3, "AP", "Address/parity", 24, {32, 88}},
-        {std::make_shared<ModeSMessageFieldCA>(), F::CA, 4, "CA", "Capability", 3, {5}},
-        {std::make_shared<ModeSMessageFieldCF>(), F::CF, 5, "CF", "Control field", 3, {5}},
-        {std::make_shared<ModeSMessageFieldFS>(), F::FS, 7, "FS", "Flight status", 3, {5}},
-        {std::make_shared<ModeSMessageFieldID>(), F::ID, 8, "ID", "Identity", 13, {19}},
-        {std::make_shared<ModeSMessageFieldMB>(), F::MB, 9, "MB", "Message, Comm-B", 56, {32}},
-        {std::make_shared<ModeSMessageFieldME>(), F::ME, 10, "ME", "Message, extended squitter", 56, {32}},
-        {std::make_shared<ModeSMessageFieldMV>(), F::MV, 11, "MV", "Message, ACAS", 56, {32}},
-        {std::make_shared<ModeSMessageFieldPI>(),
-         F::PI,
-         12,
-         "PI",
-         "Parity/interrogator identifier",
-         24,
-         {32, 88}},
-        {std::make_shared<ModeSMessageFieldVS>(), F::VS, 14, "VS", "Vertical status", 1, {5}},
+        {member<ModeSMessageFieldAA>(), F::AA, 0, "AA", "Address announced", 24, {8}},
+        {member<ModeSMessageFieldAC>(), F::AC, 1, "AC", "Altitude code", 13, {19}},
+        {member<ModeSMessageFieldAF>(), F::AF, 2, "AF", "Application field", 3, {5}},
+        {member<ModeSMessageFieldAP>(), F::AP, 3, "AP", "Address/parity", 24, {32, 88}},
+        {member<ModeSMessageFieldCA>(), F::CA, 4, "CA", "Capability", 3, {5}},
+        {member<ModeSMessageFieldCF>(), F::CF, 5, "CF", "Control field", 3, {5}},
+        {member<ModeSMessageFieldFS>(), F::FS, 7, "FS", "Flight status", 3, {5}},
+        {member<ModeSMessageFieldID>(), F::ID, 8, "ID", "Identity", 13, {19}},
+        {member<ModeSMessageFieldMB>(), F::MB, 9, "MB", "Message, Comm-B", 56, {32}},
+        {member<ModeSMessageFieldME>(), F::ME, 10, "ME", "Message, extended squitter", 56, {32}},
+        {member<ModeSMessageFieldMV>(), F::MV, 11, "MV", "Message, ACAS", 56, {32}},
+        {member<ModeSMessageFieldPI>(), F::PI, 12, "PI", "Parity/interrogator identifier", 24, {32, 88}},
+        {member<ModeSMessageFieldVS>(), F::VS, 14, "VS", "Vertical status", 1, {5}},
     };
 }
 
