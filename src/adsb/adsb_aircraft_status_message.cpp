@@ -62,17 +62,17 @@ bool ADSBAircraftStatusMessage::decodeImpl() {
     if (!hasPayload(*this)) return false;
 
     Payload const payload(*this);
-    auto const subtype = payload.read(kSubtype);
-    if (subtype >= static_cast<unsigned int>(Subtype::UNKNOWN)) {
-        Log::log(Log::Error, kModule, "Unknown Subtype=%u.", subtype);
+    auto const code = payload.read(kSubtype);
+    if (code >= static_cast<unsigned int>(Subtype::UNKNOWN)) {
+        Log::log(Log::Error, kModule, "Unknown Subtype=%u.", code);
         _subtype = Subtype::UNKNOWN;
         return false;
     }
-    _subtype = static_cast<Subtype>(subtype);
+    _subtype = static_cast<Subtype>(code);
     if (_subtype == Subtype::EMERGENCY) {
         _emergencyState = payload.read<EmergencyState>(kEmergencyState);
     } else {
-        Log::log(Log::Error, kModule, "Unsupported subtype %u detected.", subtype);
+        Log::log(Log::Error, kModule, "Unsupported subtype %u detected.", code);
     }
     PayloadFields::list(*this, kStatusFields);
     return true;

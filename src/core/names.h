@@ -16,17 +16,17 @@ namespace quorvel::modes {
 ///     kNames[7];  // "unknown"
 template <std::size_t N> class NameTable {
 public:
-    NameTable(char const* const (&names)[N], char const* fallback) : _fallback(fallback) {
+    NameTable(char const* const (&names)[N], char const* fallback) {
         std::copy(std::begin(names), std::end(names), _names.begin());
+        _names.back() = fallback;
     }
 
-    std::string const& operator[](std::size_t value) const { return value < N ? _names[value] : _fallback; }
+    std::string const& operator[](std::size_t value) const { return _names[std::min(value, N)]; }
 
     static constexpr std::size_t size() { return N; }
 
 private:
-    std::array<std::string, N> _names;
-    std::string _fallback;
+    std::array<std::string, N + 1> _names;
 };
 
 } // namespace quorvel::modes

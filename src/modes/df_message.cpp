@@ -30,7 +30,11 @@ constexpr unsigned char kLongReplyBits = 112;
 // "FS: AIR; AC: 18800"
 template <class... Fields> std::string describe(Fields const&... fields) {
     std::string text;
-    ((text += (text.empty() ? "" : "; ") + fields.name() + ": " + fields.description()), ...);
+    auto const append = [&text](auto const& field) {
+        if (!text.empty()) text += "; ";
+        text += field.name() + ": " + field.description();
+    };
+    (append(fields), ...);
     return text;
 }
 

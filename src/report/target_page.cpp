@@ -38,19 +38,19 @@ public:
         _element.addAttribute("border", 1U)
             .addAttribute("cellspacing", 0U)
             .addAttribute("class", "general_table");
-        auto& row = addRow(N);
-        for (auto const* heading : headings) row.children.emplace_back("th", heading);
+        auto& cells = addRow(N);
+        for (auto const* heading : headings) cells.children.emplace_back("th", heading);
     }
 
     /// Label, validity, value and times; only a valid item shows its value and times.
     void row(char const* label, bool valid, std::string value,
              std::initializer_list<unsigned long long> times) {
-        auto& row = addRow(3 + times.size());
-        addCell(row, label);
-        addCell(row, ADSBTargetReport::boolToString(valid));
-        addCell(row, valid ? std::move(value) : std::string());
+        auto& cells = addRow(3 + times.size());
+        addCell(cells, label);
+        addCell(cells, ADSBTargetReport::boolToString(valid));
+        addCell(cells, valid ? std::move(value) : std::string());
         for (auto const time : times) {
-            addCell(row, valid ? ADSBTargetReport::timeToString(time) : std::string());
+            addCell(cells, valid ? ADSBTargetReport::timeToString(time) : std::string());
         }
     }
 
@@ -65,14 +65,14 @@ public:
     html::Element take() && { return std::move(_element); }
 
 private:
-    html::Element& addRow(std::size_t cells) {
-        auto& row = _element.children.emplace_back("tr", "");
-        row.children.reserve(cells);
-        return row;
+    html::Element& addRow(std::size_t count) {
+        auto& cells = _element.children.emplace_back("tr", "");
+        cells.children.reserve(count);
+        return cells;
     }
 
-    static void addCell(html::Element& row, std::string text) {
-        row.children.emplace_back("td", "").content = std::move(text);
+    static void addCell(html::Element& cells, std::string text) {
+        cells.children.emplace_back("td", "").content = std::move(text);
     }
 
     html::Element _element{"table", ""};

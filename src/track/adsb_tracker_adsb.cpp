@@ -42,7 +42,8 @@ std::shared_ptr<ADSBTarget> ADSBTracker::track(DF17Message const& reply) {
 // the message. Without a message the reply is not counted.
 void ADSBTracker::trackPayload(ADSBTarget& target, DF17Message const& reply) {
     auto const& payload = reply.constFieldME().data();
-    withMessageClass(decodableType(payload), target.mopsVersion(), [&]<class Message>() {
+    auto const type = decodableType(payload);
+    withMessageClass(type, target.mopsVersion(), [this, &target, &reply, &payload]<class Message>() {
         Message message;
         if (!message.decode(payload)) return false;
         auto const time = reply.timeStamp();

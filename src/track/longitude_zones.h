@@ -33,13 +33,14 @@ constexpr std::array<double, kMostLongitudeZones - 1> kTransitionLatitudes = {
 
 // For each whole degree, how many transitions lie at it or below: where the search for a latitude starts. Two
 // transitions at most lie within one degree.
-constexpr auto kTransitionsByDegree = [] {
+constexpr auto transitionsByDegree() {
     std::array<unsigned char, 87> below{};
     for (std::size_t degree = 0; degree < below.size(); ++degree) {
         while (kTransitionLatitudes[below[degree]] <= static_cast<double>(degree)) ++below[degree];
     }
     return below;
-}();
+}
+constexpr auto kTransitionsByDegree = transitionsByDegree();
 
 /// Number of longitude zones at a latitude in degrees, 59 to 1. A transition belongs to the lower number, and
 /// what is no number compares below none of them.
