@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 # The promises of the shared library to the programs that are linked with it.
 # Usage: check.sh LIBRARY [--record], where LIBRARY has debug information.
-#   - its interface is the recorded one: functions, types, the order of virtual tables (--record makes it the record);
+#   - its interface is the recorded one: functions, types (--record makes it the record);
+#   - the slots of its virtual tables are those of vtables.txt;
 #   - it exports its own namespaces only;
 #   - it takes nothing from the system that it says it does not use: sockets, threads, environment, processes.
 set -euo pipefail
@@ -30,13 +31,16 @@ abidiff --no-added-syms "$record" "$now" >/dev/null ||
 cmp -s <(grep -o 'elf-symbol name=[^ ]*' "$record") <(grep -o 'elf-symbol name=[^ ]*' "$now") ||
     complain "Other symbols are exported than recorded: ./dev abi --record, if that is meant."
 
+"$root/tests/abi/vtables.py" || complain "Virtual tables have changed: no program linked with the library before would work."
+
 exports=$(nm -DC --defined-only "$library" | cut -c20- |
     grep -vE '^((vtable|typeinfo( name)?) for )?(quorvel::modes|html)::' || true)
 [[ -z $exports ]] || complain "It exports what is not its own: $exports"
 
 forbidden='socket|connect|bind|listen|accept[0-9]?|send(to|msg)?|recv(from|msg)?|getaddrinfo|gethostby.*'
-forbidden+='|pthread_(create|mutex.*|cond.*|rwlock.*|spin.*)|thrd_.*|mtx_.*|.*_ZNSt6thread.*|sem_.*'
-forbidden+='|(secure_)?getenv|setenv|putenv|environ|v?fork|exec[vl].*|posix_spawn.*|system|popen|kill|signal|sigaction'
+forbidden+='|p?poll|p?select|epoll_.*|shutdown|[gs]etsockopt'
+forbidden+='|pthread_(create|mutex.*|cond.*|rwlock.*|spin.*)|thrd_.*|mtx_.*|.*_ZNSt6thread.*|.*condition_variable.*|sem_.*|flock|lockf'
+forbidden+='|(secure_)?getenv|(un)?setenv|clearenv|putenv|_*environ|v?fork|clone|wait(pid|id|[34])?|pipe2?|exec[vl].*|posix_spawn.*|system|popen|kill|raise|signal|sigaction'
 forbidden+='|_?exit|abort|dlopen|dlsym|setlocale|setitimer|alarm'
 imports=$(nm -D --undefined-only "$library" | awk '{ print $2 }' | sed 's/@.*//' | grep -xE "$forbidden" || true)
 [[ -z $imports ]] || complain "It takes from the system what it promises not to use: $imports"
