@@ -12,6 +12,8 @@
 #include <csignal>
 #include <fstream>
 #include <iterator>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
@@ -63,6 +65,7 @@ int statusOf(pid_t child) {
 constexpr int kSaved = 0;
 constexpr int kThrewAsTheLibraryDoes = 1;
 constexpr int kUnprepared = 2;
+constexpr int kDamaged = 3;
 
 int statusOfSaving(std::string const& path, std::string const& airline) {
     try {
@@ -70,6 +73,13 @@ int statusOfSaving(std::string const& path, std::string const& airline) {
     } catch (std::ios_base::failure const&) {
         return kThrewAsTheLibraryDoes;
     }
+}
+
+// Puts an empty disk in place of a folder, for the calling process only: it is gone at its end. Only root
+// may.
+bool mountDisk(std::string const& folder, char const* size) {
+    return unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           mount("tmpfs", folder.c_str(), "tmpfs", 0, size) == 0;
 }
 
 class AircraftDBFaults : public testing::Test {
@@ -83,6 +93,8 @@ protected:
         ASSERT_TRUE(databaseOf(kRows, "OLD").save(path));
         before = contentOf(path);
     }
+
+    bool isTheOldFileAlone() const { return contentOf(path) == before && filesIn(folder.path("")) == 1; }
 
     void expectTheOldFileAlone() {
         EXPECT_TRUE(contentOf(path) == before);
@@ -114,6 +126,21 @@ TEST_F(AircraftDBFaults, LeaveTheOldFileWhenTheLastByteDoesNotFit) {
     });
     EXPECT_EQ(statusOf(saving), kThrewAsTheLibraryDoes);
     expectTheOldFileAlone();
+}
+
+// There is room for one file, not for an old and a new one. A later save that fits succeeds: the room that
+// the failed one took is free again.
+TEST_F(AircraftDBFaults, LeaveTheOldFileOnASmallDiskThatIsFull) {
+    auto const saving = started([&] {
+        if (!mountDisk(folder.path(""), "size=64k")) return kUnprepared;
+        if (statusOfSaving(path, "OLD") != kSaved) return kDamaged;
+        auto const status = statusOfSaving(path, "NEW");
+        if (!isTheOldFileAlone() || !databaseOf(kRows / 5, "NEW").save(path)) return kDamaged;
+        return status;
+    });
+    auto const status = statusOf(saving);
+    if (status == kUnprepared) GTEST_SKIP() << "no disk can be mounted here";
+    EXPECT_EQ(status, kThrewAsTheLibraryDoes);
 }
 
 TEST_F(AircraftDBFaults, ThrowForADeviceThatTakesNothing) {
