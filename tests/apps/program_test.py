@@ -56,6 +56,19 @@ def unread(pipe):
     return struct.unpack("i", fcntl.ioctl(pipe, termios.FIONREAD, bytes(4)))[0]
 
 
+def handed_on(process, data, pieces):
+    """Writes data into the input of a process in pieces of these sizes, the last one repeated, each when the process has
+    taken the one before."""
+    at = 0
+    while at < len(data) and process.poll() is None:
+        size = pieces.pop(0) if len(pieces) > 1 else pieces[0]
+        process.stdin.write(data[at:at + size])
+        process.stdin.flush()
+        at += size
+        while unread(process.stdin) > 0 and process.poll() is None:
+            time.sleep(0.001)
+
+
 def finished(process):
     out, err = process.communicate(timeout=60)
     return subprocess.CompletedProcess(process.args, process.returncode, out, err)
@@ -135,6 +148,39 @@ with tempfile.TemporaryDirectory() as name:
     result = run("track", str(cut))
     expect("a recording that ends within a frame is read without a word", result.returncode == 0
            and b"15 aircraft" in result.stdout and not result.stderr, result)
+
+    for encoding in ("avr-time", "beast", "beast-doubled"):
+        path = folder / encoding
+        whole = path.read_bytes()
+        table = run("track", str(path)).stdout
+        process = subprocess.Popen([PROGRAM, "track", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE)
+        handed_on(process, whole, [1] * 50 + [4001])
+        result = finished(process)
+        expect(f"{encoding} in a pipe whose writer pauses anywhere is the same traffic", result.stdout == table
+               and not result.stderr, result)
+
+        growing = folder / "growing"
+        growing.write_bytes(whole[:len(whole) // 2])
+        frames_before = int(run("track", str(growing)).stdout.splitlines()[-1].split()[0])
+        with open(growing, "ab", buffering=0) as writer:
+            process = subprocess.Popen([PROGRAM, "track", str(growing)], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+            for at in range(len(whole) // 2, len(whole), 4001):
+                writer.write(whole[at:at + 4001])
+                time.sleep(0.001)
+        result = finished(process)
+        expect(f"a growing recording of {encoding} is read as far as it has come", result.returncode == 0
+               and not result.stderr and frames_before <= int(result.stdout.splitlines()[-1].split()[0])
+               <= int(table.splitlines()[-1].split()[0]), result)
+
+        for missing in range(1, 25):
+            result = run("track", "-", stdin=whole[:-missing])
+            expect(f"{encoding} without its last {missing} bytes is read up to there", result.returncode == 0
+                   and b"15 aircraft" in result.stdout and not result.stderr, result)
+        for length in range(1, 60, 3):
+            result = run("track", "-", stdin=whole[:length])
+            expect(f"{encoding} of {length} bytes gives a table or one line that says why not",
+                   result.returncode == (1 if result.stderr else 0) and result.stderr.count(b"\n") <= 1, result)
 
     truth = folder / "truth.csv"
     result = run("simulate", "--seconds", "2", "--aircraft", "3", "--truth", str(truth), "--place", "48.35,11.79")
