@@ -27,8 +27,8 @@ public:
     Element();
 
     /// An element with text content; a null pointer is empty content.
-    Element(char const* tag, char const* content);
-    Element(char const* tag, std::string const& content);
+    Element(char const* tagName, char const* text);
+    Element(char const* tagName, std::string const& text);
 
     /// Copies and moves take the children along.
     Element(Element const&) = default;

@@ -14,7 +14,7 @@ constexpr std::size_t kLongestNumber = 320 + kDecimals; // the largest double ha
 
 std::string numberText(double number, std::chars_format format) {
     char text[kLongestNumber];
-    auto const end = std::to_chars(text, text + sizeof text, number, format, kDecimals).ptr;
+    auto* const end = std::to_chars(text, text + sizeof text, number, format, kDecimals).ptr;
     return {text, end};
 }
 

@@ -43,7 +43,7 @@ private:
 
     // The first number in [from, end) that nobody holds, `end` if there is none.
     unsigned int firstFree(unsigned int from, unsigned int end) const {
-        auto const first = _holders.begin();
+        auto const* const first = _holders.data();
         return static_cast<unsigned int>(std::find(first + from, first + end, 0) - first);
     }
 
