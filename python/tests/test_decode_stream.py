@@ -1,0 +1,241 @@
+# SPDX-License-Identifier: MIT
+import math
+import threading
+import time
+from typing import Any
+
+import numpy
+import numpy.typing
+import pytest
+
+import trevallo
+from trevallo import ADSBMessage, ADSBTarget, DFMessage, Log, ModeSDecoder, ModeSEncapsulation, ModeSMessage
+
+from frames import ADDRESS, IDENTITY
+
+Frames = numpy.typing.NDArray[numpy.void]
+Row = dict[str, Any]
+
+ABSENT: Row = {"signalAmplitude": 0, "downlinkFormat": -1, "icaoAddress": 0, "confidence": 0, "decoded": False, "tracked": False, "trackId": 0,
+               "typeCode": -1, "callsign": "", "squawk": -1, "altitude": math.nan, "latitude": math.nan,
+               "longitude": math.nan, "groundSpeed": math.nan, "heading": math.nan, "verticalRate": math.nan}
+
+
+def undoubled(stream: bytes) -> bytes:
+    """Frames begin with a single escape byte; inside them it is sent twice."""
+    begins = "".join(chr(byte) for byte in stream).split("\x1a\x1a")
+    # a doubled byte stays apart from the single ones that begin frames
+    return "\x1a".join(begins).encode("latin-1")
+
+
+def signals_of(stream: bytes) -> list[int]:
+    """Frames are an escape byte, their type, six bytes of time, the signal and the reply."""
+    plain, at, signals = undoubled(stream), 0, []
+    while at < len(plain):
+        signals.append(plain[at + 8])
+        at += 9 + {ord("1"): 2, ord("2"): 7, ord("3"): 14}[plain[at + 1]]
+    return signals
+
+
+def records_of(stream: bytes) -> list[ModeSEncapsulation]:
+    return ModeSEncapsulation.extract(bytearray(undoubled(stream)), ModeSEncapsulation.Beast)
+
+
+def reported(target: ADSBTarget, message: ModeSMessage, row: Row) -> Row:
+    """The items of the target that replies of this kind carry and that bear the time of this one."""
+    now = message.timeStamp
+    items: Row = {}
+    kind = row["downlinkFormat"]
+    squitter = ADSBMessage.typeByCode(row["typeCode"]) if kind == 17 else None
+    if kind in {0, 4, 16, 20} or squitter is ADSBMessage.POS_AIR:
+        if target.altitudeBaroLastUpdate == now:
+            items["altitude"] = target.altitudeBaro
+    if kind in {5, 21} and target.squawkLastUpdate == now:
+        items["squawk"] = target.squawk
+    if squitter is ADSBMessage.ACID and target.callsignLastUpdate == now:
+        items["callsign"] = target.callsign
+    if squitter is ADSBMessage.POS_AIR and target.positionLastUpdate == now:
+        items |= {"latitude": target.latitude, "longitude": target.longitude}
+    if squitter is ADSBMessage.AIR_VEL and target.groundSpeedLastUpdate == now:
+        items |= {"groundSpeed": target.groundSpeed, "heading": target.heading}
+    if squitter is ADSBMessage.AIR_VEL and target.verticalRateBaroLastUpdate == now:
+        items["verticalRate"] = target.verticalRateBaro
+    return items
+
+
+def step_by_step(records: list[ModeSEncapsulation]) -> list[Row]:
+    decoder, tracker = ModeSDecoder(), trevallo.ADSBTracker()
+    rows = []
+    for record in records:
+        row = dict(ABSENT, timeStamp=record.timeStamp)
+        rows.append(row)
+        if len(record.data) > 2:
+            row["downlinkFormat"] = DFMessage.downlinkFormatByCode(record.data[0] >> 3)
+        message = decoder.decode(ModeSMessage.DOWNLINK, record)
+        if message is None:
+            continue
+        row |= {"decoded": True, "icaoAddress": message.icaoAddress, "confidence": message.confidence}
+        if row["downlinkFormat"] in {17, 18}:
+            row["typeCode"] = record.data[4] >> 3
+        target = tracker.procModeSMsg(message)
+        if target is not None:
+            row |= {"tracked": True, "trackId": target.trackId} | reported(target, message, row)
+    return rows
+
+
+def assert_equal(frames: Frames, rows: list[Row]) -> None:
+    assert len(frames) == len(rows)
+    for name in frames.dtype.names or ():
+        expected = numpy.array([row[name] for row in rows])
+        column = frames[name].astype("i8") if name == "timeStamp" else frames[name]
+        numpy.testing.assert_array_equal(column, expected, err_msg=name)
+
+
+@pytest.fixture(autouse=True)
+def quiet() -> None:
+    Log.setShowLevel(Log.Error)
+
+
+def test_a_recording_is_decoded_as_it_is_step_by_step(sample: bytes) -> None:
+    frames = trevallo.decode_stream(sample, ModeSEncapsulation.Beast)
+    rows = step_by_step(records_of(sample))
+    for row, signal in zip(rows, signals_of(sample), strict=True):
+        row["signalAmplitude"] = signal
+    assert_equal(frames, rows)
+    assert (len(frames), frames["decoded"].sum(), frames["tracked"].sum()) == (14662, 14574, 14427)
+    for name in ("altitude", "latitude", "groundSpeed", "verticalRate"):
+        assert numpy.isfinite(frames[name]).sum() > 1000
+    assert (frames["callsign"] != "").sum() > 100 and (frames["squawk"] >= 0).sum() > 100
+
+
+def test_format_and_doubling_are_found_out(sample: bytes) -> None:
+    frames = trevallo.decode_stream(sample)
+    for same in (trevallo.decode_stream(sample, ModeSEncapsulation.Beast, doubled=True),
+                 trevallo.decode_stream(undoubled(sample)),
+                 trevallo.decode_stream(undoubled(sample), ModeSEncapsulation.Beast, doubled=False)):
+        assert frames.tobytes() == same.tobytes()
+
+
+def test_the_doubling_can_be_taken_out_alone(sample: bytes) -> None:
+    assert trevallo.undouble_beast(sample) == undoubled(sample)
+
+
+def test_avr_gives_what_beast_gives(sample: bytes) -> None:
+    records = records_of(sample)
+    for record in records:
+        record.timeStamp //= 1000
+        record.timeStamp *= 1000  # AVR keeps whole seconds
+    text = b"".join(ModeSEncapsulation.encapsulateAvr(record) for record in records)
+    frames = trevallo.decode_stream(text, ModeSEncapsulation.Avr)
+    assert_equal(frames, step_by_step(records))
+    network = trevallo.decode_stream(text.replace(b"\n", b"\r\n"))
+    assert frames.tobytes() == network.tobytes()
+
+
+def test_raw_binary_is_cut_by_the_length_that_its_first_bit_tells(sample: bytes) -> None:
+    records = [record for record in records_of(sample)[:500] if len(record.data) in {7, 14}]
+    frames = trevallo.decode_stream(b"".join(record.data for record in records), ModeSEncapsulation.RawBin)
+    assert len(frames) == len(records)
+    assert frames["downlinkFormat"].tolist() == [record.data[0] >> 3 for record in records]
+
+
+def test_any_bytes_are_taken_and_text_is_not(sample: bytes) -> None:
+    frames = trevallo.decode_stream(sample)
+    for data in (bytearray(sample), memoryview(sample), numpy.frombuffer(sample, "u1")):
+        assert trevallo.decode_stream(data).tobytes() == frames.tobytes()  # type: ignore[arg-type]
+    with pytest.raises(TypeError):
+        trevallo.decode_stream("*8D4840D6202CC371C32CE0576098;")  # type: ignore[arg-type]
+
+
+def test_an_empty_stream_has_no_frames() -> None:
+    for format in (*list(ModeSEncapsulation.Format)[1:], None):
+        assert len(trevallo.decode_stream(b"", format)) == 0
+
+
+def test_a_mode_ac_reply_is_a_row_without_format() -> None:
+    [row] = trevallo.decode_stream(b"\x1a1" + bytes(7) + b"\x12\x34", ModeSEncapsulation.Beast)
+    assert (row["downlinkFormat"], row["decoded"], row["icaoAddress"]) == (-1, False, 0)
+
+
+def test_what_a_frame_did_not_report_is_absent() -> None:
+    [row] = trevallo.decode_stream(b"*" + IDENTITY.hex().encode() + b";\n", ModeSEncapsulation.Avr)
+    assert row["callsign"] == "KLM1023 " and row["icaoAddress"] == ADDRESS and row["typeCode"] == 4
+    assert math.isnan(row["altitude"]) and math.isnan(row["latitude"]) and row["squawk"] == -1
+
+
+def test_a_format_that_cannot_be_read_is_refused() -> None:
+    with pytest.raises(ValueError, match="cannot be read"):
+        trevallo.decode_stream(b"", ModeSEncapsulation.Unknown)
+    with pytest.raises(ValueError, match="only Beast"):
+        trevallo.decode_stream(b"", ModeSEncapsulation.Avr, doubled=True)
+
+
+def test_hexadecimal_lines_are_read_too(sample: bytes) -> None:
+    records = records_of(sample)[:500]
+    text = b"".join(ModeSEncapsulation.encapsulateRawHex(record) for record in records)
+    frames = trevallo.decode_stream(text, ModeSEncapsulation.RawHex)
+    assert frames["downlinkFormat"].tolist() == [record.data[0] >> 3 for record in records]
+    assert trevallo.decode_stream(text)["icaoAddress"].tolist() == frames["icaoAddress"].tolist()
+
+
+def test_a_stream_of_no_known_encoding_is_refused() -> None:
+    with pytest.raises(ValueError, match="begins like no"):
+        trevallo.decode_stream(b"The quick brown fox jumps over the lazy dog. " * 100)
+
+
+@pytest.mark.parametrize("timeout", [0.0, -1.0, math.nan, math.inf])
+def test_what_is_no_timeout_is_refused(timeout: float) -> None:
+    with pytest.raises(ValueError, match="timeout"):
+        trevallo.decode_stream(b"", ModeSEncapsulation.Avr, timeout=timeout)
+
+
+def test_aircraft_that_are_silent_for_the_timeout_get_a_new_track() -> None:
+    def line(second: int, frame: bytes) -> bytes:
+        record = ModeSEncapsulation()
+        record.data = frame
+        record.timeStamp = 1_700_000_000_000 + second * 1000
+        return ModeSEncapsulation.encapsulateAvr(record)
+
+    other = bytes.fromhex("8D485020994409940838175B284F")
+    stream = line(0, IDENTITY) + line(100, other) + line(101, IDENTITY)
+    tracks = {timeout: trevallo.decode_stream(stream, ModeSEncapsulation.Avr, timeout=timeout)["trackId"].tolist()
+              for timeout in (50.0, 200.0)}
+    assert tracks == {50.0: [1, 2, 3], 200.0: [1, 2, 1]}
+
+
+def test_the_array_owns_its_memory_and_can_be_written() -> None:
+    frames = trevallo.decode_stream(b"*" + IDENTITY.hex().encode() + b";\n", ModeSEncapsulation.Avr)
+    column = frames["icaoAddress"]
+    frames["icaoAddress"] = 1
+    del frames
+    assert column.tolist() == [1]
+
+
+def test_other_threads_of_python_run_meanwhile(sample: bytes) -> None:
+    worker = threading.Thread(target=trevallo.decode_stream, args=(sample * 40,))
+    turns = 0
+    worker.start()
+    while worker.is_alive():
+        turns += 1
+        time.sleep(0.001)
+    assert turns > 10  # one that held the interpreter would give a turn or two
+
+
+def test_a_signal_ends_a_long_decoding(sample: bytes) -> None:
+    import signal
+
+    class Stop(Exception):
+        pass
+
+    def stop(*_: object) -> None:
+        raise Stop
+
+    stream = sample * 200  # 70 MB
+    before = signal.signal(signal.SIGALRM, stop)
+    signal.setitimer(signal.ITIMER_REAL, 0.02)
+    try:
+        with pytest.raises(Stop):
+            trevallo.decode_stream(stream)
+    finally:
+        signal.setitimer(signal.ITIMER_REAL, 0)
+        signal.signal(signal.SIGALRM, before)
