@@ -19,7 +19,7 @@ int main() {
     if (!std::dynamic_pointer_cast<ADSBIdentityMessage>(message)) return 2;
     if (target->report()->toHtml("").find("4840D6") == std::string::npos) return 3;
     if (html::Document("title").toString().find("title") == std::string::npos) return 4;
-    if (Trevallo().version() != "1.0.2" || cprNLFunction(0.0) != 59) return 5;
+    if (cprNLFunction(0.0) != 59) return 5;
 
     std::cout << Trevallo().version() << "\n";
     return 0;
