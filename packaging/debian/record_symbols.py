@@ -1,12 +1,13 @@
 # SPDX-License-Identifier: MIT
-"""record_symbols.py LIBRARY VERSION: brings the record of the shared library's symbols up to date: a new symbol is there
-since this version, one that is gone is taken off the record. Symbols are recorded as C++ names them."""
+"""record_symbols.py LIBRARY: brings the record of the shared library's symbols up to date: a new symbol is there
+since its version, one that is gone is taken off the record. Symbols are recorded as C++ names them."""
 import pathlib
 import re
 import subprocess
 import sys
 
-LIBRARY, VERSION = sys.argv[1:3]
+LIBRARY = pathlib.Path(sys.argv[1]).resolve()
+VERSION = LIBRARY.name.partition(".so.")[2]
 RECORD = pathlib.Path(__file__).parent / "libtrevallo1.symbols"
 
 head, *lines = RECORD.read_text(encoding="utf-8").splitlines()
