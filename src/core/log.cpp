@@ -18,11 +18,11 @@ constexpr auto kRelaxed = std::memory_order_relaxed;
 std::atomic<std::uint64_t> moduleWidth{10};
 
 // Widens the module column to `length` if it is narrower, and returns its width. It never narrows again.
-std::uint64_t widenModuleColumn(std::uint64_t length) {
+std::size_t widenModuleColumn(std::uint64_t length) {
     auto width = moduleWidth.load(kRelaxed);
     while (width < length && !moduleWidth.compare_exchange_weak(width, length, kRelaxed)) {
     }
-    return std::max(width, length);
+    return static_cast<std::size_t>(std::max(width, length));
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <modes/modes_encapsulation.h>
 
 #include "core/recycled.h"
+#include "core/text.h"
 #include "modes/frame_record.h"
 
 #include <array>
@@ -86,7 +87,7 @@ std::shared_ptr<ModeSMessage> ModeSDecoder::decode(ModeSMessage::ModeSMsgType ty
 
 std::shared_ptr<ModeSMessage> ModeSDecoder::decode(ModeSMessage::ModeSMsgType type, char const* data,
                                                    unsigned long long size) {
-    return decode(type, std::string(data, size));
+    return decode(type, bytesAt(data, size));
 }
 
 std::shared_ptr<ModeSMessage> ModeSDecoder::decode(ModeSMessage::ModeSMsgType type, std::string const& data,
@@ -101,7 +102,7 @@ std::shared_ptr<ModeSMessage> ModeSDecoder::decode(ModeSMessage::ModeSMsgType ty
 
 std::shared_ptr<ModeSMessage> ModeSDecoder::decode(ModeSMessage::ModeSMsgType type, char const* data,
                                                    unsigned long long size, unsigned long long timeStamp) {
-    return decode(type, std::string(data, size), timeStamp);
+    return decode(type, bytesAt(data, size), timeStamp);
 }
 
 std::shared_ptr<ModeSMessage> ModeSDecoder::decode(ModeSMessage::ModeSMsgType type,

@@ -5,6 +5,7 @@
 #include "core/hex.h"
 #include "core/names.h"
 #include "core/short_bytes.h"
+#include "core/text.h"
 #include "modes/parity.h"
 
 namespace quorvel::modes {
@@ -43,9 +44,7 @@ bool ModeSMessage::decode(std::string const& bytes) {
     return _valid;
 }
 
-bool ModeSMessage::decode(char const* bytes, unsigned long long size) {
-    return decode(std::string(bytes, size));
-}
+bool ModeSMessage::decode(char const* bytes, unsigned long long size) { return decode(bytesAt(bytes, size)); }
 
 std::string ModeSMessage::dataHexString() const { return hexOfBytes(_data); }
 

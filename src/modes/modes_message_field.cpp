@@ -99,7 +99,7 @@ bool ModeSMessageField::decode(std::string const& data, unsigned char pos) {
 }
 
 bool ModeSMessageField::decode(char const* data, unsigned long long size, unsigned char pos) {
-    return decode(std::string(data, size), pos);
+    return decode(bytesAt(data, size), pos);
 }
 
 ModeSMessageFieldAA::ModeSMessageFieldAA() : ModeSMessageField(AA) {}

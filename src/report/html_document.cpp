@@ -21,7 +21,7 @@ void put(std::ostream& out, std::string_view text) { out << text; }
 template <class Out> void putBlanks(Out& out, unsigned long long count) {
     constexpr std::string_view kBlanks = "                                ";
     for (; count > kBlanks.size(); count -= kBlanks.size()) put(out, kBlanks);
-    put(out, kBlanks.substr(0, count));
+    put(out, kBlanks.substr(0, static_cast<std::size_t>(count)));
 }
 
 template <class Out> void putOpen(Out& out, Element const& element, unsigned long long indent) {
