@@ -95,11 +95,11 @@ std::optional<TimeMs> parseTime(std::string const& input) {
            static_cast<TimeMs>(((*hour * 60 + *minute) * 60 + *second) * 1000 + fraction);
 }
 
-FrameClock::FrameClock(TimeOptions const& options, bool isLive)
+FrameClock::FrameClock(TimeOptions const& options, Origin origin)
     : _reading(options.reading)
     , _start(options.start)
-    , _isLive(isLive)
-    , _timeKnown(isLive || options.start != 0) {}
+    , _origin(origin)
+    , _timeKnown(origin != Origin::Recording || options.start != 0) {}
 
 // A live stream's time of day is near the host's. Of a recording, nanoseconds that no second has prove a
 // counter; read as times of day, ticks of 12 MHz come to such values within 1.1 s. A recording that is
@@ -118,26 +118,28 @@ bool FrameClock::settle(Frames const& sample, TimeMs arrival, bool isWhole) {
         first = std::min(first, timeOfDay(stamp));
         last = std::max(last, timeOfDay(stamp));
         bool const isTimeOfDay =
-            canBeTimeOfDay(stamp) && (!_isLive || apart(timeOfDay(stamp), arrival % kDay) <= kAnHour);
+            canBeTimeOfDay(stamp) &&
+            (_origin != Origin::Connection || apart(timeOfDay(stamp), arrival % kDay) <= kAnHour);
         noTimesOfDay += isTimeOfDay ? 0U : 1U;
     }
     bool const isCounter = noTimesOfDay * kDamagedShare > stamps;
-    bool const isSettled = isWhole || _isLive || isCounter ||
+    bool const isSettled = isWhole || _origin == Origin::Connection || isCounter ||
                            (stamps > 0 && (last - first > kTellingSpan || sample.size() >= kManyFrames)) ||
                            (stamps == 0 && sample.size() >= kFewFramesForARate);
     if (!isSettled) return false;
     if (stamps == 0) {
-        _reading = _isLive ? TimeReading::Arrival : TimeReading::Fixed;
+        _reading = _origin == Origin::Recording ? TimeReading::Fixed : TimeReading::Arrival;
         return true;
     }
-    bool const isTooFast = !_isLive && last - first <= kTellingSpan && stamps >= kFewFramesForARate &&
+    bool const isTooFast = _origin != Origin::Connection && last - first <= kTellingSpan &&
+                           stamps >= kFewFramesForARate &&
                            stamps * 1000 > kChannelFramesPerSecond * std::max<TimeMs>(last - first, 1);
     _reading = isCounter || isTooFast ? TimeReading::Counter12MHz : TimeReading::Receiver;
     return true;
 }
 
 TimeMs FrameClock::stamp(Frame& frame, TimeMs arrival, Counters& counters) {
-    if (!_isLive && _reading != TimeReading::Arrival) arrival = 0; // the same recording gives the same times
+    if (_origin == Origin::Recording && _reading != TimeReading::Arrival) arrival = 0;
     TimeMs time = 0;
     switch (_reading) {
     case TimeReading::Receiver:
@@ -174,7 +176,7 @@ void FrameClock::advance(TimeMs time, Counters& counters) {
 TimeMs FrameClock::ofDay(std::uint64_t stamp, TimeMs arrival) const {
     auto const ofDay = timeOfDay(stamp);
     auto present = _now;
-    if (present == 0) present = _start != 0 || !_isLive ? _start : arrival;
+    if (present == 0) present = _start != 0 ? _start : arrival;
     auto const time = midnightBefore(present) + ofDay;
     bool const isWholeDay = _now == 0 && present % kDay == 0; // a date without a time
     if (isWholeDay) return time;
@@ -191,7 +193,7 @@ TimeMs FrameClock::ofCounter(std::uint64_t stamp, TimeMs arrival, Counters& coun
     if (!_lastTick || jumped) {
         if (jumped) ++counters.timeJumps;
         _anchorTick = tick;
-        _anchorTime = _isLive && arrival != 0 ? arrival : std::max({_now, _start, kSoonest});
+        _anchorTime = arrival != 0 ? arrival : std::max({_now, _start, kSoonest});
         _lastTick = tick;
         return _anchorTime;
     }

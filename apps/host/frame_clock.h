@@ -23,6 +23,13 @@ struct TimeOptions {
     TimeMs start = 0; ///< the date, or date and time, at which the stream begins; 0 when not known
 };
 
+/// Where a stream comes from, and so what the host's clock says about it.
+enum class Origin : std::uint8_t {
+    Recording,  ///< nothing: the same recording gives the same times
+    Pipe,       ///< the date, and the time of what bears none; it may be a receiver's or a recording's
+    Connection, ///< the present time
+};
+
 /// Parses "2024-05-01" or "2024-05-01T12:34:56[.789]Z"; none for anything else.
 std::optional<TimeMs> parseTime(std::string const& text);
 
@@ -35,7 +42,7 @@ std::optional<TimeMs> parseTime(std::string const& text);
 /// host's date.
 class FrameClock {
 public:
-    FrameClock(TimeOptions const& options, bool isLive);
+    FrameClock(TimeOptions const& options, Origin origin);
 
     /// Looks at the frames from the beginning of a stream to find out how its time stamps count. False while
     /// more frames are needed to tell; not when these are all (`isWhole`) or very many.
@@ -58,7 +65,7 @@ private:
 
     TimeReading _reading;
     TimeMs _start;
-    bool _isLive;
+    Origin _origin;
     bool _timeKnown;
     TimeMs _now = 0;
     int _farFrames = 0;                     // in a row, far from the present

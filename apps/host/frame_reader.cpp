@@ -37,7 +37,7 @@ ReadOptions dated(ReadOptions options, std::string const& name) {
 
 FrameReader::FrameReader(std::string const& name, ReadOptions const& options)
     : _source(name)
-    , _input(dated(options, name), false, _counters)
+    , _input(dated(options, name), Origin::Recording, _counters)
     , _progress(_source.name(), _source.size()) {}
 
 Frames FrameReader::read() {

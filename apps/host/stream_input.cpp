@@ -6,8 +6,8 @@
 
 namespace quorvel::host {
 
-StreamInput::StreamInput(ReadOptions const& options, bool isLive, Counters& counters)
-    : _counters(counters), _framer(options.encoding, counters), _clock(options.time, isLive) {}
+StreamInput::StreamInput(ReadOptions const& options, Origin origin, Counters& counters)
+    : _counters(counters), _framer(options.encoding, counters), _clock(options.time, origin) {}
 
 void StreamInput::feed(std::string_view bytes, TimeMs arrival, Frames& frames) {
     auto const before = _held.size();
@@ -19,7 +19,7 @@ void StreamInput::feed(std::string_view bytes, TimeMs arrival, Frames& frames) {
 
 void StreamInput::settle(TimeMs arrival, Frames& frames) {
     _framer.settle(_held);
-    handOver(arrival, false, frames);
+    if (_framer.encoding()) handOver(arrival, true, frames);
 }
 
 void StreamInput::finish(TimeMs arrival, Frames& frames) {

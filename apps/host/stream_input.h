@@ -23,7 +23,7 @@ struct ReadOptions {
 class StreamInput {
 public:
     /// The counters, of bytes, framing and time, must live as long as the input.
-    StreamInput(ReadOptions const& options, bool isLive, Counters& counters);
+    StreamInput(ReadOptions const& options, Origin origin, Counters& counters);
 
     /// Appends the frames that the next bytes complete. They are held back while it is not known yet how
     /// their time stamps count. `arrival` is the host's clock. Throws UnknownEncoding.
@@ -38,6 +38,9 @@ public:
     /// Something that the user should hear of the stream, once: that it is silent for long though bytes come.
     /// Empty when there is nothing.
     std::string complaint();
+
+    /// Whether frames are held back until more has come.
+    bool isHoldingBack() const { return _framer.heldBack() > 0 || !_held.empty(); }
 
     std::optional<Encoding> encoding() const { return _framer.encoding(); } ///< once it is known
     FrameClock const& clock() const { return _clock; }

@@ -41,16 +41,18 @@ public:
         _heardAt = SteadyClock::now();
     }
     TimeMs now() const {
-        if (_now == 0) return 0;
+        if (_now == 0 || _isOver) return _now;
         auto const since =
             std::chrono::duration_cast<std::chrono::milliseconds>(SteadyClock::now() - _heardAt);
         return _now + static_cast<TimeMs>(since.count());
     }
     TimeMs lastFrame() const { return _lastFrame; }
+    void end() { _isOver = true; } // time goes on no more
 
 private:
     TimeMs _now = 0;
     TimeMs _lastFrame = 0;
+    bool _isOver = false;
     SteadyClock::time_point _heardAt;
 };
 
@@ -58,6 +60,7 @@ private:
 struct Common {
     std::string name;
     ReadOptions options;
+    Origin origin;
     Handlers handlers;
     Counters counters;
     Present present;
@@ -76,7 +79,7 @@ public:
         , _common(common)
         , _ended(std::move(ended))
         , _settling(_stream.get_executor())
-        , _input(common.options, true, common.counters) {}
+        , _input(common.options, common.origin, common.counters) {}
 
     void setEnded(Ended ended) { _ended = std::move(ended); }
 
@@ -106,7 +109,7 @@ private:
     }
 
     void settleLater() {
-        if (_input.encoding() || _isSettling) return;
+        if (!_input.isHoldingBack() || _isSettling) return;
         _isSettling = true;
         _settling.expires_after(kSettleAfter);
         _settling.async_wait([this](std::error_code const& error) {
@@ -284,6 +287,7 @@ public:
         _reading = std::make_unique<Reading<asio::posix::stream_descriptor>>(
             asio::posix::stream_descriptor(_context, file), _common, [this](std::error_code const&) {
                 _state = "ended";
+                _common.present.end();
                 if (_reading->isHopeless()) {
                     _common.handlers.failed(std::make_exception_ptr(UnknownEncoding(_common.name)));
                 } else {
@@ -369,7 +373,8 @@ private:
 std::unique_ptr<LiveSource> LiveSource::make(SourceSpec const& spec, ReadOptions const& options,
                                              asio::io_context& context, Handlers handlers) {
     auto const name = spec.path == "-" ? "standard input" : spec.name;
-    Common common{name, options, std::move(handlers), {}, {}};
+    auto const origin = spec.kind == SourceSpec::Kind::File ? Origin::Pipe : Origin::Connection;
+    Common common{name, options, origin, std::move(handlers), {}, {}};
     switch (spec.kind) {
     case SourceSpec::Kind::Tcp: return std::make_unique<TcpSource>(spec, std::move(common), context);
     case SourceSpec::Kind::Listen: return std::make_unique<ListenSource>(spec, std::move(common), context);

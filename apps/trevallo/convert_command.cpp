@@ -100,7 +100,7 @@ void addConvertCommand(CLI::App& app) {
                     "Examples:\n"
                     "  trevallo convert --to avr-time recording.beast | head\n"
                     "  trevallo convert --to beast -o recording.beast.zst monday.avr.gz tuesday.avr.gz\n"
-                    "  trevallo convert --from raw --to hex frames.bin -o frames.txt");
+                    "  trevallo convert --from bin --to hex frames.bin -o frames.txt");
     command->callback([settings] { convert(*settings); });
 }
 

@@ -29,7 +29,7 @@ struct Clock {
     Counters counters;
     FrameClock clock;
 
-    explicit Clock(TimeOptions const& options, bool isLive = false) : clock(options, isLive) {}
+    explicit Clock(TimeOptions const& options, Origin origin = Origin::Recording) : clock(options, origin) {}
 
     TimeMs time(std::optional<std::uint64_t> stamp, TimeMs arrival = 0) {
         auto one = frame(stamp);
@@ -39,8 +39,9 @@ struct Clock {
     }
 };
 
-TimeReading found(std::vector<std::uint64_t> const& stamps, bool isLive = false, TimeMs arrival = 0) {
-    FrameClock clock({}, isLive);
+TimeReading found(std::vector<std::uint64_t> const& stamps, Origin origin = Origin::Recording,
+                  TimeMs arrival = 0) {
+    FrameClock clock({}, origin);
     EXPECT_TRUE(clock.settle(frames(stamps), arrival, true));
     return clock.reading();
 }
@@ -79,7 +80,7 @@ TEST(FrameClock, TellsTimesOfDayFromTicks) {
         << "too many in the second that they seem to take";
     EXPECT_EQ(found({}), TimeReading::Fixed);
     EXPECT_EQ(found({0, 0, 0}), TimeReading::Fixed) << "receivers without a clock";
-    EXPECT_EQ(found({0, 0}, true, kMayDay), TimeReading::Arrival);
+    EXPECT_EQ(found({0, 0}, Origin::Connection, kMayDay), TimeReading::Arrival);
 }
 
 TEST(FrameClock, ToleratesADamagedStampWhenItTellsWhatTheyAre) {
@@ -89,19 +90,29 @@ TEST(FrameClock, ToleratesADamagedStampWhenItTellsWhatTheyAre) {
 }
 
 TEST(FrameClock, KnowsTimesOfDayOfALiveStreamByTheHostsClock) {
-    EXPECT_EQ(found({ofDay(12 * kHour)}, true, kMayDay + 12 * kHour + 3000), TimeReading::Receiver);
-    EXPECT_EQ(found({ofDay(23 * kHour + kHour / 2)}, true, kMayDay + kHour / 4), TimeReading::Receiver)
+    EXPECT_EQ(found({ofDay(12 * kHour)}, Origin::Connection, kMayDay + 12 * kHour + 3000),
+              TimeReading::Receiver);
+    EXPECT_EQ(found({ofDay(23 * kHour + kHour / 2)}, Origin::Connection, kMayDay + kHour / 4),
+              TimeReading::Receiver)
         << "at midnight";
-    EXPECT_EQ(found({ofDay(3 * kHour)}, true, kMayDay + 12 * kHour), TimeReading::Counter12MHz);
+    EXPECT_EQ(found({ofDay(3 * kHour)}, Origin::Connection, kMayDay + 12 * kHour), TimeReading::Counter12MHz);
+}
+
+TEST(FrameClock, TakesAPipeForARecordingOfToday) {
+    EXPECT_EQ(found(timesOfDay(3 * kHour, 10, 500), Origin::Pipe, kMayDay + 12 * kHour),
+              TimeReading::Receiver);
+    EXPECT_EQ(found({}, Origin::Pipe, kMayDay), TimeReading::Arrival);
+    Clock clock({TimeReading::Receiver, 0}, Origin::Pipe);
+    EXPECT_EQ(clock.time(ofDay(3 * kHour), kMayDay + 12 * kHour), kMayDay + 3 * kHour);
 }
 
 TEST(FrameClock, WaitsForMoreFramesUntilItCanTell) {
-    FrameClock clock({}, false);
+    FrameClock clock({}, Origin::Recording);
     EXPECT_FALSE(clock.settle(frames(timesOfDay(12 * kHour, 10, 50)), 0, false));
     EXPECT_EQ(clock.reading(), TimeReading::Auto);
     EXPECT_TRUE(clock.settle(frames(timesOfDay(12 * kHour, 10, 150)), 0, false));
     EXPECT_EQ(clock.reading(), TimeReading::Receiver);
-    FrameClock named({TimeReading::Counter12MHz, 0}, false);
+    FrameClock named({TimeReading::Counter12MHz, 0}, Origin::Recording);
     EXPECT_TRUE(named.settle({}, 0, false));
 }
 
@@ -136,10 +147,10 @@ TEST(FrameClock, GoesOnAcrossMidnight) {
 }
 
 TEST(FrameClock, OfALiveStreamHasTheHostsDate) {
-    Clock clock({TimeReading::Receiver, 0}, true);
+    Clock clock({TimeReading::Receiver, 0}, Origin::Connection);
     EXPECT_EQ(clock.time(ofDay(kDay - 5), kMayDay + 3), kMayDay - 5)
         << "just before midnight, read just after it";
-    Clock fast({TimeReading::Receiver, 0}, true);
+    Clock fast({TimeReading::Receiver, 0}, Origin::Connection);
     EXPECT_EQ(fast.time(ofDay(5), kMayDay - 3), kMayDay + 5) << "the receiver's clock is ahead";
 }
 
@@ -169,7 +180,7 @@ TEST(FrameClock, AnchorsACounterWhereItBegins) {
     EXPECT_EQ(recorded.time(77 * kTicksPerMs), kMayDay);
     EXPECT_EQ(recorded.time(1077 * kTicksPerMs), kMayDay + 1000);
     EXPECT_EQ(recorded.time(1070 * kTicksPerMs), kMayDay + 993) << "a late frame";
-    Clock live({TimeReading::Counter12MHz, 0}, true);
+    Clock live({TimeReading::Counter12MHz, 0}, Origin::Connection);
     EXPECT_EQ(live.time(77 * kTicksPerMs, kMayDay + 5), kMayDay + 5);
     EXPECT_EQ(live.time(1077 * kTicksPerMs, kMayDay + 9'999'999), kMayDay + 1005) << "late on the network";
 }
@@ -187,7 +198,7 @@ TEST(FrameClock, GoesOnAcrossTheWrapOfACounter) {
 }
 
 TEST(FrameClock, AnchorsACounterAnewAfterAJump) {
-    Clock live({TimeReading::Counter12MHz, 0}, true);
+    Clock live({TimeReading::Counter12MHz, 0}, Origin::Connection);
     live.time(500'000 * kTicksPerMs, kMayDay);
     EXPECT_EQ(live.time(1, kMayDay + 60'000), kMayDay + 60'000) << "the receiver was switched on anew";
     EXPECT_EQ(live.time(1 + kTicksPerMs, kMayDay + 60'001), kMayDay + 60'001);
@@ -199,7 +210,7 @@ TEST(FrameClock, AnchorsACounterAnewAfterAJump) {
 }
 
 TEST(FrameClock, TakesTheTimeOfArrivalOrOneForAll) {
-    Clock arrival({TimeReading::Arrival, 0}, true);
+    Clock arrival({TimeReading::Arrival, 0}, Origin::Connection);
     EXPECT_EQ(arrival.time(5, kMayDay + 7), kMayDay + 7);
     Clock file({TimeReading::Arrival, 0});
     EXPECT_EQ(file.time(5, kMayDay + 7), kMayDay + 7);
