@@ -11,6 +11,8 @@ import headers
 IN_PYTHON = {
     r"\bAn empty pointer\b": "`None`",
     r"\b(an )?empty pointer\b": "`None`",
+    r"if either pointer is empty": "if either is `None`",
+    r"with a mutable and a const accessor for each": "each to be had by two names",
     r"shared pointers that": "objects that",
     r"`std::clog`": "standard error",
     r"makes the CSV library's exception \(`std::ios_base::failure`\) reach the caller": "raises `DatabaseFileError`",
@@ -53,6 +55,8 @@ def texts_of(scope: headers.Scope, by_name: dict[str, headers.Scope]) -> dict[st
     """The text of each member. Overloads tell theirs together; an override without one has that of its base."""
     texts: dict[str, list[str]] = {}
     for member in scope.members:
+        if member.name == "operator=" or is_copying(scope, member):
+            continue
         known = texts.setdefault(member.name, [])
         if member.text and member.text not in known:
             known.append(member.text)
@@ -61,6 +65,11 @@ def texts_of(scope: headers.Scope, by_name: dict[str, headers.Scope]) -> dict[st
         for name, text in texts_of(by_name[base], by_name).items():
             joined[name] = joined.get(name) or text
     return joined
+
+
+def is_copying(scope: headers.Scope, member: headers.Member) -> bool:
+    """Constructors out of an object of the same class; Python copies nothing that way."""
+    return member.name == scope.name and any(scope.name in parameter.split() for parameter in member.parameters)
 
 
 def raw(text: str) -> str:
