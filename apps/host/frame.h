@@ -19,6 +19,7 @@ struct Frame {
     std::shared_ptr<modes::ModeSEncapsulation> record; ///< bytes and time of reception
     std::optional<std::uint64_t> stamp; ///< the receiver's own time stamp, 48 bits, whatever it counts
     std::uint8_t signal = 0;            ///< the receiver's signal level; 0 where the encoding has none
+    TimeMs now = 0; ///< the present of its stream when it came: unlike its time, not led astray by damage
 };
 
 using Frames = std::vector<Frame>;

@@ -34,6 +34,7 @@ void StreamInput::handOver(TimeMs arrival, bool isWhole, Frames& frames) {
     if ((_held.empty() && !isWhole) || !_clock.settle(_held, arrival, isWhole)) return;
     for (auto& frame : _held) {
         _clock.stamp(frame, arrival, _counters);
+        frame.now = _clock.now();
         ++(frame.record->data().size() == kModeAcFrameBytes ? _counters.modeAcFrames : _counters.frames);
     }
     if (frames.empty()) {

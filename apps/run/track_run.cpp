@@ -63,19 +63,11 @@ struct TrackRun::Source {
     Frames frames; // of a recording, read but not taken
     std::size_t at = 0;
     TimeMs lastFrame = 0;
-    TimeMs latest = 0; // of the frames taken from a recording
+    TimeMs present = 0; // of a recording, as far as its frames are taken
     bool hasEnded = false;
 
-    TimeMs now() const { return live ? live->now() : latest; }
+    TimeMs now() const { return live ? live->now() : present; }
     Frame const& next() const { return frames[at]; }
-
-    // The clock has read ahead, and knows which of the times are none.
-    void advance() {
-        auto const clock = recording->clock().now();
-        if (lastFrame <= clock) latest = std::max(latest, lastFrame);
-        latest = std::min(latest, clock);
-        ++at;
-    }
 };
 
 TimeMs TrackRun::Station::now() const {
@@ -208,9 +200,9 @@ void TrackRun::readRecordings() {
         auto* const recording = earliestRecording();
         if (recording == nullptr) return flush();
         auto const& frame = recording->next();
-        if (!isDue(frame.record->timeStamp())) return flush(); // and comes again when it is
+        if (!isDue(frame.now)) return flush(); // and comes again when it is
         take(*recording, frame);
-        recording->advance();
+        ++recording->at;
         if (auto const second = recording->now() / 1000; second != _shownSecond && !isLive()) {
             _shownSecond = second;
             show();
@@ -224,8 +216,7 @@ TrackRun::Source* TrackRun::earliestRecording() {
     for (auto const& source : _sources) {
         if (!source->recording || source->hasEnded) continue;
         if (source->at == source->frames.size() && !refill(*source)) continue;
-        if (earliest == nullptr || source->next().record->timeStamp() < earliest->next().record->timeStamp())
-            earliest = source.get();
+        if (earliest == nullptr || source->next().now < earliest->next().now) earliest = source.get();
     }
     return earliest;
 }
@@ -259,6 +250,7 @@ bool TrackRun::isDue(TimeMs time) {
 
 void TrackRun::take(Source& source, Frame const& frame) {
     source.lastFrame = frame.record->timeStamp();
+    source.present = frame.now;
     auto const result = source.station.receiver.take(frame);
     if (!_wantsFrames) return;
     std::optional<Aircraft> aircraft;
