@@ -237,6 +237,12 @@ CLI::Option* addChoice(CLI::App& command, std::string const& name, Value& value,
         ->type_name(names);
 }
 
+// Adds an option that can be given several times, with one value each: what follows is a source.
+CLI::Option* addEach(CLI::App& command, std::string const& name, std::vector<std::string>& values,
+                     std::string const& help) {
+    return command.add_option(name, values, help)->allow_extra_args(false);
+}
+
 void addSourceOptions(CLI::App& command, Settings& settings) {
     command
         .add_option("SOURCE", settings.sources,
@@ -259,11 +265,10 @@ void addSourceOptions(CLI::App& command, Settings& settings) {
             "was switched on (12mhz); or the time of arrival, or one time for all. Found out when not named")
         ->check(checkedTime)
         ->type_name("auto|receiver|12mhz|arrival|fixed:TIME");
-    command
-        .add_option("--date", settings.dates,
-                    "Day of a recording, or day and time of its first frame; of the file's name when not "
-                    "given; once for "
-                    "each source if they differ")
+    addEach(command, "--date", settings.dates,
+            "Day of a recording, or day and time of its first frame; of the file's name when not "
+            "given; once for "
+            "each source if they differ")
         ->check(checkedDate)
         ->type_name("2024-05-01[T12:34:56Z]");
     command.add_option("--speed", settings.speed, "How fast recordings are played: 1 is real time")
@@ -302,22 +307,21 @@ void addOutputOptions(CLI::App& command, Settings& settings) {
     auto const target = "FILE|-|:PORT|tcp://HOST:PORT";
     addChoice(command, "--table", settings.table, kTables, "auto|live|final|none",
               "The aircraft as a table that fills the terminal, or as text at the end");
-    command.add_option("--json", settings.json, "A line of JSON for each aircraft that changed")
+    addEach(command, "--json", settings.json, "A line of JSON for each aircraft that changed")
         ->type_name(target);
-    command
-        .add_option("--aircraft-json", settings.aircraftJson,
-                    "The file aircraft.json of web maps, each second")
+    addEach(command, "--aircraft-json", settings.aircraftJson,
+            "The file aircraft.json of web maps, each second")
         ->type_name("FILE");
-    command.add_option("--sbs", settings.sbs, "BaseStation text lines")->type_name(target);
-    command.add_option("--beast", settings.beast, "The frames, as Beast with doubled escapes")
+    addEach(command, "--sbs", settings.sbs, "BaseStation text lines")->type_name(target);
+    addEach(command, "--beast", settings.beast, "The frames, as Beast with doubled escapes")
         ->type_name(target);
-    command.add_option("--avr", settings.avr, "The frames, as AVR text with time stamps")->type_name(target);
+    addEach(command, "--avr", settings.avr, "The frames, as AVR text with time stamps")->type_name(target);
     addChoice(
         command, "--confidence", settings.confidence, kConfidences, "none|low|medium|high",
         "The least confidence in the address of frames for --beast and --avr; none passes damaged ones too");
-    command.add_option("--html", settings.pages, "A report page for each aircraft and an index of them")
+    addEach(command, "--html", settings.pages, "A report page for each aircraft and an index of them")
         ->type_name("DIR");
-    command.add_option("--prometheus", settings.prometheus, "All counts, in Prometheus' text format")
+    addEach(command, "--prometheus", settings.prometheus, "All counts, in Prometheus' text format")
         ->type_name("FILE|:PORT");
     command
         .add_option(
