@@ -51,6 +51,9 @@ public:
     /// How long targets are kept that are not heard, in ms; 0, the initial value, keeps them.
     void setTimeout(TimeMs timeout) { _timeout = timeout; }
 
+    /// Leaves the speed of jumps alone, where times do not tell when positions were reported.
+    void ignoreSpeeds() { _options.positions.checksSpeed = false; }
+
     /// Drops the targets that have fallen silent. To be called about once a second.
     void dropSilentTargets(TimeMs now);
 

@@ -100,6 +100,7 @@ void TrackRun::makeSource(SourceSpec const& spec, ReadOptions const& options) {
     _sources.push_back(std::make_unique<Source>(Source{spec.name, station, {}, {}, {}, 0, 0, 0, false}));
     auto& source = *_sources.back();
     station.sources.push_back(&source);
+    if (options.time.reading == TimeReading::Fixed) station.receiver.ignoreSpeeds();
     if (spec.kind == SourceSpec::Kind::File && !isPipe(spec)) {
         source.recording = std::make_unique<FrameReader>(spec.path, options);
     } else {
@@ -225,6 +226,8 @@ bool TrackRun::refill(Source& recording) {
     recording.frames.clear();
     recording.at = 0;
     attempt([&] { recording.frames = recording.recording->read(); });
+    if (recording.recording->clock().reading() == TimeReading::Fixed)
+        recording.station.receiver.ignoreSpeeds();
     if (recording.frames.empty()) ended(recording);
     return !recording.frames.empty();
 }
