@@ -19,7 +19,8 @@ namespace quorvel::host {
 /// items, which are counted, and holds up nobody.
 class Reader : public std::enable_shared_from_this<Reader> {
 public:
-    static constexpr std::size_t kMostQueuedBytes = 4 * 1024 * 1024;
+    /// A snapshot of each aircraft of a full table has room.
+    static constexpr std::size_t kMostQueuedBytes = 16 * 1024 * 1024;
 
     /// The counters must live as long as the reader.
     Reader(asio::ip::tcp::socket socket, Counters& counters);

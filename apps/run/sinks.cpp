@@ -24,7 +24,7 @@ namespace {
 
 using asio::ip::tcp;
 
-constexpr std::size_t kMostReaders = 256;
+constexpr std::size_t kMostReaders = 64;
 constexpr std::size_t kLongestRequest = 8 * 1024;
 constexpr std::chrono::seconds kRequestTime{5};
 constexpr std::chrono::seconds kFirstPause{1};
