@@ -203,13 +203,13 @@ void track(Settings const& settings) {
     if (settings.dates.size() > 1 && settings.dates.size() != settings.sources.size())
         throw HostError("--date is given once for all sources, or once for each");
 
+    std::optional<console::ScreenInUse> screen; // until the run and its table have left it
     TrackRun run(trackOptions(settings));
     run.setTimeout(settings.timeoutSeconds ? static_cast<TimeMs>(std::ceil(*settings.timeoutSeconds * 1000))
                    : run.isLive()          ? static_cast<TimeMs>(kLiveTimeout * 1000)
                                            : 0);
     addStreams(run, settings);
     addFiles(run, settings);
-    std::optional<console::ScreenInUse> screen;
     std::optional<Keyboard> keyboard;
     if (wantsLiveTable(settings, run, isOutputUsed)) {
         auto table = std::make_unique<LiveTable>(std::make_unique<Terminal>());
