@@ -12,6 +12,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// What went wrong has been said already.
+class FailureTold : public HostError {
+public:
+    using HostError::HostError;
+};
+
 /// A stream whose encoding cannot be told.
 class UnknownEncoding : public HostError {
 public:

@@ -150,7 +150,7 @@ void TrackRun::run() {
     asio::post(_context, [this] { readRecordings(); });
     _context.run();
     finish();
-    if (_failure) std::rethrow_exception(_failure);
+    if (!_failure.empty()) throw FailureTold(_failure);
 }
 
 // A second signal ends the program as ever.
@@ -337,13 +337,14 @@ void TrackRun::finish() {
     attempt([&] { _database->save(); });
 }
 
-// What fails does not take the others with it; the first failure is that of the run.
+// What fails does not take the others with it. Several that fail for one reason are one failure.
 template <class Step> bool TrackRun::attempt(Step const& step) {
     try {
         step();
         return true;
-    } catch (HostError const&) {
-        if (!_failure) _failure = std::current_exception();
+    } catch (HostError const& failure) {
+        if (_failure != failure.what()) say(failure.what());
+        _failure = failure.what();
         return false;
     }
 }

@@ -55,8 +55,8 @@ public:
     /// Whether a source comes at its own pace: it is no recording, or one that is played at a speed.
     bool isLive() const;
 
-    /// Reads to the end. Throws the first failure of a source, an output or the database, after all else was
-    /// done.
+    /// Reads to the end. A failure of a source, an output or the database is said at once; it throws
+    /// FailureTold when there was one, after all else was done.
     void run();
 
     /// Ends the run as a signal would.
@@ -109,7 +109,7 @@ private:
     std::chrono::steady_clock::time_point _playedAt;
     std::chrono::steady_clock::time_point _savedAt;
     std::string _signal;
-    std::exception_ptr _failure;
+    std::string _failure; // the last one
 };
 
 } // namespace quorvel::host

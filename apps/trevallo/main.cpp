@@ -57,6 +57,8 @@ int main(int argc, char** argv) {
         SIG_IGN); // an output that went away is an error like any other, and the database is still saved
     try {
         return run(argc, argv);
+    } catch (quorvel::host::FailureTold const&) {
+        return kFailure;
     } catch (std::exception const& error) {
         std::cerr << "trevallo: " << error.what() << "\n";
         return kFailure;
