@@ -79,7 +79,7 @@ void addSources(Exposition& to, Picture const& picture, TimeMs hostTime) {
         to.sample(label("source", source.name), isUp(source) ? "1" : "0");
     to.family("source_seconds_behind", "gauge", "Time of the host less that of the source.");
     for (auto const& source : picture.sources) {
-        if (!source.timeKnown || source.now == 0) continue;
+        if (!source.timeKnown || source.now == 0 || source.state == "ended") continue;
         auto const behind = source.now < hostTime ? hostTime - source.now : 0;
         to.sample(label("source", source.name), fixed(seconds(behind), 3));
     }
