@@ -208,11 +208,15 @@ protected:
 private:
     void lost(std::error_code const& error) {
         if (_reading->hadFrames()) _pause = kFirstPause;
-        if (_reading->isHopeless()) _common.handlers.said(UnknownEncoding(_common.name).what());
-        auto reading = std::move(_reading); // it calls this function
-        asio::post(_context, [reading = std::shared_ptr(std::move(reading))] {});
-        failed(error == asio::error::eof ? "the connection was closed"
-                                         : "the connection was lost: " + error.message());
+        std::shared_ptr<Reading<Stream>> const reading = std::move(_reading); // it calls this function
+        asio::post(_context, [reading] {});
+        failed(lossOf(error, reading->isHopeless()));
+    }
+
+    static std::string lossOf(std::error_code const& error, bool isHopeless) {
+        if (isHopeless) return UnknownEncoding("what it sends").what();
+        if (error == asio::error::eof) return "the connection was closed";
+        return "the connection was lost: " + error.message();
     }
 
     asio::steady_timer _pausing;

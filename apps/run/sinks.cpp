@@ -125,11 +125,11 @@ private:
     void connect() {
         _resolver.async_resolve(
             _endpoint.host, _endpoint.port, [this](std::error_code const& error, auto const& endpoints) {
-                if (error) return failed(error);
+                if (error) return failed(error, "cannot find " + _endpoint.host);
                 _socket = tcp::socket(_network.context());
                 asio::async_connect(_socket, endpoints,
                                     [this](std::error_code const& failure, tcp::endpoint const&) {
-                                        if (failure) return failed(failure);
+                                        if (failure) return failed(failure, "cannot connect");
                                         connected();
                                     });
             });
@@ -143,16 +143,14 @@ private:
         _network.add(_reader);
         _reader->start([this] {
             _reader.reset();
-            failed(asio::error::eof);
+            failed(asio::error::eof, "the connection was lost");
         });
     }
 
-    void failed(std::error_code const& error) {
+    void failed(std::error_code const& error, std::string const& what) {
         if (error == asio::error::operation_aborted) return;
         if (!_isTold)
-            _network.say(_target + ": cannot connect: " +
-                         (error == asio::error::eof ? "the connection was closed" : error.message()) +
-                         "; trying again until it works");
+            _network.say(_target + ": " + what + ": " + error.message() + "; trying again until it works");
         _isTold = true;
         _pausing.expires_after(_pause);
         _pause = std::min<std::chrono::seconds>(2 * _pause, kLongestPause);
