@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "run/live_source.h"
 
+#include "host/decompressor.h"
 #include "host/host_error.h"
 #include "run/acceptor.h"
 
@@ -96,16 +97,31 @@ public:
 
 private:
     void read() {
-        _stream.async_read_some(
-            asio::buffer(_bytes), [this](std::error_code const& error, std::size_t count) {
-                if (error) return end(error);
-                take([&](Frames& frames) {
-                    _input.feed(std::string_view(_bytes.data(), count), _common.handlers.hostTime(), frames);
-                });
-                if (_isHopeless) return end(asio::error::invalid_argument);
-                settleLater();
-                read();
-            });
+        _stream.async_read_some(asio::buffer(_bytes),
+                                [this](std::error_code const& error, std::size_t count) {
+                                    if (error) return end(error);
+                                    unpack(std::string_view(_bytes.data(), count));
+                                    if (_isHopeless || _isDamaged) return end(asio::error::invalid_argument);
+                                    settleLater();
+                                    read();
+                                });
+    }
+
+    // Piece by piece, of which a compressed one may become very many.
+    void unpack(std::string_view bytes) {
+        if (!_hasBegun) _decompressor = Decompressor::forFile(bytes);
+        _hasBegun = true;
+        if (!_decompressor) return feed(bytes);
+        for (std::string plain; !_isHopeless && !_isDamaged; plain.clear()) {
+            _isDamaged = !_decompressor->unpack(bytes, plain);
+            if (_isDamaged) _common.say("its compressed data is damaged");
+            if (plain.empty() && bytes.empty()) return;
+            feed(plain);
+        }
+    }
+
+    void feed(std::string_view bytes) {
+        take([&](Frames& frames) { _input.feed(bytes, _common.handlers.hostTime(), frames); });
     }
 
     void settleLater() {
@@ -137,6 +153,8 @@ private:
 
     void end(std::error_code const& error) {
         _settling.cancel();
+        if (_decompressor && !_isDamaged && error == asio::error::eof && !_decompressor->isWhole())
+            _common.say("its compressed data is cut short");
         if (!_isHopeless) take([&](Frames& frames) { _input.finish(_common.handlers.hostTime(), frames); });
         std::error_code ignored;
         _stream.close(ignored);
@@ -151,6 +169,9 @@ private:
     bool _isSettling = false;
     bool _hadFrames = false;
     bool _isHopeless = false; // a stream that is none of those known
+    bool _hasBegun = false;
+    bool _isDamaged = false;
+    std::unique_ptr<Decompressor> _decompressor;
     std::array<char, kPieceBytes> _bytes;
 };
 
