@@ -42,21 +42,25 @@ FrameReader::FrameReader(std::string const& name, ReadOptions const& options)
 
 Frames FrameReader::read() {
     Frames frames;
+    while (frames.empty() && !_ended) frames = readPiece();
+    return frames;
+}
+
+Frames FrameReader::readPiece() {
+    Frames frames;
     try {
-        for (std::string bytes; frames.empty() && !_ended;) {
-            if (_source.read(bytes)) {
-                _input.feed(bytes, nowOfTheHost(), frames);
-            } else {
-                _ended = true;
-                _input.finish(nowOfTheHost(), frames);
-                complain(_source.complaint());
-            }
-            complain(_input.complaint());
-            _progress.advance(_source.done(), _counters.frames);
+        if (_source.read(_bytes)) {
+            _input.feed(_bytes, nowOfTheHost(), frames);
+        } else {
+            _ended = true;
+            _input.finish(nowOfTheHost(), frames);
+            complain(_source.complaint());
         }
     } catch (UnknownEncoding const&) {
         throw UnknownEncoding(_source.name());
     }
+    complain(_input.complaint());
+    _progress.advance(_source.done(), _counters.frames);
     return frames;
 }
 

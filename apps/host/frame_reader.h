@@ -23,6 +23,12 @@ public:
     /// stop. Throws HostError when reading fails or the encoding cannot be told.
     Frames read();
 
+    /// The frames that the next piece of the recording completes; there may be none in it. Throws as above.
+    Frames readPiece();
+
+    /// Whether there are no more.
+    bool hasEnded() const { return _ended; }
+
     std::string const& name() const { return _source.name(); }
     std::optional<Encoding> encoding() const { return _input.encoding(); } ///< once it is known
     FrameClock const& clock() const { return _input.clock(); }
@@ -35,6 +41,7 @@ private:
     ByteSource _source;
     StreamInput _input;
     Progress _progress;
+    std::string _bytes;
     bool _ended = false;
 };
 

@@ -198,6 +198,7 @@ void TrackRun::tick() {
 
 void TrackRun::readRecordings() {
     for (std::size_t i = 0; i < kFramesAtOnce && !_isStopped; ++i) {
+        if (!refillRecordings()) break;
         auto* const recording = earliestRecording();
         if (recording == nullptr) return flush();
         auto const& frame = recording->next();
@@ -216,20 +217,30 @@ TrackRun::Source* TrackRun::earliestRecording() {
     Source* earliest = nullptr;
     for (auto const& source : _sources) {
         if (!source->recording || source->hasEnded) continue;
-        if (source->at == source->frames.size() && !refill(*source)) continue;
         if (earliest == nullptr || source->next().now < earliest->next().now) earliest = source.get();
     }
     return earliest;
 }
 
+// Whether all recordings have frames, or have ended: of those that have none a piece is read, in which there
+// may be none either.
+bool TrackRun::refillRecordings() {
+    bool areReady = true;
+    for (auto const& source : _sources) {
+        bool const isEmpty = source->recording && !source->hasEnded && source->at == source->frames.size();
+        if (isEmpty && !refill(*source)) areReady = false;
+    }
+    return areReady;
+}
+
 bool TrackRun::refill(Source& recording) {
     recording.frames.clear();
     recording.at = 0;
-    attempt([&] { recording.frames = recording.recording->read(); });
+    bool const works = attempt([&] { recording.frames = recording.recording->readPiece(); });
     if (recording.recording->clock().reading() == TimeReading::Fixed)
         recording.station.receiver.ignoreSpeeds();
-    if (recording.frames.empty()) ended(recording);
-    return !recording.frames.empty();
+    if (recording.frames.empty() && (!works || recording.recording->hasEnded())) ended(recording);
+    return !recording.frames.empty() || recording.hasEnded;
 }
 
 // Recordings that are played wait for their time.

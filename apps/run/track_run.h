@@ -78,6 +78,7 @@ private:
     void tick();
     void readRecordings();
     Source* earliestRecording();
+    bool refillRecordings();
     bool refill(Source& recording);
     bool isDue(TimeMs time);
     void take(Source& source, Frame const& frame);
