@@ -89,15 +89,27 @@ TrackRun::TrackRun(TrackOptions options)
 
 TrackRun::~TrackRun() = default;
 
+// A source that is given twice has two names, so that outputs can tell its aircraft from each other.
+std::string TrackRun::nameOf(SourceSpec const& spec) const {
+    auto const isTaken = [&](std::string const& name) {
+        return std::any_of(_sources.begin(), _sources.end(),
+                           [&](auto const& source) { return source->name == name; });
+    };
+    auto name = spec.name;
+    for (int number = 2; isTaken(name); ++number) name = spec.name + " (" + std::to_string(number) + ")";
+    return name;
+}
+
 void TrackRun::makeSource(SourceSpec const& spec, ReadOptions const& options) {
+    auto const name = nameOf(spec);
     if (_stations.empty() || !_options.isMerged) {
         auto* const database = _database ? &*_database : nullptr;
         bool const isNamed = !_options.isMerged && _options.sources.size() > 1;
         _stations.push_back(std::unique_ptr<Station>(
-            new Station{isNamed ? spec.name : std::string(), Receiver(_options.receiver, database), {}}));
+            new Station{isNamed ? name : std::string(), Receiver(_options.receiver, database), {}}));
     }
     auto& station = *_stations.back();
-    _sources.push_back(std::make_unique<Source>(Source{spec.name, station, {}, {}, {}, 0, 0, 0, false}));
+    _sources.push_back(std::make_unique<Source>(Source{name, station, {}, {}, {}, 0, 0, 0, false}));
     auto& source = *_sources.back();
     station.sources.push_back(&source);
     if (options.time.reading == TimeReading::Fixed) station.receiver.ignoreSpeeds();

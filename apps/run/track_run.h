@@ -72,6 +72,7 @@ private:
     struct Station;
     struct Source;
 
+    std::string nameOf(SourceSpec const& spec) const;
     void makeSource(SourceSpec const& spec, ReadOptions const& options);
     void makeLive(Source& source, SourceSpec const& spec, ReadOptions const& options);
     void waitForSignals();
