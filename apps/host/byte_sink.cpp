@@ -79,10 +79,10 @@ void ByteSink::finish() {
     std::error_code error;
     if (isClosed) fs::rename(_written, _place, error);
     if (isClosed && !error) return;
-    auto const failure = isClosed ? HostError("cannot replace " + _name + ": " + error.message())
-                                  : systemError("write", _name);
+    int const reason = isClosed ? error.value() : errno;
     fs::remove(_written, error);
-    throw failure;
+    errno = reason;
+    throw systemError("write", _name);
 }
 
 } // namespace quorvel::host

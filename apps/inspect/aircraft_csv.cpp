@@ -178,7 +178,7 @@ private:
     }
 
     std::string readAirline(std::string const& text) {
-        auto const airline = upperCase(trimmed(text));
+        auto airline = upperCase(trimmed(text));
         if (!airline.empty() && !isDesignator(airline)) {
             note(Remedy::Changed, inQuotes(text) + " is no airline designator (three letters), left empty");
             return "";

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace quorvel::host {
 
@@ -22,8 +23,8 @@ constexpr std::array<std::string_view, 9> kPlainHeights{" ", ".", ":", "-", "=",
 std::string barOf(std::uint64_t count, std::uint64_t greatest, std::size_t columns, bool hasBlocks) {
     if (count == 0) return "";
     auto const share = static_cast<double>(count) / static_cast<double>(greatest);
-    auto const eighths = std::max<std::uint64_t>(
-        static_cast<std::uint64_t>(share * static_cast<double>(kEighths * columns) + 0.5), 1);
+    auto const rounded = std::llround(share * static_cast<double>(kEighths * columns));
+    auto const eighths = std::max<std::uint64_t>(static_cast<std::uint64_t>(rounded), 1);
     if (!hasBlocks) return std::string((eighths + kEighths - 1) / kEighths, '#');
     std::string bar;
     for (std::uint64_t full = 0; full < eighths / kEighths; ++full) bar += "█";
@@ -70,11 +71,11 @@ std::string barChart(std::vector<Bar> const& bars, TerminalStyle const& style) {
 }
 
 std::string sparkline(std::span<std::uint64_t const> counts, TerminalStyle const& style) {
-    auto const greatest = counts.empty() ? 0 : *std::ranges::max_element(counts);
+    std::uint64_t greatest = 1;
+    for (auto const count : counts) greatest = std::max(greatest, count);
     auto const& heights = style.hasBlocks ? kHeights : kPlainHeights;
     std::string text;
-    for (auto const count : counts)
-        text += heights[count == 0 ? 0 : (count * kEighths + greatest - 1) / greatest];
+    for (auto const count : counts) text += heights[(count * kEighths + greatest - 1) / greatest];
     return text;
 }
 

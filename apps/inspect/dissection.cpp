@@ -15,7 +15,6 @@ namespace quorvel::host {
 namespace {
 
 using modes::ADSBMessage;
-using modes::ADSBMessageField;
 using modes::DF11Message;
 using modes::DF17Message;
 using modes::DF18Message;
@@ -94,8 +93,12 @@ FieldView formatField(std::string const& frame, unsigned format) {
     return view;
 }
 
+// Extended squitters answer no interrogator: their parity bears no identifier.
 std::string meaningIn(ModeSMessage const& message, ModeSMessageField const& field, unsigned long long raw) {
-    if (field.designator() == ModeSMessageField::AP) return "address " + hexText(message.icaoAddress(), 6);
+    if (field.designator() == ModeSMessageField::AP)
+        return "address " + hexText(message.icaoAddress(), kAddressDigits);
+    bool const isAllCall = message.bits() == kShortBits;
+    if (field.designator() == ModeSMessageField::PI && !isAllCall) return "";
     return meaningOf(field, raw);
 }
 

@@ -45,10 +45,10 @@ std::string timeText(TimeMs time, bool isDated) {
     auto const midnight = floor<days>(point);
     year_month_day const date(midnight);
     hh_mm_ss const ofDay(point - midnight);
-    auto const clock = padded(static_cast<std::uint64_t>(ofDay.hours().count()), 2) + ":" +
-                       padded(static_cast<std::uint64_t>(ofDay.minutes().count()), 2) + ":" +
-                       padded(static_cast<std::uint64_t>(ofDay.seconds().count()), 2) + "." +
-                       padded(static_cast<std::uint64_t>(ofDay.subseconds().count()), 3);
+    auto clock = padded(static_cast<std::uint64_t>(ofDay.hours().count()), 2) + ":" +
+                 padded(static_cast<std::uint64_t>(ofDay.minutes().count()), 2) + ":" +
+                 padded(static_cast<std::uint64_t>(ofDay.seconds().count()), 2) + "." +
+                 padded(static_cast<std::uint64_t>(ofDay.subseconds().count()), 3);
     if (!isDated) return clock;
     return padded(static_cast<std::uint64_t>(static_cast<int>(date.year())), 4) + "-" +
            padded(static_cast<unsigned>(date.month()), 2) + "-" +
@@ -89,10 +89,8 @@ Bars formatBars(Counters const& counters) {
     Bars bars;
     for (unsigned format = 0; format < counters.byFormat.size(); ++format) {
         auto const count = counters.byFormat[format];
-        if (count > 0)
-            bars.push_back(
-                {"DF" + std::to_string(format) + " " + std::string(titleOfFormat(std::min(format, 24U))),
-                 count});
+        auto const title = std::string(titleOfFormat(std::min(format, 24U)));
+        if (count > 0) bars.push_back({"DF" + std::to_string(format) + " " + title, count});
     }
     return bars;
 }

@@ -98,6 +98,12 @@ TEST_F(Dissections, TellTheParityByWhatIsLaidOverIt) {
     auto const squitterParity = *dissected(squitter(0x4840D6, identification("KLM1023"))).parity;
     EXPECT_EQ(squitterParity.remainder(), 0U);
     EXPECT_EQ(squitterParity.meaning, "right");
+    auto const meaningOfPI = [](std::string const& frame) {
+        return fieldNamed("PI", dissected(frame).fields).meaning;
+    };
+    EXPECT_EQ(meaningOfPI(squitter(0x4840D6, identification("KLM1023"))), "");
+    EXPECT_EQ(meaningOfPI(shortFrame(11, capability(5) | 0x4840D6, 17)), "interrogator identifier 17");
+    EXPECT_EQ(meaningOfPI(shortFrame(11, capability(5) | 0x4840D6, 80)), "no interrogator identifier");
     auto const allCall = *dissected(shortFrame(11, capability(5) | 0x4840D6, 17)).parity;
     EXPECT_EQ(allCall.remainder(), 17U);
     EXPECT_EQ(allCall.meaning, "right, of interrogator 17");
