@@ -21,15 +21,16 @@ watched() {
 # Processes that are made to be killed leave all they have: the faults of files are for the other checks.
 watched_tests() { watched "$(basename "$1")" "$1" --gtest_brief=1 --gtest_filter='-AircraftDBFaults.*'; }
 
+mapfile -t tests < <(find "$build/tests" -type f -executable -name 'trevallo_*_tests')
 program=$build/apps/trevallo/trevallo
 "$program" simulate --seconds 5 --format avr --output "$logs/stream.avr"
 
 export -f watched watched_tests
 export build logs
 failed=0
-ls "$build"/tests/*/trevallo_*_tests | xargs -P "$(nproc)" -I {} bash -c 'watched_tests {}' || failed=1
+printf '%s\n' "${tests[@]}" | xargs -P "$(nproc)" -I {} bash -c 'watched_tests {}' || failed=1
 watched example "$build/examples/trevallo_example_embed" <"$logs/stream.avr" || failed=1
 watched track "$program" track --html "$logs/pages" --db "$logs/aircraft.csv" data/sample.beast || failed=1
 watched track_again "$program" track --db "$logs/aircraft.csv" "$logs/stream.avr" || failed=1
 watched simulate "$program" simulate --seconds 5 --format beast-doubled --output "$logs/stream.beast" || failed=1
-((failed == 0)) && echo "No leak and no invalid access in $(ls "$logs"/*_tests | wc -l) test programs, example and program."
+((failed == 0 && ${#tests[@]} > 0)) && echo "No leak and no invalid access in ${#tests[@]} test programs, example and program."
