@@ -11,7 +11,9 @@ namespace {
 
 constexpr TimeMs kDay = 86'400'000;
 constexpr TimeMs kHalfDay = kDay / 2;
-constexpr TimeMs kSoonest = 1; // a time of 0 would be none
+// Of what has no date. The first day of all would begin with times that are none: 0, and what the library
+// pairs with it.
+constexpr TimeMs kNoDay = kDay;
 
 constexpr unsigned kNanosecondBits = 30;
 constexpr std::uint64_t kNanosecondsPerSecond = 1'000'000'000;
@@ -97,7 +99,7 @@ std::optional<TimeMs> parseTime(std::string const& input) {
 
 FrameClock::FrameClock(TimeOptions const& options, Origin origin)
     : _reading(options.reading)
-    , _start(options.start)
+    , _start(origin == Origin::Recording && options.start == 0 ? kNoDay : options.start)
     , _origin(origin)
     , _timeKnown(origin != Origin::Recording || options.start != 0) {}
 
@@ -152,7 +154,7 @@ TimeMs FrameClock::stamp(Frame& frame, TimeMs arrival, Counters& counters) {
     case TimeReading::Auto:
     case TimeReading::Fixed: time = _start; break;
     }
-    time = std::max(time, kSoonest);
+    time = std::max(time, kNoDay);
     advance(time, counters);
     frame.record->setTimeStamp(time);
     return time;
@@ -193,14 +195,14 @@ TimeMs FrameClock::ofCounter(std::uint64_t stamp, TimeMs arrival, Counters& coun
     if (!_lastTick || jumped) {
         if (jumped) ++counters.timeJumps;
         _anchorTick = tick;
-        _anchorTime = arrival != 0 ? arrival : std::max({_now, _start, kSoonest});
+        _anchorTime = arrival != 0 ? arrival : std::max({_now, _start, kNoDay});
         _lastTick = tick;
         return _anchorTime;
     }
     if (sinceLast > 0) _lastTick = tick;
     auto const sinceAnchor = static_cast<std::int64_t>((tick - _anchorTick) << 16) >> 16;
     auto const ms = sinceAnchor / static_cast<std::int64_t>(kTicksPerMs);
-    if (ms < 0 && static_cast<TimeMs>(-ms) > _anchorTime) return kSoonest;
+    if (ms < 0 && static_cast<TimeMs>(-ms) > _anchorTime) return kNoDay;
     auto const time = _anchorTime + static_cast<TimeMs>(ms);
     if (sinceAnchor > (std::int64_t{1} << 46)) { // long before the difference to the anchor would wrap
         _anchorTick = tick;

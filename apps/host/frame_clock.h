@@ -38,7 +38,7 @@ std::optional<TimeMs> parseTime(std::string const& text);
 /// A time of day that steps back by more than half a day is the next day's: a recording goes on across
 /// midnight; one that steps forth by as much is a late frame of the day before. A counter is anchored where
 /// it begins, unwrapped at 48 bits, and anchored anew after a jump. The date of a recording is not in its
-/// frames: without one its times are those of 1970-01-01, and `timeKnown` says so; a live source has the
+/// frames: without one its times are those of 1970-01-02, and `timeKnown` says so; a live source has the
 /// host's date.
 class FrameClock {
 public:

@@ -121,15 +121,15 @@ TEST(FrameClock, DatesARecording) {
     EXPECT_EQ(dated.time(ofDay(18 * kHour)), kMayDay + 18 * kHour);
     EXPECT_TRUE(dated.clock.timeKnown());
     Clock undated({TimeReading::Receiver, 0});
-    EXPECT_EQ(undated.time(ofDay(18 * kHour)), 18 * kHour);
+    EXPECT_EQ(undated.time(ofDay(18 * kHour)), kDay + 18 * kHour);
     EXPECT_FALSE(undated.clock.timeKnown());
-    EXPECT_EQ(Clock({TimeReading::Receiver, 0}).time(0), 1U) << "0 would be no time";
+    EXPECT_EQ(Clock({TimeReading::Receiver, 0}).time(0), kDay) << "0 would be no time";
 }
 
 TEST(FrameClock, PaysNoHeedToTheHostsClockInARecording) {
     Clock clock({TimeReading::Receiver, 0});
-    EXPECT_EQ(clock.time(ofDay(kHour), kMayDay), kHour);
-    EXPECT_EQ(clock.time({}, kMayDay), kHour)
+    EXPECT_EQ(clock.time(ofDay(kHour), kMayDay), kDay + kHour);
+    EXPECT_EQ(clock.time({}, kMayDay), kDay + kHour)
         << "a frame without a stamp comes at the time of the one before";
     Clock ticks12({TimeReading::Counter12MHz, kMayDay});
     EXPECT_EQ(ticks12.time(5, 99 * kMayDay), kMayDay);
@@ -216,5 +216,5 @@ TEST(FrameClock, TakesTheTimeOfArrivalOrOneForAll) {
     EXPECT_EQ(file.time(5, kMayDay + 7), kMayDay + 7);
     Clock fixed({TimeReading::Fixed, kMayDay + 3});
     EXPECT_EQ(fixed.time(5, kMayDay + 7), kMayDay + 3);
-    EXPECT_EQ(Clock({TimeReading::Fixed, 0}).time({}), 1U);
+    EXPECT_EQ(Clock({TimeReading::Fixed, 0}).time({}), kDay);
 }
