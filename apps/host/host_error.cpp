@@ -15,7 +15,8 @@ UnknownEncoding::UnknownEncoding(std::string const& name)
                 "if it is one)") {}
 
 HostError systemError(std::string const& what, std::string const& name) {
-    return HostError("cannot " + what + " " + name + ": " + std::generic_category().message(errno));
+    auto const code = errno;
+    return HostError("cannot " + what + " " + name + ": " + std::generic_category().message(code), code);
 }
 
 } // namespace quorvel::host

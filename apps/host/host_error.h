@@ -9,7 +9,13 @@ namespace quorvel::host {
 /// Something that the user must hear of: one line that says what went wrong and with what.
 class HostError : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    explicit HostError(std::string const& text, int code = 0) : std::runtime_error(text), _code(code) {}
+
+    /// The `errno` of a failed call of the system, 0 for other failures.
+    int code() const { return _code; }
+
+private:
+    int _code;
 };
 
 /// What went wrong has been said already.

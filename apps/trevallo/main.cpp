@@ -11,6 +11,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cerrno>
 #include <csignal>
 #include <exception>
 #include <iostream>
@@ -58,6 +59,10 @@ int main(int argc, char** argv) {
     try {
         return run(argc, argv);
     } catch (quorvel::host::FailureTold const&) {
+        return kFailure;
+    } catch (quorvel::host::HostError const& error) {
+        if (error.code() != EPIPE)
+            std::cerr << "trevallo: " << error.what() << "\n"; // `head` has seen enough
         return kFailure;
     } catch (std::exception const& error) {
         std::cerr << "trevallo: " << error.what() << "\n";
