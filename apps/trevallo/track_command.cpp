@@ -70,7 +70,7 @@ struct Settings {
     std::string recording;
     bool rotates = false;
 
-    modes::Log::Level log = modes::Log::Warning;
+    modes::Log::Level log = kNoLog;
     std::string logFile;
 };
 

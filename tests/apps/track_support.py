@@ -88,6 +88,7 @@ def beast(frame, count, signal=100):
 
 
 NOON = 12 * 3_600_000
+UNDATED = 86_400_000  # recordings without a date are of the second day of 1970
 
 
 def flight(address, callsign, seconds, latitude=48.0, longitude=11.0, begin=NOON, encode=avr):
