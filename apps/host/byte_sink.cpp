@@ -2,38 +2,14 @@
 #include "host/byte_sink.h"
 
 #include "host/host_error.h"
+#include "host/replaced_file.h"
 
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
-#include <unistd.h>
-
 namespace quorvel::host {
 
-namespace {
-
 namespace fs = std::filesystem;
-
-bool isReplaceable(fs::path const& path) {
-    std::error_code error;
-    auto const type = fs::status(path, error).type();
-    return type == fs::file_type::not_found || type == fs::file_type::regular;
-}
-
-// A symbolic link stays; the file that it leads to is replaced.
-fs::path followed(fs::path const& path) {
-    std::error_code error;
-    auto const target = fs::canonical(path, error);
-    return error ? path : target;
-}
-
-// Hidden, and of this process alone, so that two that write the same file do not write into each other's.
-fs::path beside(fs::path const& path) {
-    auto const name = "." + path.filename().string() + "." + std::to_string(::getpid()) + ".new";
-    return path.parent_path() / name;
-}
-
-} // namespace
 
 ByteSink::ByteSink(std::string const& name)
     : _name(name == "-" ? "standard output" : name)

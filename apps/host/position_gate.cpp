@@ -10,6 +10,7 @@ namespace quorvel::host {
 namespace {
 
 constexpr double kEarthRadiusNm = 3440.065;
+constexpr double kDegreeNm = kEarthRadiusNm * std::numbers::pi / 180.0;
 constexpr double kFastestKnots = 1500.0; // over ground, with wind
 constexpr double kSlackNm = 1.0;         // rounding of positions, and of times to whole seconds
 constexpr double kMsPerHour = 3'600'000.0;
@@ -21,10 +22,16 @@ bool isOnTheGlobe(Place const& place) {
            std::abs(place.longitude) <= 180.0; // false for what is no number
 }
 
+// Degrees of longitude are longest at the equator: as if both places were there. Enough for almost all
+// positions.
+double distanceAtMostNm(Place const& from, Place const& to) {
+    return kDegreeNm * std::hypot(to.latitude - from.latitude, to.longitude - from.longitude);
+}
+
 bool isReachable(PositionGate::Shown const& from, PositionGate::Shown const& to) {
     auto const apart = to.time > from.time ? to.time - from.time : from.time - to.time;
     auto const reach = kSlackNm + kFastestKnots * static_cast<double>(apart) / kMsPerHour;
-    return distanceNm(from.place, to.place) <= reach;
+    return distanceAtMostNm(from.place, to.place) <= reach || distanceNm(from.place, to.place) <= reach;
 }
 
 } // namespace

@@ -2,8 +2,7 @@
 #include "outputs/whole_file.h"
 
 #include "host/host_error.h"
-
-#include <unistd.h>
+#include "host/replaced_file.h"
 
 #include <cerrno>
 #include <filesystem>
@@ -15,25 +14,6 @@ namespace quorvel::host {
 namespace {
 
 namespace fs = std::filesystem;
-
-bool isReplaceable(fs::path const& path) {
-    std::error_code error;
-    auto const type = fs::status(path, error).type();
-    return type == fs::file_type::not_found || type == fs::file_type::regular;
-}
-
-// A symbolic link stays; the file that it leads to is replaced.
-fs::path followed(fs::path const& path) {
-    std::error_code error;
-    auto const target = fs::canonical(path, error);
-    return error ? path : target;
-}
-
-// Hidden, and of this process alone, so that two that write the same file do not write into each other's.
-fs::path beside(fs::path const& path) {
-    auto const name = "." + path.filename().string() + "." + std::to_string(::getpid()) + ".new";
-    return path.parent_path() / name;
-}
 
 void write(fs::path const& path, std::string const& content, std::string const& name) {
     errno = 0;
