@@ -13,6 +13,7 @@
 #include "outputs/prometheus.h"
 #include "outputs/report_pages.h"
 #include "outputs/sbs.h"
+#include "outputs/stats_json.h"
 #include "outputs/summary.h"
 #include "outputs/text_table.h"
 #include "run/keyboard.h"
@@ -67,6 +68,7 @@ struct Settings {
     ModeSMessage::Confidence confidence = ModeSMessage::LOW;
     std::vector<std::string> pages;
     std::vector<std::string> prometheus;
+    std::vector<std::string> statsJson;
     std::string recording;
     bool rotates = false;
 
@@ -181,6 +183,7 @@ void addFiles(TrackRun& run, Settings const& settings) {
     for (auto const& file : settings.aircraftJson)
         run.add(paced(std::make_unique<AircraftJson>(file, parsePlace(settings.location))));
     for (auto const& folder : settings.pages) run.add(paced(std::make_unique<ReportPages>(folder)));
+    for (auto const& file : settings.statsJson) run.add(paced(std::make_unique<StatsJson>(file)));
     for (auto const& target : settings.prometheus) {
         if (isPort(target)) {
             run.add(std::make_unique<PrometheusPort>(target, run, hostTime));
@@ -331,6 +334,9 @@ void addOutputOptions(CLI::App& command, Settings& settings) {
     command.add_flag("--rotate", settings.rotates,
                      "A new recording each hour, its date and hour in the name");
     command.add_flag("--stats", settings.wantsStats, "All counts at the end");
+    addEach(command, "--stats-json", settings.statsJson,
+            "All counts, of the run and of each source, as JSON, each second")
+        ->type_name("FILE");
     addLogOption(command, settings.log);
     command
         .add_option("--log-file", settings.logFile,
