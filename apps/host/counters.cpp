@@ -79,10 +79,11 @@ std::vector<CounterText> listed(Counters const& counters) {
         texts.push_back({"frames_by_format", "format", kFormats[i], "Mode S frames by downlink format.",
                          counters.byFormat[i]});
     }
-    for (std::size_t i = 0; i < counters.byConfidence.size(); ++i)
+    for (std::size_t i = 0; i < counters.byConfidence.size(); ++i) {
         texts.push_back({"replies_by_confidence", "confidence", kConfidences[i],
                          "Decoded replies by how far their address can be trusted.",
                          counters.byConfidence[i]});
+    }
     for (auto const& single : kTracking)
         texts.push_back({single.name, "", "", single.help, counters.*single.count});
     return texts;

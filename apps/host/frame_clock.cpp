@@ -65,32 +65,32 @@ std::optional<int> number(std::string_view& text, std::size_t digits, std::strin
 
 } // namespace
 
-std::optional<TimeMs> parseTime(std::string const& input) {
+std::optional<TimeMs> parseTime(std::string const& text) {
     using namespace std::chrono;
-    std::string_view text = input;
-    auto const year = number(text, 4, "-");
-    auto const month = year ? number(text, 2, "-") : std::nullopt;
-    auto const day = month ? number(text, 2, "") : std::nullopt;
+    std::string_view rest = text;
+    auto const year = number(rest, 4, "-");
+    auto const month = year ? number(rest, 2, "-") : std::nullopt;
+    auto const day = month ? number(rest, 2, "") : std::nullopt;
     if (!day) return {};
     year_month_day const date{std::chrono::year(*year), std::chrono::month(static_cast<unsigned>(*month)),
                               std::chrono::day(static_cast<unsigned>(*day))};
     if (!date.ok() || *year < 1970) return {};
     auto const midnight = duration_cast<milliseconds>(sys_days(date).time_since_epoch()).count();
-    if (text.empty()) return static_cast<TimeMs>(midnight);
+    if (rest.empty()) return static_cast<TimeMs>(midnight);
 
-    if (text.front() != 'T') return {};
-    text.remove_prefix(1);
-    auto const hour = number(text, 2, ":");
-    auto const minute = hour ? number(text, 2, ":") : std::nullopt;
-    auto const second = minute ? number(text, 2, "") : std::nullopt;
+    if (rest.front() != 'T') return {};
+    rest.remove_prefix(1);
+    auto const hour = number(rest, 2, ":");
+    auto const minute = hour ? number(rest, 2, ":") : std::nullopt;
+    auto const second = minute ? number(rest, 2, "") : std::nullopt;
     if (!second || *hour > 23 || *minute > 59 || *second > 59) return {};
     int fraction = 0;
-    if (!text.empty() && text.front() == '.') {
-        text.remove_prefix(1);
-        auto const digits = number(text, 3, "Z");
-        if (!digits || !text.empty()) return {};
+    if (!rest.empty() && rest.front() == '.') {
+        rest.remove_prefix(1);
+        auto const digits = number(rest, 3, "Z");
+        if (!digits || !rest.empty()) return {};
         fraction = *digits;
-    } else if (text != "Z") {
+    } else if (rest != "Z") {
         return {};
     }
     return static_cast<TimeMs>(midnight) +

@@ -126,7 +126,8 @@ AircraftTable makeTable(Picture const& picture) {
 }
 
 std::string tableText(AircraftTable const& table) {
-    std::vector<std::string> headings, units;
+    std::vector<std::string> headings;
+    std::vector<std::string> units;
     for (auto const& column : table.columns) {
         headings.emplace_back(column.heading);
         units.emplace_back(column.unit);

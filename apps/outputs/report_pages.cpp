@@ -137,7 +137,7 @@ void ReportPages::picture(Picture const& picture) {
 
 void ReportPages::removeAllBut(Pages const& pages) const {
     for (auto const& [name, state] : _pages) {
-        if (pages.count(name) != 0) continue;
+        if (pages.contains(name)) continue;
         std::error_code ignored; // someone else may have removed it
         std::filesystem::remove(path(name), ignored);
     }

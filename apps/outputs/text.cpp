@@ -14,7 +14,7 @@ namespace {
 // A whole number in a base that is a power of two, with leading zeros.
 std::string padded(unsigned int number, int base, std::size_t width) {
     std::array<char, std::numeric_limits<unsigned int>::digits> digits{};
-    auto const end = std::to_chars(digits.data(), digits.data() + digits.size(), number, base).ptr;
+    auto* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number, base).ptr;
     std::string text(digits.data(), end);
     if (text.size() < width) text.insert(0, width - text.size(), '0');
     for (char& digit : text) {
