@@ -307,7 +307,7 @@ void addTrackingOptions(CLI::App& command, Settings& settings) {
 }
 
 void addOutputOptions(CLI::App& command, Settings& settings) {
-    auto const target = "FILE|-|:PORT|tcp://HOST:PORT";
+    auto const* const target = "FILE|-|:PORT|tcp://HOST:PORT";
     addChoice(command, "--table", settings.table, kTables, "auto|live|final|none",
               "The aircraft as a table that fills the terminal, or as text at the end");
     addEach(command, "--json", settings.json, "A line of JSON for each aircraft that changed")
