@@ -42,12 +42,11 @@ FrameReader::FrameReader(std::string const& name, ReadOptions const& options)
 
 Frames FrameReader::read() {
     Frames frames;
-    while (frames.empty() && !_ended) frames = readPiece();
+    while (frames.empty() && !_ended) readPiece(frames);
     return frames;
 }
 
-Frames FrameReader::readPiece() {
-    Frames frames;
+void FrameReader::readPiece(Frames& frames) {
     try {
         if (_source.read(_bytes)) {
             _input.feed(_bytes, nowOfTheHost(), frames);
@@ -61,7 +60,6 @@ Frames FrameReader::readPiece() {
     }
     complain(_input.complaint());
     _progress.advance(_source.done(), _counters.frames);
-    return frames;
 }
 
 void FrameReader::complain(std::string const& what) const {

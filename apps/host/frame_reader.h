@@ -23,8 +23,9 @@ public:
     /// stop. Throws HostError when reading fails or the encoding cannot be told.
     Frames read();
 
-    /// The frames that the next piece of the recording completes; there may be none in it. Throws as above.
-    Frames readPiece();
+    /// Appends the frames that the next piece of the recording completes; there may be none in it. Throws as
+    /// above.
+    void readPiece(Frames& frames);
 
     /// Whether there are no more.
     bool hasEnded() const { return _ended; }

@@ -153,7 +153,9 @@ void Framer::cutBeast(Frames& frames, bool isEnd) {
     }
     auto const first = frames.size();
     for (std::string_view rest = _plain; !rest.empty(); rest.remove_prefix(plainFrameBytes(rest))) {
-        frames.push_back({nullptr, stampOf(rest), static_cast<std::uint8_t>(rest[kBeastSignalAt])});
+        auto& frame = frames.emplace_back();
+        frame.stamp = stampOf(rest);
+        frame.signal = static_cast<std::uint8_t>(rest[kBeastSignalAt]);
     }
     auto records = ModeSEncapsulation::extractBeast(_plain);
     for (std::size_t i = 0; i < records.size(); ++i) frames[first + i].record = std::move(records[i]);

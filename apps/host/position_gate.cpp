@@ -25,7 +25,9 @@ bool isOnTheGlobe(Place const& place) {
 // Degrees of longitude are longest at the equator: as if both places were there. Enough for almost all
 // positions.
 double distanceAtMostNm(Place const& from, Place const& to) {
-    return kDegreeNm * std::hypot(to.latitude - from.latitude, to.longitude - from.longitude);
+    auto const north = to.latitude - from.latitude;
+    auto const east = to.longitude - from.longitude;
+    return kDegreeNm * std::sqrt(north * north + east * east);
 }
 
 bool isReachable(PositionGate::Shown const& from, PositionGate::Shown const& to) {

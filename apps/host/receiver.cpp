@@ -16,10 +16,9 @@ constexpr unsigned kAltitudeCheckPeriod = 4;       // seconds
 constexpr unsigned kAltitudeCheckDifference = 150; // feet
 constexpr TimeMs kHalfDay = 43'200'000;
 
-constexpr std::size_t kAddresses = std::size_t{1} << 24;
-constexpr std::size_t kTrackNumbers = 4095;
-constexpr std::size_t kRoom = 64;  // targets dropped at once when all track numbers are in use
-constexpr TimeMs kSilent = 10'000; // what was heard since then is not dropped for others
+constexpr std::size_t kTrackNumbers = 4095; // from 1
+constexpr std::size_t kRoom = 64;           // targets dropped at once when all track numbers are in use
+constexpr TimeMs kSilent = 10'000;          // what was heard since then is not dropped for others
 constexpr TimeMs kRoomMakingPause = 1'000;
 
 // Downlink messages are replies.
@@ -34,7 +33,7 @@ bool isSquitter(ModeSMessage const& message) {
 } // namespace
 
 Receiver::Receiver(ReceiverOptions const& options, AircraftFile* database)
-    : _options(options), _database(database), _isTracked(kAddresses) {
+    : _options(options), _database(database), _tracked(kTrackNumbers + 1) {
     if (_options.altitudeCheck) {
         _tracker.setAltituteBaroChecking(true, kAltitudeCheckPeriod, kAltitudeCheckDifference);
     }
@@ -42,11 +41,10 @@ Receiver::Receiver(ReceiverOptions const& options, AircraftFile* database)
 }
 
 Receiver::Result Receiver::take(Frame const& frame) {
-    Result result;
     auto const bytes = frame.record->data();
-    if (bytes.size() == kModeAcFrameBytes) return result;
+    if (bytes.size() == kModeAcFrameBytes) return {};
     ++_counters.byFormat[static_cast<unsigned char>(bytes[0]) >> 3];
-    result.message = _decoder.decode(ModeSMessage::DOWNLINK, frame.record);
+    Result result{_decoder.decode(ModeSMessage::DOWNLINK, frame.record), nullptr};
     if (!result.message) {
         ++_counters.undecoded;
         return result;
@@ -66,8 +64,8 @@ Receiver::Result Receiver::take(Frame const& frame) {
     if (!result.target) return result;
     ++_counters.tracked;
     auto& target = *result.target;
-    if (!_isTracked[target.icaoAddr()]) {
-        _isTracked[target.icaoAddr()] = true;
+    if (auto& isTarget = _tracked[target.trackId()].isTarget; !isTarget) {
+        isTarget = true;
         ++_targets;
         ++_counters.targetsMade;
     }
@@ -134,8 +132,7 @@ void Receiver::dropAllTargets() { forget(_tracker.killTargets(std::numeric_limit
 
 void Receiver::forget(std::vector<std::shared_ptr<ADSBTarget>> const& killed) {
     for (auto const& target : killed) {
-        _gates.erase(target->icaoAddr());
-        _isTracked[target->icaoAddr()] = false;
+        _tracked[target->trackId()] = {};
         if (_database != nullptr) _database->learn(target);
     }
     _counters.targetsDropped += killed.size();
@@ -144,7 +141,7 @@ void Receiver::forget(std::vector<std::shared_ptr<ADSBTarget>> const& killed) {
 
 void Receiver::judgePosition(ADSBTarget const& target) {
     Place const place{target.latitude(), target.longitude()};
-    switch (_gates[target.icaoAddr()].judge(place, target.positionLastUpdate(), _options.positions)) {
+    switch (_tracked[target.trackId()].gate.judge(place, target.positionLastUpdate(), _options.positions)) {
     case PositionGate::Verdict::Believed: ++_counters.positionsBelieved; [[fallthrough]];
     case PositionGate::Verdict::Shown: ++_counters.positions; return;
     case PositionGate::Verdict::OutOfRange: ++_counters.positionsOutOfRange; return;
@@ -158,12 +155,12 @@ Aircraft Receiver::shown(ADSBTarget const& target, TimeMs now) const {
     aircraft.report = target.report();
     aircraft.now = now;
     aircraft.messages = target.statisticDfMsgCount();
-    auto const gate = _gates.find(target.icaoAddr());
-    auto const shown = gate != _gates.end() ? gate->second.shown() : std::nullopt;
+    auto const& gate = _tracked[target.trackId()].gate;
+    auto const& shown = gate.shown();
     aircraft.report->setPosition(shown ? shown->place.latitude : 0, shown ? shown->place.longitude : 0);
     aircraft.report->setPositionLastUpdate(shown ? shown->time : 0);
     aircraft.report->setPositionValid(shown.has_value());
-    if (gate != _gates.end()) aircraft.positionsRefused = gate->second.refused();
+    aircraft.positionsRefused = gate.refused();
     return aircraft;
 }
 

@@ -13,7 +13,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace quorvel::host {
@@ -70,6 +69,11 @@ public:
     Counters const& counters() const { return _counters; } ///< of decoding, tracking and positions
 
 private:
+    struct Tracked {
+        bool isTarget = false;
+        PositionGate gate;
+    };
+
     bool isWelcome(modes::ModeSMessage const& message) const;
     bool isLostForLackOfRoom(modes::ModeSMessage const& message) const;
     std::shared_ptr<modes::ADSBTarget> trackWhenFull(std::shared_ptr<modes::ModeSMessage> const& message);
@@ -81,8 +85,7 @@ private:
     AircraftFile* _database;
     modes::ModeSDecoder _decoder;
     modes::ADSBTracker _tracker;
-    std::unordered_map<unsigned int, PositionGate> _gates; // by address, of targets with positions
-    std::vector<bool> _isTracked;                          // by address
+    std::vector<Tracked> _tracked; // by track number
     std::size_t _targets = 0;
     TimeMs _timeout = 0;
     TimeMs _lastRoomMade = 0;

@@ -248,7 +248,7 @@ bool TrackRun::refillRecordings() {
 bool TrackRun::refill(Source& recording) {
     recording.frames.clear();
     recording.at = 0;
-    bool const works = attempt([&] { recording.frames = recording.recording->readPiece(); });
+    bool const works = attempt([&] { recording.recording->readPiece(recording.frames); });
     if (recording.recording->clock().reading() == TimeReading::Fixed)
         recording.station.receiver.ignoreSpeeds();
     if (recording.frames.empty() && (!works || recording.recording->hasEnded())) ended(recording);
