@@ -61,13 +61,20 @@ fuzz() {
         "$(statistic "$target" number_of_executed_units)" "$(statistic "$target" average_exec_per_sec)"
 }
 
-# each COMMAND ARGUMENT...: runs it for every target; fails in the end if one of them has.
+# each COMMAND ARGUMENT...: runs it for every target, as many at once as there are processors; fails in the end if one of
+# them has.
 each() {
-    local target failed=()
+    local target running=0 failed=0
     for target in "${targets[@]}"; do
-        "$1" "$target" "${@:2}" || failed+=("$target")
+        if ((running == $(nproc))); then
+            wait -n || failed=1
+            running=$((running - 1))
+        fi
+        "$1" "$target" "${@:2}" &
+        running=$((running + 1))
     done
-    ((${#failed[@]} == 0)) || { echo "fuzz: failed: ${failed[*]}" >&2; exit 1; }
+    for (( ; running > 0; running--)); do wait -n || failed=1; done
+    ((failed == 0)) || { echo "fuzz: failed" >&2; exit 1; }
 }
 
 coverage() {
