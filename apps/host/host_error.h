@@ -18,6 +18,12 @@ private:
     int _code;
 };
 
+/// The program was called in a way that it cannot be: the user, not the world, must change something.
+class UsageError : public HostError {
+public:
+    using HostError::HostError;
+};
+
 /// What went wrong has been said already.
 class FailureTold : public HostError {
 public:

@@ -33,22 +33,20 @@ SourceSpec serial(std::string const& text, std::string_view rest) {
         auto const baud =
             option.starts_with(kBaud) ? number(option.substr(kBaud.size()), kFastestBaud) : std::nullopt;
         if (!baud || *baud < kSlowestBaud) {
-            throw HostError("cannot use the source " + text +
-                            ": a serial receiver is named like serial:///dev/ttyUSB0?baud=3000000");
+            throw UsageError("cannot use the source " + text +
+                             ": a serial receiver is named like serial:///dev/ttyUSB0?baud=3000000");
         }
         spec.baud = *baud;
     }
     if (!spec.path.starts_with('/')) {
-        throw HostError("cannot use the source " + text +
-                        ": its device needs a whole path, like serial:///dev/ttyUSB0");
+        throw UsageError("cannot use the source " + text +
+                         ": its device needs a whole path, like serial:///dev/ttyUSB0");
     }
     return spec;
 }
 
-} // namespace
-
-Endpoint parseEndpoint(std::string const& text) {
-    std::string_view rest = text;
+// The host and port of something that the user has called by a name.
+Endpoint endpointOf(std::string const& name, std::string_view rest) {
     Endpoint endpoint;
     auto const colon = rest.rfind(':');
     if (colon != std::string_view::npos) {
@@ -57,16 +55,20 @@ Endpoint parseEndpoint(std::string const& text) {
         if (host.size() >= 2 && host.front() == '[' && host.back() == ']') {
             host = host.substr(1, host.size() - 2);
         } else if (host.find(':') != std::string_view::npos) {
-            throw HostError("cannot use " + text +
-                            ": an address with colons stands in brackets, like [::1]:30005");
+            throw UsageError("cannot use " + name +
+                             ": an address with colons stands in brackets, like [::1]:30005");
         }
         endpoint.host = host;
     }
     if (!number(rest, kLastPort))
-        throw HostError("cannot use " + text + ": it ends with no port from 0 to 65535");
+        throw UsageError("cannot use " + name + ": it ends with no port from 0 to 65535");
     endpoint.port = rest;
     return endpoint;
 }
+
+} // namespace
+
+Endpoint parseEndpoint(std::string const& text) { return endpointOf(text, text); }
 
 SourceSpec parseSource(std::string const& text) {
     auto const scheme = text.find("://");
@@ -76,13 +78,13 @@ SourceSpec parseSource(std::string const& text) {
     if (name == "serial") return serial(text, rest);
     if (name == "file") return {SourceSpec::Kind::File, text, rest, {}, {}, 0};
     if (name != "tcp" && name != "listen") {
-        throw HostError("cannot use the source " + text +
-                        ": sources are files, -, tcp://HOST:PORT, listen://PORT and serial://DEVICE");
+        throw UsageError("cannot use the source " + text +
+                         ": sources are files, -, tcp://HOST:PORT, listen://PORT and serial://DEVICE");
     }
-    auto const endpoint = parseEndpoint(rest);
+    auto const endpoint = endpointOf(text, rest);
     if (name == "listen") return {SourceSpec::Kind::Listen, text, {}, endpoint.host, endpoint.port, 0};
     if (endpoint.host.empty()) {
-        throw HostError("cannot use the source " + text + ": it names no host, like tcp://localhost:30005");
+        throw UsageError("cannot use the source " + text + ": it names no host, like tcp://localhost:30005");
     }
     return {SourceSpec::Kind::Tcp, text, {}, endpoint.host, endpoint.port, 0};
 }

@@ -25,7 +25,7 @@ struct SourceSpec {
     unsigned baud = kDefaultBaud;
 };
 
-/// Throws HostError that says what is wrong with it.
+/// Throws UsageError that says what is wrong with it.
 SourceSpec parseSource(std::string const& text);
 
 /// "[HOST:]PORT", the host in brackets where it has colons: "30003", "127.0.0.1:30003", "[::1]:30003".
@@ -34,7 +34,7 @@ struct Endpoint {
     std::string port; ///< 0 to 65535
 };
 
-/// Throws HostError.
+/// Throws UsageError.
 Endpoint parseEndpoint(std::string const& text);
 
 } // namespace quorvel::host

@@ -60,6 +60,9 @@ int main(int argc, char** argv) {
         return run(argc, argv);
     } catch (quorvel::host::FailureTold const&) {
         return kFailure;
+    } catch (quorvel::host::UsageError const& error) {
+        std::cerr << "trevallo: " << error.what() << "\n";
+        return kUsage;
     } catch (quorvel::host::HostError const& error) {
         if (error.code() != EPIPE)
             std::cerr << "trevallo: " << error.what() << "\n"; // `head` has seen enough

@@ -156,7 +156,7 @@ bool usesStandardOutput(Settings const& settings) {
     for (auto const* targets :
          {&settings.json, &settings.sbs, &settings.beast, &settings.avr, &settings.prometheus})
         users += static_cast<std::size_t>(std::count(targets->begin(), targets->end(), "-"));
-    if (users > 1) throw HostError("only one output can go to standard output");
+    if (users > 1) throw UsageError("only one output can go to standard output");
     return users == 1;
 }
 
@@ -204,7 +204,7 @@ void track(Settings const& settings) {
     StderrLog const log(settings.log, settings.logFile);
     bool const isOutputUsed = usesStandardOutput(settings);
     if (settings.dates.size() > 1 && settings.dates.size() != settings.sources.size())
-        throw HostError("--date is given once for all sources, or once for each");
+        throw UsageError("--date is given once for all sources, or once for each");
 
     std::optional<console::ScreenInUse> screen; // until the run and its table have left it
     TrackRun run(trackOptions(settings));

@@ -137,7 +137,7 @@ class Recordings(TrackTest):
         last = self.last_of("--date", "2024-05-01", "--date", "2024-05-03", one, two)
         self.assertEqual(["2024-05-01", "2024-05-03"],
                          [last[str(one), "4B1234"]["now"][:10], last[str(two), "4B1234"]["now"][:10]])
-        wrong = self.run_track(*["--date", "2024-05-01"] * 3, one, two, status=1)
+        wrong = self.run_track(*["--date", "2024-05-01"] * 3, one, two, status=2)
         self.assertEqual(b"trevallo: --date is given once for all sources, or once for each\n", wrong.stderr)
 
     def test_the_date_in_the_name_of_a_recording_is_its_date(self):
@@ -305,6 +305,24 @@ class Sky(TrackTest):
 
 
 class Sources(TrackTest):
+    def test_a_source_that_cannot_be_understood_is_wrong_usage(self):
+        for source, fault in {
+            "tcp://": "cannot use tcp://: it ends with no port from 0 to 65535",
+            "tcp://receiver:65536": "cannot use tcp://receiver:65536: it ends with no port from 0 to 65535",
+            "tcp://:30005": "cannot use the source tcp://:30005: it names no host, like tcp://localhost:30005",
+            "listen://::1:30005": "cannot use listen://::1:30005: an address with colons stands in brackets, "
+                                  "like [::1]:30005",
+            "serial://ttyUSB0": "cannot use the source serial://ttyUSB0: its device needs a whole path, "
+                                "like serial:///dev/ttyUSB0",
+            "serial:///dev/ttyUSB0?speed=9": "cannot use the source serial:///dev/ttyUSB0?speed=9: "
+                                             "a serial receiver is named like serial:///dev/ttyUSB0?baud=3000000",
+            "udp://receiver:1": "cannot use the source udp://receiver:1: "
+                                "sources are files, -, tcp://HOST:PORT, listen://PORT and serial://DEVICE",
+        }.items():
+            with self.subTest(source):
+                result = self.run_track(source, status=2)
+                self.assertEqual(f"trevallo: {fault}\n".encode(), result.stderr)
+
     def test_a_lost_connection_is_made_again(self):
         program = None
         with Server() as server:
@@ -615,7 +633,7 @@ class Files(TrackTest):
         self.assertTrue(database.read_text().startswith("icao_addr,"))  # what it knows depends on how far the run came
 
     def test_only_one_output_can_have_standard_output(self):
-        result = self.run_track("--json", "-", "--sbs", "-", SAMPLE, status=1)
+        result = self.run_track("--json", "-", "--sbs", "-", SAMPLE, status=2)
         self.assertEqual(b"trevallo: only one output can go to standard output\n", result.stderr)
 
 

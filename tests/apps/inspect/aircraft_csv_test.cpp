@@ -155,11 +155,11 @@ TEST(AircraftCsv, IsWrittenSoThatTheLibraryReadsAllOfIt) {
 TEST(AircraftCsv, MergesSoThatLaterKnowledgeWins) {
     AircraftByAddress aircraft{{1, {0, "AAA"}}, {2, {1, "BBB"}}, {3, {2, ""}}, {4, {1, "DDD"}}};
     auto const conflicts = mergeAircraft(
-        aircraft, {{1, {2, "AAA"}}, {2, {1, "XXX"}}, {3, {2, "CCC"}}, {4, {1, ""}}, {5, {0, "EEE"}}});
+        aircraft, {{1, {2, "AAA"}}, {2, {1, "ZZZ"}}, {3, {2, "CCC"}}, {4, {1, ""}}, {5, {0, "EEE"}}});
     EXPECT_THAT(conflicts, ElementsAre(1, 2));
     EXPECT_EQ(aircraft,
               (AircraftByAddress{
-                  {1, {2, "AAA"}}, {2, {1, "XXX"}}, {3, {2, "CCC"}}, {4, {1, "DDD"}}, {5, {0, "EEE"}}}));
+                  {1, {2, "AAA"}}, {2, {1, "ZZZ"}}, {3, {2, "CCC"}}, {4, {1, "DDD"}}, {5, {0, "EEE"}}}));
 }
 
 TEST(AircraftCsv, IsFilteredByHowAddressAndAirlineBegin) {
