@@ -44,7 +44,7 @@ public:
 private:
     std::string time(TimeMs time) const {
         constexpr std::size_t kDateLength = 10;
-        auto const text = Report::timeToString(time);
+        auto text = Report::timeToString(time);
         if (_longTimes || text.size() != kLongTimeWidth) return text;
         auto const today = Report::timeToString(_aircraft.now).substr(0, kDateLength);
         auto const date = text.substr(0, kDateLength);

@@ -29,7 +29,7 @@ std::size_t sequenceLength(std::string_view bytes) {
     bool const isIntroduced = bytes.size() > 1 && (bytes[1] == '[' || bytes[1] == 'O');
     if (!isIntroduced) return bytes.size() > 1 ? 1 : 0; // the key itself, and others after it
     auto const isFinal = [](char byte) { return byte >= 0x40 && byte <= 0x7E; };
-    auto const end = std::find_if(bytes.begin() + 2, bytes.end(), isFinal);
+    auto const* const end = std::find_if(bytes.begin() + 2, bytes.end(), isFinal);
     return end == bytes.end() ? 0 : static_cast<std::size_t>(end - bytes.begin()) + 1;
 }
 

@@ -134,7 +134,7 @@ std::string countsText(Picture const& picture, ViewState const& state) {
 }
 
 std::string timeText(Picture const& picture) {
-    auto const time = modes::ADSBTargetReport::timeToString(picture.now);
+    auto time = modes::ADSBTargetReport::timeToString(picture.now);
     if (time.empty()) return time;
     bool const known = std::all_of(picture.sources.begin(), picture.sources.end(),
                                    [](SourceState const& source) { return source.timeKnown; });
@@ -210,7 +210,7 @@ ScreenLine aircraftLine(Aircraft const& aircraft, std::vector<Column const*> con
     for (auto const* column : columns) {
         auto style = row;
         style.dim = style.dim || (column->isPosition && fades);
-        auto const blank = line.empty() ? "" : " ";
+        auto const* const blank = line.empty() ? "" : " ";
         line.push_back({blank + cell(column->text(aircraft), *column), style});
     }
     return line;

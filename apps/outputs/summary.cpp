@@ -11,7 +11,7 @@ namespace quorvel::host {
 namespace {
 
 std::string labelled(CounterText const& counter) {
-    auto const text = std::string(counter.help);
+    auto text = std::string(counter.help);
     if (counter.label.empty()) return text;
     return text.substr(0, text.size() - 1) + ": " + std::string(counter.label) + " " +
            std::string(counter.value) + ".";

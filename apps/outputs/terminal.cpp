@@ -69,10 +69,11 @@ Terminal::Terminal(std::string const& device, bool colours) : _colours(colours) 
     _output = opened(device, O_WRONLY);
     _input = _output < 0 ? -1 : opened(device, O_RDONLY | O_NONBLOCK);
     if (_input < 0 || ::tcgetattr(_input, &_before) != 0) {
-        auto const error = systemError("use the terminal", device);
+        auto const reason = errno;
         if (_input >= 0) ::close(_input);
         if (_output >= 0) ::close(_output);
-        throw error;
+        errno = reason;
+        throw systemError("use the terminal", device);
     }
     auto const settings = keyByKey(_before);
     ::tcsetattr(_input, TCSADRAIN, &settings);
