@@ -7,32 +7,12 @@ import os
 import pathlib
 import pty
 import subprocess
-import sys
 import tempfile
 
-PROGRAM, SAMPLE = sys.argv[1:3]
+from program_support import PROGRAM, SAMPLE, expect, expect_failure, finish, run
+
 IDENTIFICATION = "8D4840D6202CC371C32CE0576098"
 EVEN, ODD = "8D40621D58C382D690C8AC2863A7", "8D40621D58C386435CC412692AD6"
-faults = 0
-
-
-def run(*arguments, stdin=b"", env=None):
-    return subprocess.run([PROGRAM, *map(str, arguments)], input=stdin, capture_output=True, timeout=60,
-                          env={**os.environ, **(env or {})})
-
-
-def expect(what, condition, result):
-    global faults
-    if not condition:
-        faults += 1
-        print(f"FAILED: {what}\n  exit {result.returncode}\n  out {result.stdout[-600:]}\n  err {result.stderr[-600:]}")
-
-
-def expect_failure(what, status, *arguments, stdin=b"", about=""):
-    result = run(*arguments, stdin=stdin)
-    lines = result.stderr.decode(errors="replace").splitlines()
-    expect(what, result.returncode == status and len(lines) == 1 and lines[0].startswith("trevallo: ")
-           and about in lines[0], result)
 
 
 def in_terminal(*arguments, env=None):
@@ -265,4 +245,4 @@ for test in (test_decode, test_convert, test_stats, test_db):
         test(pathlib.Path(name))
 test_help()
 
-sys.exit(1 if faults else 0)
+finish()

@@ -6,32 +6,13 @@ import pathlib
 import signal
 import struct
 import subprocess
-import sys
 import tempfile
 import termios
 import time
 
-PROGRAM, SAMPLE = sys.argv[1:3]
+from program_support import PROGRAM, SAMPLE, expect, expect_failure, finish, run
+
 IDENTIFICATION = "*8D4840D6202CC371C32CE0576098;\n"
-faults = 0
-
-
-def run(*arguments, stdin=b""):
-    return subprocess.run([PROGRAM, *arguments], input=stdin, capture_output=True, timeout=60)
-
-
-def expect(what, condition, result):
-    global faults
-    if not condition:
-        faults += 1
-        print(f"FAILED: {what}\n  exit {result.returncode}\n  out {result.stdout[-400:]}\n  err {result.stderr[-400:]}")
-
-
-def expect_failure(what, status, *arguments, stdin=b"", about=""):
-    result = run(*arguments, stdin=stdin)
-    lines = result.stderr.decode(errors="replace").splitlines()
-    expect(what, result.returncode == status and len(lines) == 1 and lines[0].startswith("trevallo: ")
-           and about in lines[0], result)
 
 
 def started(*arguments):
@@ -221,4 +202,4 @@ with tempfile.TemporaryDirectory() as name:
     result = run("--version")
     expect("the version", result.stdout.startswith(b"trevallo 1.0.2 ("), result)
 
-sys.exit(1 if faults else 0)
+finish()

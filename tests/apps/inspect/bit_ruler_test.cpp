@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "inspect/bit_ruler.h"
 
-#include "support/captured_log.h"
+#include "dissected.h"
 #include "support/frames.h"
 
 #include <gmock/gmock.h>
@@ -15,13 +15,6 @@ namespace {
 using namespace modes::test;
 using ::testing::HasSubstr;
 using ::testing::Not;
-
-Versions const kAllVersions{modes::MOPS_V0, modes::MOPS_V1, modes::MOPS_V2};
-
-Dissection dissected(std::string const& frame) {
-    CapturedLog const log;
-    return Dissector(kAllVersions).dissect(frame);
-}
 
 std::size_t widestLine(std::string const& text) {
     std::size_t widest = 0;

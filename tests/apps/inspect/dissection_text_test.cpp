@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "inspect/dissection_text.h"
 
+#include "dissected.h"
 #include "support/captured_log.h"
 #include "support/frames.h"
 
@@ -14,13 +15,6 @@ namespace {
 using namespace modes::test;
 using ::testing::HasSubstr;
 using ::testing::Not;
-
-Versions const kAllVersions{modes::MOPS_V0, modes::MOPS_V1, modes::MOPS_V2};
-
-Dissection dissected(std::string const& frame) {
-    CapturedLog const log;
-    return Dissector(kAllVersions).dissect(frame);
-}
 
 nlohmann::json jsonOf(std::string const& frame) {
     return nlohmann::json::parse(dissectionJson(dissected(frame)));

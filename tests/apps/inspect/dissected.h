@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "inspect/dissection.h"
+
+#include "support/captured_log.h"
+
+#include <string>
+
+namespace quorvel::host {
+
+inline Versions const kAllVersions{modes::MOPS_V0, modes::MOPS_V1, modes::MOPS_V2};
+
+/// A frame taken apart, without what the library says of it.
+inline Dissection dissected(std::string const& frame, Versions const& versions = kAllVersions) {
+    modes::test::CapturedLog const log;
+    return Dissector(versions).dissect(frame);
+}
+
+} // namespace quorvel::host
