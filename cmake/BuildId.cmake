@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Writes OUTPUT, a header with the short hash of the revision in SOURCE; "0000000" outside a git checkout.
 # Run at build time; the file is touched only when the hash changes.
 execute_process(COMMAND git -C "${SOURCE}" rev-parse --short=7 HEAD

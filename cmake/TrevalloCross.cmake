@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Toolchain file for Debian's cross compilers: TREVALLO_TARGET is the machine, as in aarch64-linux-gnu. What is built runs
 # in qemu's user mode.
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES TREVALLO_TARGET)

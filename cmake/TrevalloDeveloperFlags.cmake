@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Flags that only developers of trevallo build with: never exported, never forced on a user's build.
 add_library(trevallo_developer_flags INTERFACE)
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What `cmake --install` puts where, in three components:
 #   Runtime      the shared library
 #   Development  headers, link name or static library, CMake package, pkg-config file

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The Debian packages that CPack makes of the installed components: libtrevallo1, libtrevallo-dev and trevallo.
 # They are built in the preset `package`: in the folders of /usr, where the program needs no path to the library.
 set(debian_folder "${PROJECT_SOURCE_DIR}/packaging/debian")

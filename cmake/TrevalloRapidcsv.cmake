@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The aircraft database reads and writes its file through rapidcsv. An installed rapidcsv is used where there is one
 # (CMake package, include path or -DRAPIDCSV_INCLUDE_DIR=...), else the stand-in under compat/rapidcsv.
 add_library(trevallo_rapidcsv INTERFACE)

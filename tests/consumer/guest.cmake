@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # As a guest in another project the library brings itself alone, without program, tests and examples.
 foreach(target trevallo_program trevallo_core_tests trevallo_example_embed)
     if(TARGET ${target})

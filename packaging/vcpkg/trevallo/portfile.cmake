@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The sources are those of the checkout that this port lies in. Use it as an overlay:
 #   vcpkg install trevallo --overlay-ports=packaging/vcpkg
 # vcpkg notices a change of the port, not one of the sources: build again with --no-binarycaching after one.
