@@ -64,6 +64,7 @@ constexpr std::array<std::string_view, ADSBMessageField::UNKNOWN> kTitles{"Messa
                                                                           "Operational status subtype",
                                                                           "Version number",
                                                                           "NIC supplement A"};
+static_assert(!kTitles.back().empty(), "a field has no title");
 
 // ICAO Annex 10 Vol. IV, 3.1.2.5.2.2.1.
 constexpr std::array<std::string_view, 8> kCapabilities{"level 1 transponder",

@@ -75,7 +75,9 @@ def build(build_folder: pathlib.Path, prefix: pathlib.Path) -> None:
         # what CMake says is for whoever watches; the standard output is pip's
         subprocess.run(["cmake", *map(str, arguments)], check=True, stdout=sys.stderr)
 
-    cmake("-S", ROOT, "-B", build_folder, "-DTREVALLO_PYTHON=ON", "-DTREVALLO_APPS=OFF", "-DTREVALLO_TESTS=OFF",
+    is_new = not (build_folder / "CMakeCache.txt").exists()
+    generator = ["-G", "Ninja"] if is_new and "CMAKE_GENERATOR" not in os.environ else []
+    cmake("-S", ROOT, "-B", build_folder, *generator, "-DTREVALLO_PYTHON=ON", "-DTREVALLO_APPS=OFF", "-DTREVALLO_TESTS=OFF",
           "-DTREVALLO_PYTHON_DESTINATION=.", f"-DPython3_EXECUTABLE={sys.executable}")
     jobs = min(os.cpu_count() or 1, MOST_JOBS)
     cmake("--build", build_folder, "--target", "trevallo_python_stubs", "--parallel", jobs)

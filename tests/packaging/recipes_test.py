@@ -41,6 +41,7 @@ def check_manifests():
         for name in [manifest["name"], *features, *names(manifest["dependencies"])]:
             expect("vcpkg's names are in small letters", re.fullmatch(r"[a-z0-9]+(-[a-z0-9]+)*", name), name)
         expect("a feature is described", all(feature["description"] for feature in features.values()))
+    expect("the change log tells of the version", f"\n## {VERSION} - 20" in (ROOT / "CHANGELOG.md").read_text())
     for field in ("name", "description", "license"):
         expect("port and project say the same", port[field] == project[field], field)
     expect("port and project need the same", names(port["dependencies"]) == names(project["dependencies"]))
@@ -65,25 +66,80 @@ def run_port(work, features):
     expect("the port brings the program if asked", ("tools/trevallo/trevallo" in installed) == ("tools" in features))
 
 
-def load_conan_recipe():
-    """The recipe's class, over stand-ins for what it takes from Conan."""
-    for name in ("conan", "conan.tools", "conan.tools.build", "conan.tools.cmake", "conan.tools.files", "conan.tools.gnu"):
-        sys.modules[name] = types.ModuleType(name)
-    sys.modules["conan"].ConanFile = object
-    for module, tools in {"build": ["check_min_cppstd"], "cmake": ["CMake", "CMakeDeps", "CMakeToolchain", "cmake_layout"],
-                          "files": ["copy", "rmdir"], "gnu": ["PkgConfigDeps"]}.items():
+class Noted:
+    """Stands for whatever Conan offers: notes each call, and gives another such thing for each attribute."""
+
+    def __init__(self, calls, name):
+        self._calls, self._name = calls, name
+        self.cache_variables = {}
+
+    def __call__(self, *arguments, **options):
+        self._calls.append((self._name, arguments, options))
+        return self
+
+    def __getattr__(self, name):
+        return Noted(self._calls, f"{self._name}.{name}")
+
+
+def load_conan_recipe(file, calls):
+    """The module of a recipe, over stand-ins for what it takes from Conan."""
+    for module, tools in {"": [], ".tools": [], ".tools.build": ["can_run", "check_min_cppstd"],
+                          ".tools.cmake": ["CMake", "CMakeDeps", "CMakeToolchain", "cmake_layout"],
+                          ".tools.files": ["copy", "rmdir"], ".tools.gnu": ["PkgConfigDeps"]}.items():
+        sys.modules[f"conan{module}"] = types.ModuleType(f"conan{module}")
         for tool in tools:
-            setattr(sys.modules[f"conan.tools.{module}"], tool, None)
+            setattr(sys.modules[f"conan{module}"], tool, Noted(calls, tool))
+    sys.modules["conan"].ConanFile = object
     sys.modules["conan.tools.files"].load = lambda recipe, path: pathlib.Path(path).read_text()
-    spec = importlib.util.spec_from_file_location("conanfile", ROOT / "conanfile.py")
+    spec = importlib.util.spec_from_file_location("conanfile", file)
     module = importlib.util.module_from_spec(spec)
     sys.dont_write_bytecode = True
     spec.loader.exec_module(module)
-    return module.TrevalloConan
+    return module
+
+
+def check_conan_steps(recipe, calls):
+    """Each step runs and calls what it should, with a program and without."""
+    recipe.settings = types.SimpleNamespace(get_safe=lambda name: "20")
+    recipe.source_folder, recipe.package_folder = "/sources", "/package"
+    for program in (True, False):
+        for shared in (True, False):
+            calls.clear()
+            recipe.options = types.SimpleNamespace(with_program=program, shared=shared)
+            recipe.tool_requires = Noted(calls, "tool_requires")
+            recipe.cpp_info = Noted(calls, "cpp_info")
+            for step in ("build_requirements", "validate", "layout", "generate", "build", "package", "package_info"):
+                getattr(recipe, step)()
+            done = [name for name, *_ in calls]
+            wanted = ["tool_requires", "check_min_cppstd", "cmake_layout", "CMakeDeps.generate", "CMakeToolchain.generate",
+                      "CMake.configure", "CMake.build", "CMake.install", "copy"]
+            expect("the Conan package is built step by step", [name for name in done if name in wanted] ==
+                   wanted[:1] * (2 if program else 1) + wanted[1:], done)
+            expect("a static package says that it is", getattr(recipe.cpp_info, "defines", None) == ["TREVALLO_STATIC"]
+                   or shared, recipe.cpp_info)
+            expect("the Conan package names its library", recipe.cpp_info.libs == ["trevallo"])
+
+
+def check_conan_test():
+    """The package's own test builds the consumer that the other ways of installing are tried with."""
+    calls = []
+    folder = ROOT / "tests/consumer/conan"
+    recipe = load_conan_recipe(folder / "conanfile.py", calls).TrevalloTest()
+    recipe.tested_reference_str = "trevallo/1.0"
+    recipe.cpp = types.SimpleNamespace(build=types.SimpleNamespace(bindir="bin"))
+    recipe.requires, recipe.run = Noted(calls, "requires"), Noted(calls, "run")
+    for step in (recipe.requirements, recipe.layout, recipe.build, recipe.test):
+        step()
+    options = {name: (arguments, options) for name, arguments, options in calls}
+    expect("the Conan test asks for the package", options["requires"][0] == ("trevallo/1.0",))
+    expect("the Conan test builds a consumer",
+           (folder / options["CMake.configure"][1]["build_script_folder"] / "CMakeLists.txt").is_file())
+    expect("the Conan test runs it", options["run"][0] == ("bin/consumer",))
 
 
 def check_conan_recipe(work):
-    recipe = load_conan_recipe()()
+    calls = []
+    recipe = load_conan_recipe(ROOT / "conanfile.py", calls).TrevalloConan()
     recipe.recipe_folder = str(ROOT)
     recipe.set_version()
     expect("the Conan package has the version of the library", recipe.version == VERSION, recipe.version)
@@ -95,6 +151,8 @@ def check_conan_recipe(work):
     project = json.loads((ROOT / "vcpkg.json").read_text())
     wanted = names(project["dependencies"]) | names(project["features"]["apps"]["dependencies"])
     expect("Conan and vcpkg bring the same libraries", set(required) == wanted, required)
+
+    check_conan_steps(recipe, calls)
 
     exported = work / "exported"
     for pattern in recipe.exports_sources:
@@ -111,4 +169,5 @@ with tempfile.TemporaryDirectory() as name:
     run_port(pathlib.Path(name), [])
     run_port(pathlib.Path(name), ["tools"])
     check_conan_recipe(pathlib.Path(name))
+    check_conan_test()
 sys.exit(faults != 0)
