@@ -2,7 +2,7 @@
 import math
 import threading
 import time
-from typing import Any
+from typing import Any, Callable
 
 import numpy
 import numpy.typing
@@ -91,9 +91,30 @@ def assert_equal(frames: Frames, rows: list[Row]) -> None:
         numpy.testing.assert_array_equal(column, expected, err_msg=name)
 
 
+def quickest(call: Callable[[], object]) -> float:
+    """Seconds of the processor, of the quickest of a few."""
+    times = []
+    for _ in range(5):
+        start = time.process_time()
+        call()
+        times.append(time.process_time() - start)
+    return min(times)
+
+
 @pytest.fixture(autouse=True)
 def quiet() -> None:
     Log.setShowLevel(Log.Error)
+
+
+def test_a_whole_recording_takes_a_fraction_of_the_time_of_a_loop(sample: bytes) -> None:
+    def loop() -> None:
+        decoder, tracker = ModeSDecoder(), trevallo.ADSBTracker()
+        for record in records_of(sample):
+            message = decoder.decode(ModeSMessage.DOWNLINK, record)
+            if message is not None:
+                tracker.procModeSMsg(message)
+
+    assert 3 * quickest(lambda: trevallo.decode_stream(sample, ModeSEncapsulation.Beast)) < quickest(loop)
 
 
 def test_a_recording_is_decoded_as_it_is_step_by_step(sample: bytes) -> None:

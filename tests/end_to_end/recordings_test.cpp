@@ -268,9 +268,9 @@ TEST(HostileInput, NeverYieldsAnythingButFrames) {
     EXPECT_EQ(files, 123U);
 }
 
-// Readings that were published with the frames. Left out is what this library deliberately reads otherwise: squitter altitudes
-// (their low bits come from the last payload byte), vertical rates (from byte 4 alone), altitude replies in
-// steps of 100 ft, and airspeeds.
+// Readings that were published with the frames. Left out is what this library deliberately reads otherwise:
+// squitter altitudes (their low bits come from the last payload byte), vertical rates (from byte 4 alone),
+// altitude replies in steps of 100 ft, and airspeeds.
 
 TEST(PublishedReadings, OfSingleFramesAgree) {
     NEEDS_RECORDINGS();
