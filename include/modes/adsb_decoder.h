@@ -9,7 +9,8 @@
 
 namespace quorvel::modes {
 
-/// Makes the message object of an ADS-B payload. Keeps nothing between calls.
+/// Makes the message object of an ADS-B payload. Keeps nothing between calls. Source: type codes and formats,
+/// RTCA DO-260B, 2.2.3.2.2; versions 0 and 1, RTCA DO-260 and DO-260A.
 class TREVALLO_EXPORT ADSBDecoder {
 public:
     ADSBDecoder();

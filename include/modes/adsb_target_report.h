@@ -11,6 +11,8 @@ namespace quorvel::modes {
 
 /// What was known about one aircraft at one moment: an independent copy, made by `ADSBTarget::report()`.
 ///
+/// Source: of each item, the same as of the item of `ADSBTarget`.
+///
 /// Each item has its value, and where the target keeps them, whether it is valid, when it was last reported
 /// and when it last changed. Times are milliseconds since 1970-01-01 00:00:00 UTC; 0 means never. A new
 /// report is empty: every value zero or empty, nothing valid, version 0. Setters store what they are given;

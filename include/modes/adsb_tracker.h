@@ -41,6 +41,9 @@ class TargetIndex;
 /// nothing if either pointer is empty, and take nothing from a message of another version than the target's
 /// that only that version carries.
 ///
+/// Source: positions from pairs of frames, ICAO Doc 9871, C.2.6; versions, RTCA DO-260B, 2.2.3.2.7.2.5 and
+/// appendix N; track numbers, inference of version 0 and the check of altitudes are this library's own.
+///
 /// The tracker has no clock and no time-out: all times are those of the replies, in milliseconds since
 /// 1970-01-01 00:00:00 UTC, and the host says which targets are stale. Targets are handed out as shared
 /// pointers that the host may keep. Not locked: driven from one thread. Logs under "ADSBTracker".
