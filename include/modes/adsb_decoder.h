@@ -9,8 +9,8 @@
 
 namespace quorvel::modes {
 
-/// Makes the message object of an ADS-B payload. Keeps nothing between calls. Source: type codes and formats,
-/// RTCA DO-260B, 2.2.3.2.2; versions 0 and 1, RTCA DO-260 and DO-260A.
+/// Makes the message object of an ADS-B payload. Keeps nothing between calls. Source: type codes of the
+/// versions 0, 1 and 2, ICAO Doc 9871, A.2.3.1, B.2.3.1 and C.2.3.1.
 class TREVALLO_EXPORT ADSBDecoder {
 public:
     ADSBDecoder();

@@ -15,8 +15,8 @@ class ModeSEncapsulation;
 /// Turns raw Mode S frames into reply messages, repairs damaged extended squitters and grades how far the
 /// address of each reply can be trusted.
 ///
-/// Source: parity and what is laid over it, ICAO Annex 10 Vol. IV, 3.1.2.3.2.1.3, 3.1.2.3.2.1.4 and 3.1.2.3.3;
-/// repair and grading are this library's own.
+/// Source: parity and what is laid over it, ICAO Annex 10 Vol. IV, 3.1.2.3.2.1.3, 3.1.2.3.2.1.4
+/// and 3.1.2.3.3; repair and grading are this library's own.
 ///
 /// Only DF17 and DF18 carry address and parity in clear. Their addresses become known for ten minutes; a
 /// reply whose address is hidden in its parity is believed when it yields a known address. An all-call reply

@@ -12,8 +12,8 @@ namespace quorvel::modes {
 
 /// One frame as a receiver delivered it, and the stream encodings that frames come in.
 ///
-/// Source: the encodings are those of receivers, which no standard describes; lengths of frames, ICAO Annex 10
-/// Vol. IV, 3.1.2.3.1.
+/// Source: the encodings are those of receivers, which no standard describes; lengths of frames, ICAO Annex
+/// 10 Vol. IV, 3.1.2.3.1.
 ///
 /// The extractors cut complete frames off the front of a buffer to which the host appends what it receives.
 /// Bad input is dropped, in part with a line in the log; nothing throws.
