@@ -17,7 +17,6 @@ PROGRAM = sys.argv[1]
 
 ESCAPE = 0x1A
 FIND, AVR, PLAIN, RAW, HEX, _, DOUBLED = range(7)  # encodings of the framing target
-FIND, DOUBLED, PLAIN = range(3)      # what becomes of escape bytes there
 SINGLE_BYTES = bytes([0, 0, 0, 0])   # lengths of pieces
 UNEVEN = bytes([6, 22, 0, 99])
 WHOLE = bytes([255, 255, 255, 255])
