@@ -33,7 +33,7 @@ struct Counters {
     // tracking
     Count tracked = 0;         ///< replies given to a target
     Count targetsMade = 0;     ///< targets that appeared
-    Count targetsDropped = 0;  ///< targets dropped because they fell silent
+    Count targetsDropped = 0;  ///< targets dropped because they fell silent, or time was set back
     Count targetsMadeRoom = 0; ///< of them dropped early, because all 4,095 track numbers were in use
     Count tableFull = 0;       ///< replies lost because all 4,095 track numbers were in use
 

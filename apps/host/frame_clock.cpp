@@ -156,6 +156,7 @@ TimeMs FrameClock::stamp(Frame& frame, TimeMs arrival, Counters& counters) {
     }
     time = std::max(time, kNoDay);
     advance(time, counters);
+    time = std::min(time, _now); // what is far ahead and not believed is heard now
     frame.record->setTimeStamp(time);
     return time;
 }

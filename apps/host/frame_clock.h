@@ -48,8 +48,8 @@ public:
     /// more frames are needed to tell; not when these are all (`isWhole`) or very many.
     bool settle(Frames const& sample, TimeMs arrival, bool isWhole);
 
-    /// Puts the time of reception into the frame's record and returns it. `arrival` is the host's clock, 0
-    /// for recordings.
+    /// Puts the time of reception into the frame's record and returns it: the present of the stream at most.
+    /// `arrival` is the host's clock, 0 for recordings.
     TimeMs stamp(Frame& frame, TimeMs arrival, Counters& counters);
 
     TimeReading reading() const { return _reading; } ///< `Auto` until it is found out

@@ -14,7 +14,7 @@ using modes::ModeSMessage;
 
 constexpr unsigned kAltitudeCheckPeriod = 4;       // seconds
 constexpr unsigned kAltitudeCheckDifference = 150; // feet
-constexpr TimeMs kHalfDay = 43'200'000;
+constexpr TimeMs kAhead = 60'000;                  // clocks of merged sources may differ so much
 
 constexpr std::size_t kTrackNumbers = 4095; // from 1
 constexpr std::size_t kRoom = 64;           // targets dropped at once when all track numbers are in use
@@ -64,11 +64,14 @@ Receiver::Result Receiver::take(Frame const& frame) {
     if (!result.target) return result;
     ++_counters.tracked;
     auto& target = *result.target;
-    if (auto& isTarget = _tracked[target.trackId()].isTarget; !isTarget) {
-        isTarget = true;
+    auto& tracked = _tracked[target.trackId()];
+    if (!tracked.isTarget) {
+        tracked.isTarget = true;
         ++_targets;
         ++_counters.targetsMade;
     }
+    tracked.latest = std::max(tracked.latest, message.timeStamp());
+    _latest = std::max(_latest, tracked.latest);
     if (isSquitter(message) && target.positionLastUpdate() == message.timeStamp()) judgePosition(target);
     return result;
 }
@@ -119,12 +122,16 @@ bool Receiver::makeRoom(TimeMs now) {
     return !killed.empty();
 }
 
-// Targets stamped later than now are of the day before, or of the recording before.
 void Receiver::dropSilentTargets(TimeMs now) {
-    if (_timeout == 0) return;
-    if (_timeout < now) forget(_tracker.killTargets(now - _timeout));
-    for (auto const& target : _tracker.allTargetsSince(now + kHalfDay)) {
-        forget({_tracker.killTarget(target->trackId(), target->icaoAddr())});
+    if (_timeout != 0 && _timeout < now) forget(_tracker.killTargets(now - _timeout));
+    if (_latest > now + kAhead) dropTargetsOfTheFuture(now);
+}
+
+void Receiver::dropTargetsOfTheFuture(TimeMs now) {
+    _latest = now + kAhead;
+    for (auto const& target : _tracker.allTargets()) {
+        if (_tracked[target->trackId()].latest > now + kAhead)
+            forget({_tracker.killTarget(target->trackId(), target->icaoAddr())});
     }
 }
 

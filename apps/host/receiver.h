@@ -53,7 +53,8 @@ public:
     /// Leaves the speed of jumps alone, where times do not tell when positions were reported.
     void ignoreSpeeds() { _options.positions.checksSpeed = false; }
 
-    /// Drops the targets that have fallen silent. To be called about once a second.
+    /// Drops the targets that have fallen silent, and those that were heard after the present, before a clock
+    /// was set back: they would be young for as long as it went back. To be called about once a second.
     void dropSilentTargets(TimeMs now);
 
     /// Drops all targets, so that the database learns from them.
@@ -71,6 +72,7 @@ public:
 private:
     struct Tracked {
         bool isTarget = false;
+        TimeMs latest = 0; // that it was heard at
         PositionGate gate;
     };
 
@@ -78,6 +80,7 @@ private:
     bool isLostForLackOfRoom(modes::ModeSMessage const& message) const;
     std::shared_ptr<modes::ADSBTarget> trackWhenFull(std::shared_ptr<modes::ModeSMessage> const& message);
     bool makeRoom(TimeMs now);
+    void dropTargetsOfTheFuture(TimeMs now);
     void judgePosition(modes::ADSBTarget const& target);
     void forget(std::vector<std::shared_ptr<modes::ADSBTarget>> const& killed);
 
@@ -88,6 +91,7 @@ private:
     std::vector<Tracked> _tracked; // by track number
     std::size_t _targets = 0;
     TimeMs _timeout = 0;
+    TimeMs _latest = 0; // of all targets
     TimeMs _lastRoomMade = 0;
     Counters _counters;
 };

@@ -94,6 +94,7 @@ public:
 
     bool hadFrames() const { return _hadFrames; }
     bool isHopeless() const { return _isHopeless; } // its encoding cannot be told
+    TimeMs now() const { return _present.now(); }
 
 private:
     void read() {
@@ -146,7 +147,8 @@ private:
             _hadFrames = true;
             auto const last = frames.back().record->timeStamp();
             _common.handlers.heard(frames);
-            _common.present.heard(_input.clock().now(), last);
+            _present.heard(_input.clock().now(), last);
+            _common.present = _present;
         }
         if (auto const complaint = _input.complaint(); !complaint.empty()) _common.say(complaint);
     }
@@ -166,6 +168,7 @@ private:
     Ended _ended;
     asio::steady_timer _settling;
     StreamInput _input;
+    Present _present;
     bool _isSettling = false;
     bool _hadFrames = false;
     bool _isHopeless = false; // a stream that is none of those known
@@ -359,7 +362,12 @@ public:
         return _feeders.empty() ? "waiting for feeders"
                                 : count + (_feeders.size() == 1 ? " feeder" : " feeders");
     }
-    TimeMs now() const override { return _common.present.now(); }
+    // The latest of the feeders' clocks; when all are gone, the last that was heard goes on.
+    TimeMs now() const override {
+        TimeMs latest = 0;
+        for (auto const& feeder : _feeders) latest = std::max(latest, feeder.now());
+        return latest == 0 ? _common.present.now() : latest;
+    }
     TimeMs lastFrame() const override { return _common.present.lastFrame(); }
     Counters const& counters() const override { return _common.counters; }
 

@@ -165,6 +165,16 @@ TEST(FrameClock, IsNotTurnedByADamagedStamp) {
     }
 }
 
+TEST(FrameClock, GivesNoTimeBeyondThePresentToAFrameThatIsNotBelieved) {
+    Clock clock({TimeReading::Receiver, kMayDay});
+    clock.time(ofDay(12 * kHour));
+    EXPECT_EQ(clock.time(ofDay(16 * kHour)), kMayDay + 12 * kHour) << "a damaged stamp";
+    EXPECT_EQ(clock.time(ofDay(12 * kHour + 1)), kMayDay + 12 * kHour + 1);
+    TimeMs time = 0;
+    for (TimeMs i = 0; i < 10; ++i) time = clock.time(ofDay(16 * kHour + i));
+    EXPECT_EQ(time, kMayDay + 16 * kHour + 9) << "the stream has stayed there";
+}
+
 TEST(FrameClock, FollowsAStreamThatStaysWhereItJumped) {
     Clock clock({TimeReading::Receiver, kMayDay});
     clock.time(ofDay(12 * kHour));

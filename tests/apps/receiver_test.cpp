@@ -144,6 +144,23 @@ TEST(Receiver, DropsTargetsOfATimeThatWasLeft) {
     EXPECT_EQ(receiver.targets(), 0U);
 }
 
+TEST(Receiver, DropsTargetsThatWereHeardAfterThePresentWhateverTheTimeout) {
+    CapturedLog log;
+    Receiver receiver({}, nullptr);
+    auto const before = kNow + 3'600'000;
+    receiver.take(heard(kIdentification, before));
+    receiver.take(heard(kPosition, before));
+    receiver.take(heard(kPosition, kNow)); // whose other items are still those of before
+    receiver.take(frameOf(squitter(77), kNow));
+    receiver.take(frameOf(squitter(78), kNow + 1000)); // another source is a second ahead
+    receiver.dropSilentTargets(kNow);
+    EXPECT_EQ(receiver.counters().targetsDropped, 2U);
+    EXPECT_EQ(receiver.targets(), 2U);
+    receiver.take(heard(kPosition, kNow + 2000));
+    receiver.dropSilentTargets(kNow + 2000);
+    EXPECT_EQ(receiver.targets(), 3U) << "it is back with the times of now";
+}
+
 TEST(Receiver, DropsTheOldestSilentTargetsWhenAllTrackNumbersAreInUse) {
     CapturedLog log(modes::Log::Error);
     Receiver receiver({}, nullptr);

@@ -183,6 +183,23 @@ class Recordings(TrackTest):
             self.assertEqual(0, program.ended())
         self.assertEqual("1970-01-02T12:00:19.500Z", snapshots(program.output)[-1]["now"])
 
+    def test_a_damaged_time_stamp_makes_its_aircraft_no_younger(self):
+        gone = flight(0x3C5678, "DLH9", 5) + avr(identification(0x3C5678, "DLH9"), NOON + 4 * 3_600_000)
+        recording = self.file("a.avr", gone + flight(0x4B1234, "SWR12", 60, begin=NOON + 5_000))
+        self.assertEqual("1970-01-02T12:00:04.500Z", self.last_of(recording)[None, "3C5678"]["lastUpdate"])
+        self.assertNotIn("3C5678", self.table("--timeout", "30", recording))
+
+    def test_a_clock_that_is_set_back_leaves_no_aircraft_of_a_time_to_come(self):
+        recording = self.file("a.avr", flight(0x4B1234, "SWR12", 30) +
+                              flight(0x3C5678, "DLH9", 60, begin=NOON - 3_600_000))
+        for timeout in ((), ("--timeout", "30")):
+            table = self.table(*timeout, recording)
+            self.assertNotIn("4B1234", table)
+            self.assertIn("3C5678", table)
+        self.assertEqual(1, self.count_of("targets_dropped_total", recording))
+        back = self.file("b.avr", recording.read_bytes() + flight(0x4B1234, "SWR12", 5, begin=NOON - 3_540_000))
+        self.assertEqual(11, self.last_of(back)[None, "4B1234"]["messages"])
+
     def test_the_wrong_format_is_told(self):
         text = self.file("text", flight(0x4B1234, "SWR12", 600))
         result = self.run_track("--format", "beast", text)
