@@ -14,6 +14,7 @@ namespace {
 
 constexpr TimeMs kHour = 3'600'000;
 constexpr TimeMs kDay = 24 * kHour;
+constexpr TimeMs kBehind = 60'000;
 constexpr TimeMs kHandInterval = 10'000;
 constexpr std::size_t kMostCollected = 1024 * 1024;
 constexpr std::size_t kHourCharacters = 13; // 2024-05-01T12
@@ -39,16 +40,22 @@ Recorder::~Recorder() {
 }
 
 void Recorder::heard(HeardFrame const& heard) {
-    auto const time = heard.frame.record->timeStamp();
-    if (_rotates && (_out == nullptr || time / kHour > _hour)) { // a late frame stays in the file of now
+    auto const now = heard.frame.now;
+    if (_rotates && (_out == nullptr || !isInHour(now))) {
         close();
-        open(time / kHour);
+        open(now / kHour);
     }
-    appendEncoded(_plain, {heard.frame.record, timeOfDayStamp(time), heard.frame.signal}, Encoding::Beast);
-    if (_plain.size() > kMostCollected || time > _handed + kHandInterval || time + kHour < _handed) {
-        _handed = time;
+    auto const stamp = timeOfDayStamp(heard.frame.record->timeStamp());
+    appendEncoded(_plain, {heard.frame.record, stamp, heard.frame.signal}, Encoding::Beast);
+    if (_plain.size() > kMostCollected || now > _handed + kHandInterval || now + kHour < _handed) {
+        _handed = now;
         hand();
     }
+}
+
+// A source whose clock is a little behind the others' opens no file anew.
+bool Recorder::isInHour(TimeMs now) const {
+    return now + kBehind >= _hour * kHour && now < (_hour + 1) * kHour;
 }
 
 void Recorder::open(TimeMs hour) {

@@ -17,7 +17,7 @@ namespace quorvel::host {
 /// little is lost when the power fails.
 class Recorder : public Output {
 public:
-    /// With `rotates`, there is a file for each hour, its date and hour before the ending:
+    /// With `rotates`, there is a file for each hour of the present, its date and hour before the ending:
     /// "sky-2024-05-01T12.beast.zst". Throws HostError when the file cannot be written.
     Recorder(std::string file, bool rotates);
     ~Recorder() override;
@@ -30,6 +30,7 @@ public:
     void finish(Picture const&) override;
 
 private:
+    bool isInHour(TimeMs now) const; // of the file
     void open(TimeMs hour);
     void close();
     void hand(); // what was collected to the file

@@ -268,6 +268,19 @@ class Replay(TrackTest):
         self.run_track("--table", "none", *dated, "--record", self.folder / "a.beast.gz", original)
         self.assertEqual(self.table(*dated, original), self.table(*dated, self.folder / "a.beast.gz"))
 
+    def test_hourly_recordings_follow_the_clock_and_no_damaged_stamp(self):
+        begin = NOON + 1_800_000
+        there = flight(0x4B1234, "SWR12", 10, begin=begin)
+        damage = b"".join(avr(identification(0x4B1234, "SWR12"), begin + hours * 3_600_000) for hours in (4, -4))
+        back = flight(0x4B1234, "SWR12", 60, begin=begin - 3_600_000)
+        recording = self.file("a.avr", there + damage + there + back)
+        self.run_track("--table", "none", "--date", "2024-05-01", "--rotate", "--record", self.folder / "sky.beast",
+                       recording)
+        hours = sorted(self.folder.glob("sky-*"))
+        self.assertEqual(["sky-2024-05-01T11.beast", "sky-2024-05-01T12.beast"], [path.name for path in hours])
+        counts = [self.count_of("frames_total", path) for path in hours]
+        self.assertEqual([132 - 9, 22 + 2 + 22 + 9], counts)  # nine frames are not enough to believe that time is back
+
 
 class Sky(TrackTest):
     def test_repaired_replies_make_no_aircraft_unless_wanted(self):
