@@ -49,7 +49,8 @@ constexpr Single kTracking[] = {
     {&Counters::timeJumps, "time_jumps", "Time stamps that jumped, after which time was anchored anew."},
     {&Counters::timeBackwards, "time_backwards", "Frames whose time was before that of the frame before."},
     {&Counters::reconnections, "reconnections", "Connections to sources made again."},
-    {&Counters::outputDropped, "output_dropped", "Items that a reader of an output was too slow for."},
+    {&Counters::outputDropped, "output_dropped",
+     "Items that a reader of an output was too slow for, or not there for."},
 };
 
 constexpr std::string_view kFormats[] = {"0",  "1",  "2",  "3",  "4",  "5",  "6",  "7",  "8",  "9",  "10",

@@ -50,7 +50,7 @@ struct Counters {
 
     // sources and outputs
     Count reconnections = 0; ///< connections to sources made again
-    Count outputDropped = 0; ///< items that a reader of an output was too slow for
+    Count outputDropped = 0; ///< items that a reader of an output was too slow for, or not there for
 
     /// Adds each count of another.
     Counters& operator+=(Counters const& other);

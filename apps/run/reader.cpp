@@ -13,23 +13,22 @@ constexpr std::size_t kPieceBytes = 64 * 1024;
 
 } // namespace
 
-Reader::Reader(asio::ip::tcp::socket socket, Counters& counters)
-    : _socket(std::move(socket)), _counters(counters) {}
-
-void Reader::start(std::function<void()> gone) {
+void Reader::start(asio::ip::tcp::socket socket, std::function<void()> gone) {
+    _socket = std::move(socket);
     _gone = std::move(gone);
     std::error_code ignored;
-    _socket.set_option(asio::socket_base::keep_alive(true), ignored);
+    _socket->set_option(asio::socket_base::keep_alive(true), ignored);
     read();
+    flush();
 }
 
 // What a reader sends is thrown away; that it went away shows there.
 void Reader::read() {
-    _socket.async_read_some(asio::buffer(_ignored),
-                            [self = shared_from_this()](std::error_code const& error, std::size_t) {
-                                if (error) return self->end();
-                                self->read();
-                            });
+    _socket->async_read_some(asio::buffer(_ignored),
+                             [self = shared_from_this()](std::error_code const& error, std::size_t) {
+                                 if (error) return self->end();
+                                 self->read();
+                             });
 }
 
 void Reader::write(std::string_view item) {
@@ -44,14 +43,14 @@ void Reader::write(std::string_view item) {
 }
 
 void Reader::flush() {
-    if (_isWriting || _items.empty() || _isGone) return;
+    if (!_socket || _isWriting || _items.empty() || _isGone) return;
     _piece.clear();
     for (; !_items.empty() && _piece.size() < kPieceBytes; _items.pop_front()) {
         _piece += _items.front();
         _bytes -= _items.front().size();
     }
     _isWriting = true;
-    asio::async_write(_socket, asio::buffer(_piece),
+    asio::async_write(*_socket, asio::buffer(_piece),
                       [self = shared_from_this()](std::error_code const& error, std::size_t) {
                           self->_isWriting = false;
                           if (error) return self->end();
@@ -61,7 +60,7 @@ void Reader::flush() {
 
 void Reader::stop() {
     std::error_code ignored;
-    _socket.close(ignored);
+    if (_socket) _socket->close(ignored);
 }
 
 void Reader::end() {

@@ -10,6 +10,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,11 +23,11 @@ public:
     /// A snapshot of each aircraft of a full table has room.
     static constexpr std::size_t kMostQueuedBytes = 16 * 1024 * 1024;
 
-    /// The counters must live as long as the reader.
-    Reader(asio::ip::tcp::socket socket, Counters& counters);
+    /// Not there yet: what is written waits for it. The counters must live as long as the reader.
+    explicit Reader(Counters& counters) : _counters(counters) {}
 
-    /// Begins; `gone` is called once, when the reader went away.
-    void start(std::function<void()> gone);
+    /// Begins, when it is there; `gone` is called once, when the reader went away.
+    void start(asio::ip::tcp::socket socket, std::function<void()> gone);
 
     /// Queues an item, which reaches the reader whole or not at all.
     void write(std::string_view item);
@@ -37,12 +38,13 @@ public:
     void stop();
 
     bool isIdle() const { return _isGone || (_items.empty() && !_isWriting); }
+    std::size_t waiting() const { return _items.size(); }
 
 private:
     void read();
     void end();
 
-    asio::ip::tcp::socket _socket;
+    std::optional<asio::ip::tcp::socket> _socket;
     Counters& _counters;
     std::function<void()> _gone;
     std::deque<std::string> _items;

@@ -84,10 +84,10 @@ public:
 private:
     void take(tcp::socket socket) {
         if (_readers.size() == kMostReaders) return;
-        auto const reader = std::make_shared<Reader>(std::move(socket), _network.counters());
+        auto const reader = std::make_shared<Reader>(_network.counters());
         _readers.push_back(reader);
         _network.add(reader);
-        reader->start([this, reader = reader.get()] {
+        reader->start(std::move(socket), [this, reader = reader.get()] {
             _readers.remove_if([&](auto const& known) { return known.get() == reader; });
         });
     }
@@ -97,7 +97,8 @@ private:
     PortAcceptor _acceptor;
 };
 
-/// One reader to whom this program connects; what comes while it is not there is lost to it.
+/// One reader to whom this program connects. What comes before it is there waits for it; what comes after it
+/// went away, until it is there again, is lost to it, counted and told in the end.
 class ConnectingSink : public Sink {
 public:
     ConnectingSink(std::string const& target, NetworkOutputs& network)
@@ -106,15 +107,23 @@ public:
         , _network(network)
         , _resolver(network.context())
         , _socket(network.context())
-        , _pausing(network.context()) {
+        , _pausing(network.context())
+        , _reader(makeReader()) {
         connect();
     }
+    ~ConnectingSink() override {
+        auto const lost = _lost + (_reader ? _reader->waiting() : 0);
+        if (lost > 0) _network.say(_target + ": " + std::to_string(lost) + " items did not reach it");
+    }
+    ConnectingSink(ConnectingSink const&) = delete;
+    ConnectingSink& operator=(ConnectingSink const&) = delete;
 
     void write(std::string_view item) override {
         if (_reader) {
             _reader->write(item);
         } else {
             ++_network.counters().outputDropped;
+            ++_lost;
         }
     }
     void flush() override {
@@ -122,6 +131,12 @@ public:
     }
 
 private:
+    std::shared_ptr<Reader> makeReader() {
+        auto reader = std::make_shared<Reader>(_network.counters());
+        _network.add(reader);
+        return reader;
+    }
+
     void connect() {
         _resolver.async_resolve(
             _endpoint.host, _endpoint.port, [this](std::error_code const& error, auto const& endpoints) {
@@ -139,9 +154,8 @@ private:
         if (_isTold) _network.say(_target + ": connected");
         _isTold = false;
         _pause = kFirstPause;
-        _reader = std::make_shared<Reader>(std::move(_socket), _network.counters());
-        _network.add(_reader);
-        _reader->start([this] {
+        if (!_reader) _reader = makeReader();
+        _reader->start(std::move(_socket), [this] {
             _reader.reset();
             failed(asio::error::eof, "the connection was lost");
         });
@@ -166,7 +180,8 @@ private:
     tcp::socket _socket;
     asio::steady_timer _pausing;
     std::chrono::seconds _pause = kFirstPause;
-    std::shared_ptr<Reader> _reader;
+    std::shared_ptr<Reader> _reader; // none after it went away
+    std::size_t _lost = 0;
     bool _isTold = false;
 };
 

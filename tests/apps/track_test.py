@@ -576,6 +576,36 @@ class Readers(TrackTest):
             feeder.send(flight(0x4B1234, "SWR12", 1))
             self.feed_until(feeder, "frames", received)
 
+    def test_a_reader_to_connect_to_gets_a_whole_recording(self):
+        with Server() as server:
+            program = self.running("--table", "none", "--confidence", "none", "--avr", f"tcp://127.0.0.1:{server.port}",
+                                   SAMPLE)
+            with server.accept().makefile("rb") as reader:
+                received = reader.read()
+            self.assertEqual(0, program.ended())
+        self.assertEqual(14_662, received.count(b";\n"))
+        self.assertEqual(0, program.count("did not reach it"))
+
+    def test_what_does_not_reach_a_reader_is_told(self):
+        recording = self.file("a.avr", flight(0x4B1234, "SWR12", 10))
+        with Server() as server:
+            port = server.port
+        result = self.run_track("--table", "none", "--avr", f"tcp://127.0.0.1:{port}", recording)
+        self.assertIn(f"tcp://127.0.0.1:{port}: 22 items did not reach it\n".encode(), result.stderr)
+
+    def test_what_comes_while_a_reader_is_away_is_lost_and_counted(self):
+        with Server() as server:
+            program = self.running("--table", "none", *AT_NOON, "--prometheus", ":0", "--avr",
+                                   f"tcp://127.0.0.1:{server.port}", "listen://127.0.0.1:0")
+            http, port = program.ports(2)
+            server.accept()
+        program.said("the connection was lost")
+        self.peer(port).send(flight(0x4B1234, "SWR12", 5))
+        wait_for("the loss", lambda: counted("output_dropped_total", fetched(http)) == 11)
+        program.signal(signal.SIGTERM)
+        self.assertEqual(0, program.ended())
+        self.assertEqual(1, program.count("11 items did not reach it"))
+
     def test_counts_are_told_by_http(self):
         _, feeder, (http,) = self.fed("--prometheus", ":0")
         feeder.send(flight(0x4B1234, "SWR12", 10) + avr(damaged(identification(0x4B1234, "SWR12"), 30), NOON + 10_000))
