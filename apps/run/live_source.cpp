@@ -309,8 +309,8 @@ public:
         : _path(spec.path), _common(std::move(common)), _context(context) {}
 
     void start() override {
-        int const file =
-            _path == "-" ? ::dup(STDIN_FILENO) : ::open(_path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        int const file = _path == "-" ? ::dup(STDIN_FILENO)
+                                      : ::open(_path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
         if (file < 0) throw systemError("read", _common.name);
         _reading = std::make_unique<Reading<asio::posix::stream_descriptor>>(
             asio::posix::stream_descriptor(_context, file), _common, [this](std::error_code const&) {

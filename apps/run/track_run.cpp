@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -33,14 +34,24 @@ TimeMs hostTime() {
 
 void say(std::string const& line) { console::say("trevallo: " + line); }
 
+// Serial lines are terminals too.
+bool isTerminal(std::string const& path) {
+    if (path == "-") return ::isatty(STDIN_FILENO) != 0;
+    int const file = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (file < 0) return false;
+    bool const isOne = ::isatty(file) != 0;
+    ::close(file);
+    return isOne;
+}
+
 // Pipes and terminals give what they have when they have it; everything else that has a path is read to its
 // end.
 bool isPipe(SourceSpec const& spec) {
     struct stat status {};
     int const result = spec.path == "-" ? ::fstat(STDIN_FILENO, &status) : ::stat(spec.path.c_str(), &status);
     if (result != 0) return false;
-    bool const isTerminal = S_ISCHR(status.st_mode) && spec.path == "-" && ::isatty(STDIN_FILENO) != 0;
-    return S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode) || isTerminal;
+    return S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode) ||
+           (S_ISCHR(status.st_mode) && isTerminal(spec.path));
 }
 
 } // namespace

@@ -431,6 +431,17 @@ class Sources(TrackTest):
         self.assertEqual(0, program.ended())
         self.assertEqual(["trevallo: stopped by SIGINT after 11 frames"], program.lines)
 
+    def test_a_terminal_that_is_named_as_a_file_is_read_as_it_fills(self):
+        keys, terminal = pty.openpty()
+        self.addCleanup(os.close, keys)
+        self.addCleanup(os.close, terminal)
+        tty.setraw(terminal)
+        program = self.running("--json", "-", *AT_NOON, os.ttyname(terminal))
+        os.write(keys, flight(0x4B1234, "SWR12", 5))
+        wait_for("the aircraft", lambda: b"4B1234" in program.output)
+        program.signal(signal.SIGINT)
+        self.assertEqual(0, program.ended())
+
     def test_a_serial_receiver_that_is_not_there_is_told(self):
         program = self.running("--json", "-", "serial:///dev/no-such-receiver")
         program.said("cannot open /dev/no-such-receiver: No such file or directory; trying again until it works")
