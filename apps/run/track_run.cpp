@@ -158,10 +158,12 @@ void TrackRun::add(std::unique_ptr<Output> output) {
     _outputs.push_back(std::move(output));
 }
 
-bool TrackRun::isLive() const {
-    return _options.speed > 0 || std::any_of(_sources.begin(), _sources.end(),
-                                             [](auto const& source) { return source->live != nullptr; });
+bool TrackRun::hasLiveSource() const {
+    return std::any_of(_sources.begin(), _sources.end(),
+                       [](auto const& source) { return source->live != nullptr; });
 }
+
+bool TrackRun::isLive() const { return _options.speed > 0 || hasLiveSource(); }
 
 void TrackRun::run() {
     waitForSignals();
@@ -213,7 +215,7 @@ void TrackRun::tick() {
     _ticking.expires_after(kTick);
     _ticking.async_wait([this](std::error_code const& error) {
         if (error) return;
-        show();
+        if (hasLiveSource()) show();
         saveDatabase();
         tick();
     });
@@ -228,7 +230,7 @@ void TrackRun::readRecordings() {
         if (!isDue(frame.now)) return flush(); // and comes again when it is
         take(*recording, frame);
         ++recording->at;
-        if (auto const second = recording->now() / 1000; second != _shownSecond && !isLive()) {
+        if (auto const second = recording->now() / 1000; second != _shownSecond && !hasLiveSource()) {
             _shownSecond = second;
             show();
         }

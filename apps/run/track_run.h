@@ -34,7 +34,7 @@ struct TrackOptions {
 /// called. All on one thread and one event loop, so that no source and no output waits for another.
 ///
 /// Recordings are read in the order of their times, frame by frame: a run over recordings alone gives the
-/// same output each time.
+/// same output each time, at every speed.
 class TrackRun {
 public:
     /// Throws HostError when the database cannot be read or a recording cannot be opened.
@@ -51,6 +51,10 @@ public:
     void setTimeout(TimeMs timeout);
 
     void add(std::unique_ptr<Output> output);
+
+    /// Whether there is a source other than recordings. Without one the time of the recordings tells when
+    /// outputs are shown the moment and aircraft are dropped, at whatever speed they are played.
+    bool hasLiveSource() const;
 
     /// Whether a source comes at its own pace: it is no recording, or one that is played at a speed.
     bool isLive() const;

@@ -38,8 +38,9 @@ namespace {
 
 using modes::ModeSMessage;
 
-constexpr std::chrono::milliseconds kPace{1000}; // of outputs that show the moment
-constexpr double kLiveTimeout = 300;             // seconds
+// Of outputs that show the moment: a little less than a second, so that no second that is played is left out.
+constexpr std::chrono::milliseconds kPace{900};
+constexpr double kLiveTimeout = 300; // seconds
 
 enum class Table : std::uint8_t { Auto, Live, Final, None };
 
@@ -209,7 +210,7 @@ void track(Settings const& settings) {
     std::optional<console::ScreenInUse> screen; // until the run and its table have left it
     TrackRun run(trackOptions(settings));
     run.setTimeout(settings.timeoutSeconds ? static_cast<TimeMs>(std::ceil(*settings.timeoutSeconds * 1000))
-                   : run.isLive()          ? static_cast<TimeMs>(kLiveTimeout * 1000)
+                   : run.hasLiveSource()   ? static_cast<TimeMs>(kLiveTimeout * 1000)
                                            : 0);
     addStreams(run, settings);
     addFiles(run, settings);
@@ -218,7 +219,7 @@ void track(Settings const& settings) {
         auto table = std::make_unique<LiveTable>(std::make_unique<Terminal>());
         screen.emplace();
         keyboard.emplace(*table, run);
-        run.add(std::move(table));
+        run.add(paced(std::move(table)));
     } else if (!isOutputUsed && settings.table != Table::None) {
         run.add(std::make_unique<TextTable>(makeSink("-", run.network())));
         run.add(std::make_unique<Summary>(makeSink("-", run.network()), settings.wantsStats));
