@@ -111,7 +111,10 @@ Json entry(Aircraft const& aircraft, char set) {
     object["tisb"] = Json::array();
     object["messages"] = aircraft.messages;
     object["seen"] = seconds(aircraft.age(report.lastUpdate()));
-    if (report.signalAmplitudeValid()) object["rssi"] = decibels(report.signalAmplitude());
+    // 0 is what encodings without a signal level give, and has no logarithm
+    if (report.signalAmplitudeValid() && report.signalAmplitude() > 0) {
+        object["rssi"] = decibels(report.signalAmplitude());
+    }
     return object;
 }
 

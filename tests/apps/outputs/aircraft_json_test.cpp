@@ -58,6 +58,15 @@ TEST_F(AircraftJsonFile, LeavesOutWhatIsNotValid) {
               R"({"hex":"000abc","mlat":[],"tisb":[],"messages":1,"seen":0.0})");
 }
 
+TEST_F(AircraftJsonFile, LeavesOutTheSignalLevelThatAnEncodingDoesNotCarry) {
+    auto const unmeasured = knownAircraft();
+    unmeasured.report->setSignalAmplitude(0);
+    unmeasured.report->setSignalAmplitudeValid(true);
+    EXPECT_FALSE(aircraft({unmeasured})[0].contains("rssi"));
+    unmeasured.report->setSignalAmplitude(1);
+    EXPECT_EQ(aircraft({unmeasured})[0]["rssi"], -48.1);
+}
+
 TEST_F(AircraftJsonFile, SaysWhenItWasWrittenAndHowManyMessagesThereWere) {
     auto picture = pictureOf({});
     picture.counters.frames = 120;
