@@ -55,8 +55,8 @@ void FrameReader::readPiece(Frames& frames) {
             _input.finish(nowOfTheHost(), frames);
             complain(_source.complaint());
         }
-    } catch (UnknownEncoding const&) {
-        throw UnknownEncoding(_source.name());
+    } catch (UnknownEncoding const& unknown) {
+        throw UnknownEncoding(_source.name(), unknown.looksLike());
     }
     complain(_input.complaint());
     _progress.advance(_source.done(), _counters.frames);

@@ -18,26 +18,22 @@ public:
     static constexpr std::size_t kNotableAtFirst = 4 * 1024; ///< bytes, when there was never a frame before
     static constexpr std::size_t kNotableAtEnd = 4 * 1024;   ///< bytes, when nothing comes any more
 
+    static constexpr std::size_t kMoreThanAFrame = 64; ///< bytes, when there was none at all
+
     /// Takes note of bytes that were read and whether they gave a frame. True when the span has just become
     /// notable.
-    bool take(std::string_view bytes, bool gaveFrames) {
-        if (gaveFrames) {
-            _hadFrames = true;
-            _bytes = 0;
-            _isTold = false;
-            return false;
-        }
-        _bytes += bytes.size();
-        if (!bytes.empty()) _last = bytes;
-        return tell(_hadFrames ? kNotable : kNotableAtFirst);
-    }
+    bool take(std::string_view bytes, bool gaveFrames);
+
+    /// True when bytes of which nothing has come for a while, be they few, look like something else than
+    /// expected: for streams on which little happens.
+    bool settle(std::optional<Encoding> expected);
+
+    /// True at the end of a stream whose last bytes were notably many without a frame, or look like something
+    /// else than expected, and were not told of before.
+    bool finish(std::optional<Encoding> expected);
 
     /// What to say of it: "no frames in the last 65536 bytes: this looks like AVR text; expected Beast".
     std::string text(std::optional<Encoding> expected) const;
-
-    /// True at the end of a stream whose last bytes were notably many without a frame, and not told of
-    /// before.
-    bool finish() { return tell(kNotableAtEnd); }
 
     std::size_t bytes() const { return _bytes; }
 
@@ -49,7 +45,7 @@ private:
     }
 
     std::size_t _bytes = 0;
-    std::string _last; // the last bytes of it that came
+    std::string _begin; // of it, as much as is looked at
     bool _hadFrames = false;
     bool _isTold = false;
 };

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "host/framer.h"
 
-#include "host/host_error.h"
 #include "host/stream_encoding.h"
 
 #include <algorithm>
@@ -56,19 +55,24 @@ void Framer::findOut() {
     }
     if (_encoding || _waiting.size() < kSampleBytes) return;
     _encoding = findEncoding(std::string_view(_waiting).substr(0, kSampleBytes));
-    if (!_encoding) throw UnknownEncoding();
+    if (!_encoding) throw unknownEncoding();
 }
 
 void Framer::settle(Frames& frames) {
     if (_encoding || _waiting.empty()) return;
     _encoding = findEncoding(_waiting);
+    if (!_encoding && !findOtherContent(_waiting).empty()) throw unknownEncoding();
     if (_encoding) cut(frames);
+}
+
+UnknownEncoding Framer::unknownEncoding() const {
+    return UnknownEncoding("the stream", std::string(findOtherContent(_waiting)));
 }
 
 void Framer::finish(Frames& frames) {
     if (_waiting.empty() && !_encoding) return;
     settle(frames);
-    if (!_encoding) throw UnknownEncoding();
+    if (!_encoding) throw unknownEncoding();
     if (isText(*_encoding)) {
         if (!_skippingLine && !_waiting.empty()) cutLines(_waiting.size(), frames);
     } else if (*_encoding == Encoding::Raw) {

@@ -5,6 +5,7 @@
 #include "host/counters.h"
 #include "host/encoding.h"
 #include "host/frame.h"
+#include "host/host_error.h"
 
 #include <cstddef>
 #include <optional>
@@ -28,7 +29,7 @@ public:
     void feed(std::string_view bytes, Frames& frames);
 
     /// Finds out the encoding from what has come so far, for streams that come slowly. What it is must still
-    /// be found out when that is not possible yet.
+    /// be found out when that is not possible yet. Throws UnknownEncoding when it is certainly none.
     void settle(Frames& frames);
 
     /// Appends what is left at the end of the stream. Throws as above.
@@ -42,6 +43,7 @@ public:
 
 private:
     void findOut();
+    UnknownEncoding unknownEncoding() const;
     void cut(Frames& frames);
     void cutLines(std::size_t end, Frames& frames);
     void cutLine(std::string_view line, Frames& frames);

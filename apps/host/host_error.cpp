@@ -3,16 +3,25 @@
 
 #include <cerrno>
 #include <system_error>
+#include <utility>
 
 namespace quorvel::host {
 
-UnknownEncoding::UnknownEncoding() : UnknownEncoding("the stream") {}
+namespace {
 
-UnknownEncoding::UnknownEncoding(std::string const& name)
-    : HostError("cannot tell the format of " + name +
-                ": it begins like no AVR text, Beast stream, raw binary or hexadecimal lines (name it with "
-                "--format "
-                "if it is one)") {}
+std::string explanationOf(std::string const& looksLike) {
+    if (!looksLike.empty())
+        return "this looks like " + looksLike +
+               "; expected AVR text, a Beast stream, raw binary or hexadecimal lines";
+    return "it begins like no AVR text, Beast stream, raw binary or hexadecimal lines (name it with --format "
+           "if it is one)";
+}
+
+} // namespace
+
+UnknownEncoding::UnknownEncoding(std::string const& name, std::string looksLike)
+    : HostError("cannot tell the format of " + name + ": " + explanationOf(looksLike))
+    , _looksLike(std::move(looksLike)) {}
 
 HostError systemError(std::string const& what, std::string const& name) {
     auto const code = errno;

@@ -33,10 +33,13 @@ public:
 /// A stream whose encoding cannot be told.
 class UnknownEncoding : public HostError {
 public:
-    UnknownEncoding();
+    /// Of a stream of this name, which looks like this; empty when that cannot be told either.
+    explicit UnknownEncoding(std::string const& name, std::string looksLike = {});
 
-    /// The same, about a stream of this name.
-    explicit UnknownEncoding(std::string const& name);
+    std::string const& looksLike() const { return _looksLike; }
+
+private:
+    std::string _looksLike;
 };
 
 /// "cannot WHAT NAME: reason", with the reason of `errno`.

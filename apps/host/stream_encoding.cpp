@@ -7,6 +7,7 @@
 #include "host/frame.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 
 namespace quorvel::host {
@@ -26,6 +27,38 @@ bool isAvrLine(std::string_view line) {
 
 bool isHexLine(std::string_view line) {
     return (line.size() == 2 * kShortFrameBytes || line.size() == 2 * kLongFrameBytes) && isHex(line);
+}
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+struct OtherContent {
+    std::string_view begin;
+    std::string_view next; // one of these after it, behind blanks; anything when empty
+    std::string_view name;
+};
+
+constexpr OtherContent kOtherContents[] = {
+    {"HTTP/", "", "a web page"},      {"<!", "", "a web page"}, {"<html", "", "a web page"},
+    {"MSG,", "", "BaseStation text"}, {"{", "\"}", "JSON"},     {"[", "{[\"]", "JSON"},
+};
+
+std::string_view withoutBlanks(std::string_view text) {
+    return text.substr(std::min(text.find_first_not_of(kBlanks), text.size()));
+}
+
+bool beginsWith(std::string_view sample, OtherContent const& content) {
+    if (!sample.starts_with(content.begin)) return false;
+    auto const rest = withoutBlanks(sample.substr(content.begin.size()));
+    return content.next.empty() ||
+           (!rest.empty() && content.next.find(rest.front()) != std::string_view::npos);
+}
+
+// Raw binary may begin with any of the characters, but hardly goes on without control characters.
+bool isText(std::string_view sample) {
+    return std::ranges::none_of(sample, [](char character) {
+        return static_cast<unsigned char>(character) < ' ' &&
+               kBlanks.find(character) == std::string_view::npos;
+    });
 }
 
 // Lines of a sample, and how many of them are of which kind.
@@ -104,6 +137,13 @@ std::optional<Encoding> findEncodingForSure(std::string_view sample) {
     if (lines.avr >= kSureLines && 2 * lines.avr >= lines.all) return Encoding::Avr;
     if (lines.hex >= kSureLines && 2 * lines.hex >= lines.all) return Encoding::Hex;
     return {};
+}
+
+std::string_view findOtherContent(std::string_view sample) {
+    if (!isText(sample)) return {};
+    auto const* const content = std::ranges::find_if(
+        kOtherContents, [text = withoutBlanks(sample)](auto const& each) { return beginsWith(text, each); });
+    return content == std::end(kOtherContents) ? std::string_view() : content->name;
 }
 
 } // namespace quorvel::host

@@ -20,4 +20,8 @@ std::optional<Encoding> findEncoding(std::string_view sample);
 /// The same, when a longer beginning could not change the answer: for streams that come slowly.
 std::optional<Encoding> findEncodingForSure(std::string_view sample);
 
+/// What else a stream is that begins like this, as other ports of receivers and web servers send it: "a web
+/// page", "BaseStation text", "JSON". Empty when it is none of them.
+std::string_view findOtherContent(std::string_view sample);
+
 } // namespace quorvel::host

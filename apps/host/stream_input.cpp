@@ -19,14 +19,15 @@ void StreamInput::feed(std::string_view bytes, TimeMs arrival, Frames& frames) {
 
 void StreamInput::settle(TimeMs arrival, Frames& frames) {
     _framer.settle(_held);
-    if (_framer.encoding()) handOver(arrival, true, frames);
+    if (!_held.empty()) handOver(arrival, true, frames);
+    if (_frameless.settle(_framer.encoding())) _complaint = _frameless.text(_framer.encoding());
 }
 
 void StreamInput::finish(TimeMs arrival, Frames& frames) {
     auto const before = _held.size();
     _framer.finish(_held);
     _frameless.take({}, _held.size() > before);
-    if (_frameless.finish()) _complaint = _frameless.text(_framer.encoding());
+    if (_frameless.finish(_framer.encoding())) _complaint = _frameless.text(_framer.encoding());
     handOver(arrival, true, frames);
 }
 

@@ -29,7 +29,8 @@ public:
     /// their time stamps count. `arrival` is the host's clock. Throws UnknownEncoding.
     void feed(std::string_view bytes, TimeMs arrival, Frames& frames);
 
-    /// Makes the best of what has come so far, for live streams on which little happens.
+    /// Makes the best of what has come so far, for live streams on which little happens. Throws
+    /// UnknownEncoding.
     void settle(TimeMs arrival, Frames& frames);
 
     /// Appends what is left at the end of the stream. Throws UnknownEncoding.
@@ -39,8 +40,8 @@ public:
     /// Empty when there is nothing.
     std::string complaint();
 
-    /// Whether frames are held back until more has come.
-    bool isHoldingBack() const { return _framer.heldBack() > 0 || !_held.empty(); }
+    /// Whether frames are held back until more has come, or nothing has come of the last bytes.
+    bool isUnsettled() const { return _framer.heldBack() > 0 || !_held.empty() || _frameless.bytes() > 0; }
 
     std::optional<Encoding> encoding() const { return _framer.encoding(); } ///< once it is known
     FrameClock const& clock() const { return _clock; }

@@ -93,8 +93,11 @@ public:
     }
 
     bool hadFrames() const { return _hadFrames; }
-    bool isHopeless() const { return _isHopeless; } // its encoding cannot be told
     TimeMs now() const { return _present.now(); }
+    /// Why it is not read on, when its encoding cannot be told.
+    std::optional<UnknownEncoding> unknownEncoding(std::string const& name) const {
+        return _isHopeless ? std::optional<UnknownEncoding>(std::in_place, name, _looksLike) : std::nullopt;
+    }
 
 private:
     void read() {
@@ -126,13 +129,14 @@ private:
     }
 
     void settleLater() {
-        if (!_input.isHoldingBack() || _isSettling) return;
+        if (!_input.isUnsettled() || _isSettling) return;
         _isSettling = true;
         _settling.expires_after(kSettleAfter);
         _settling.async_wait([this](std::error_code const& error) {
             _isSettling = false;
             if (error) return;
             take([&](Frames& frames) { _input.settle(_common.handlers.hostTime(), frames); });
+            if (_isHopeless) stop();
         });
     }
 
@@ -140,8 +144,9 @@ private:
         Frames frames;
         try {
             step(frames);
-        } catch (UnknownEncoding const&) {
+        } catch (UnknownEncoding const& unknown) {
             _isHopeless = true;
+            _looksLike = unknown.looksLike();
         }
         if (!frames.empty()) {
             _hadFrames = true;
@@ -172,6 +177,7 @@ private:
     bool _isSettling = false;
     bool _hadFrames = false;
     bool _isHopeless = false; // a stream that is none of those known
+    std::string _looksLike;   // then
     bool _hasBegun = false;
     bool _isDamaged = false;
     std::unique_ptr<Decompressor> _decompressor;
@@ -234,11 +240,11 @@ private:
         if (_reading->hadFrames()) _pause = kFirstPause;
         std::shared_ptr<Reading<Stream>> const reading = std::move(_reading); // it calls this function
         asio::post(_context, [reading] {});
-        failed(lossOf(error, reading->isHopeless()));
+        auto const unknown = reading->unknownEncoding("what it sends");
+        failed(unknown ? unknown->what() : lossOf(error));
     }
 
-    static std::string lossOf(std::error_code const& error, bool isHopeless) {
-        if (isHopeless) return UnknownEncoding("what it sends").what();
+    static std::string lossOf(std::error_code const& error) {
         if (error == asio::error::eof) return "the connection was closed";
         return "the connection was lost: " + error.message();
     }
@@ -316,8 +322,8 @@ public:
             asio::posix::stream_descriptor(_context, file), _common, [this](std::error_code const&) {
                 _state = "ended";
                 _common.present.end();
-                if (_reading->isHopeless()) {
-                    _common.handlers.failed(std::make_exception_ptr(UnknownEncoding(_common.name)));
+                if (auto const unknown = _reading->unknownEncoding(_common.name)) {
+                    _common.handlers.failed(std::make_exception_ptr(*unknown));
                 } else {
                     _common.handlers.ended();
                 }
@@ -387,7 +393,8 @@ private:
         _common.say("feeder " + peer + " connected");
         auto const place = _feeders.emplace(_feeders.end(), std::move(socket), _common, nullptr);
         place->setEnded([this, place, peer](std::error_code const&) {
-            if (place->isHopeless()) _common.handlers.said(UnknownEncoding("feeder " + peer).what());
+            if (auto const unknown = place->unknownEncoding("feeder " + peer))
+                _common.handlers.said(unknown->what());
             _common.say("feeder " + peer + " went away");
             asio::post(_context, [this, place] { _feeders.erase(place); });
         });

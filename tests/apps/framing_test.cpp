@@ -312,6 +312,18 @@ TEST(Framer, SaysSoWhenItCannotTellTheEncoding) {
     EXPECT_THROW(framesOf("hello world\n"), UnknownEncoding);
     EXPECT_THROW(framesInPieces(std::string(kSampleBytes, 'x'), kSampleBytes), UnknownEncoding);
     EXPECT_TRUE(framesOf("").empty()) << "nothing is no fault";
+    Counters counters;
+    Framer slow({}, counters);
+    Frames frames;
+    slow.feed("MSG,8,1,1", frames);
+    try {
+        slow.settle(frames);
+        FAIL() << "more of it would be waited for";
+    } catch (UnknownEncoding const& unknown) {
+        EXPECT_STREQ(unknown.what(),
+                     "cannot tell the format of the stream: this looks like BaseStation text; expected AVR "
+                     "text, a Beast stream, raw binary or hexadecimal lines");
+    }
 }
 
 // A receiver far from all traffic sends a frame now and then.
@@ -374,7 +386,7 @@ TEST(FramelessSpan, IsToldOfOnceWhenItIsLong) {
     EXPECT_TRUE(span.take("x", false));
     EXPECT_FALSE(span.take(std::string(FramelessSpan::kNotable, 'x'), false));
     EXPECT_EQ(span.bytes(), 2 * FramelessSpan::kNotable);
-    EXPECT_FALSE(span.finish());
+    EXPECT_FALSE(span.finish({}));
 }
 
 TEST(FramelessSpan, EndsWithAFrame) {
@@ -390,15 +402,56 @@ TEST(FramelessSpan, IsToldOfEarlierAtTheEnd) {
     FramelessSpan span;
     span.take("*5D4CA2D46B609F;", true);
     EXPECT_FALSE(span.take(std::string(FramelessSpan::kNotableAtEnd - 1, 'x'), false));
-    EXPECT_FALSE(span.finish());
+    EXPECT_FALSE(span.finish(Encoding::Avr));
     EXPECT_FALSE(span.take("x", false));
-    EXPECT_TRUE(span.finish());
+    EXPECT_TRUE(span.finish(Encoding::Avr));
 }
 
 TEST(FramelessSpan, IsToldOfEarlierWhenThereWasNeverAFrame) {
     FramelessSpan span;
     EXPECT_FALSE(span.take(std::string(FramelessSpan::kNotableAtFirst - 1, 'x'), false));
     EXPECT_TRUE(span.take("x", false));
+    FramelessSpan shortOne;
+    shortOne.take(std::string(FramelessSpan::kMoreThanAFrame - 1, 'x'), false);
+    EXPECT_FALSE(shortOne.finish(Encoding::Avr)) << "it may be a part of a frame";
+    shortOne.take("x", false);
+    EXPECT_FALSE(shortOne.settle(Encoding::Avr)) << "more may come";
+    EXPECT_TRUE(shortOne.finish(Encoding::Avr));
+}
+
+TEST(FramelessSpan, IsToldOfAsSoonAsItLooksLikeSomethingElse) {
+    FramelessSpan slow;
+    for (char const character : std::string("*5D4CA2D46B609F")) {
+        slow.take({&character, 1}, false);
+        EXPECT_FALSE(slow.settle(Encoding::Beast));
+    }
+    slow.take(";", false);
+    EXPECT_FALSE(slow.settle(Encoding::Avr)) << "it is what it should be";
+    EXPECT_TRUE(slow.settle(Encoding::Beast));
+    EXPECT_FALSE(slow.settle(Encoding::Beast)) << "it was told";
+    EXPECT_FALSE(slow.finish(Encoding::Beast));
+    FramelessSpan changed;
+    changed.take("...", true);
+    changed.take("*5D4CA2D46B609F;", false);
+    EXPECT_TRUE(changed.finish(Encoding::Beast));
+}
+
+TEST(FramelessSpan, NamesWhatHasNoFrames) {
+    FramelessSpan span;
+    span.take("HTTP/1.1 200 OK\r\n", false);
+    EXPECT_EQ(span.text(Encoding::Beast),
+              "no frames in the last 17 bytes: this looks like a web page; expected Beast");
+}
+
+TEST(OtherContent, IsToldByItsBeginning) {
+    EXPECT_EQ(findOtherContent("HTTP/1.1 404 Not Found\r\n"), "a web page");
+    EXPECT_EQ(findOtherContent("<!DOCTYPE html>"), "a web page");
+    EXPECT_EQ(findOtherContent("\n<html lang=\"en\">"), "a web page");
+    EXPECT_EQ(findOtherContent("MSG,8,1,1,4840D6,1,"), "BaseStation text");
+    EXPECT_EQ(findOtherContent("{\"now\":0}"), "JSON");
+    EXPECT_EQ(findOtherContent("[\n  {}]"), "JSON");
+    for (std::string const other : {"", " ", "hello", "{", "[x", "*5D4CA2D46B609F;", "[\"\x01\xA2\xD4"})
+        EXPECT_EQ(findOtherContent(other), "") << other;
 }
 
 TEST(FramelessSpan, SaysWhatTheStreamLooksLike) {
@@ -407,6 +460,7 @@ TEST(FramelessSpan, SaysWhatTheStreamLooksLike) {
     EXPECT_EQ(span.text(Encoding::Beast),
               "no frames in the last 17 bytes: this looks like AVR text; expected Beast");
     EXPECT_EQ(span.text(Encoding::Avr), "no frames in the last 17 bytes");
+    span.take("...", true);
     span.take("noise", false);
-    EXPECT_EQ(span.text(Encoding::Beast), "no frames in the last 22 bytes");
+    EXPECT_EQ(span.text(Encoding::Beast), "no frames in the last 5 bytes");
 }

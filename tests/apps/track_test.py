@@ -424,6 +424,36 @@ class Sources(TrackTest):
             server.accept().sendall(flight(0x4B1234, "SWR12", 600))
             program.said("this looks like AVR text; expected Beast")
 
+    def test_the_wrong_format_of_few_bytes_is_told(self):
+        few = flight(0x4B1234, "SWR12", 4)
+        with Server() as server:
+            program = self.running("--json", "-", "--format", "beast", f"tcp://127.0.0.1:{server.port}")
+            connection = server.accept()
+            connection.sendall(few[:few.index(b"\n")])
+            program.said("no frames in the last 42 bytes: this looks like AVR text; expected Beast")
+            connection.close()
+            server.accept().sendall(few)
+            server.connection.close()
+            program.said(f"no frames in the last {len(few)} bytes: this looks like AVR text; expected Beast")
+        program.signal(signal.SIGTERM)
+        self.assertEqual(0, program.ended())
+
+    def test_what_sends_no_frames_is_named(self):
+        expected = "; expected AVR text, a Beast stream, raw binary or hexadecimal lines"
+        for sent, name in ((b"HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n\r\n<html>", "a web page"),
+                           (b"MSG,8,1,1,4B1234,1,2024/05/01,12:00:00.000,", "BaseStation text"),
+                           (b'{"now":1714564800.0,"aircraft":[]}', "JSON")):
+            with self.subTest(name), Server() as server:
+                program = self.running("--json", "-", f"tcp://127.0.0.1:{server.port}")
+                connection = server.accept()
+                connection.sendall(sent)
+                program.said(f"cannot tell the format of what it sends: this looks like {name}{expected}")
+                program.signal(signal.SIGTERM)
+                self.assertEqual(0, program.ended())
+                result = self.run_track("-", input=sent, status=1)
+                self.assertEqual(f"trevallo: cannot tell the format of standard input: this looks like {name}{expected}\n",
+                                 result.stderr.decode())
+
     def test_a_serial_receiver_is_read(self):
         receiver, line = pty.openpty()
         self.addCleanup(os.close, receiver)
