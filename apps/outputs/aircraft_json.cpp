@@ -136,12 +136,7 @@ std::string receiverText(std::optional<Place> const& location) {
 
 } // namespace
 
-AircraftJson::AircraftJson(std::string file, std::optional<Place> const& location) : _file(std::move(file)) {
-    auto const beside = std::filesystem::path(_file).replace_filename("receiver.json");
-    writeWhole(beside.string(), receiverText(location));
-}
-
-void AircraftJson::heard(HeardFrame const& heard) {
+void AircraftDocument::heard(HeardFrame const& heard) {
     auto const* squitter = dynamic_cast<modes::DF17Message const*>(heard.message);
     if (squitter == nullptr || squitter->confidence() != modes::ModeSMessage::HIGH) return;
     auto const& payload = squitter->constFieldME().data();
@@ -151,7 +146,7 @@ void AircraftJson::heard(HeardFrame const& heard) {
     if (set != 0) _categorySets[squitter->icaoAddress()] = set;
 }
 
-std::string AircraftJson::text(Picture const& picture) const {
+std::string AircraftDocument::text(Picture const& picture) const {
     Json json;
     json["now"] = seconds(picture.now);
     json["messages"] = picture.counters.frames - picture.counters.undecoded;
@@ -164,18 +159,24 @@ std::string AircraftJson::text(Picture const& picture) const {
     return dumped(json);
 }
 
-void AircraftJson::picture(Picture const& picture) {
-    writeWhole(_file, text(picture));
-    forgetAllBut(newestByAddress(picture));
-}
-
-void AircraftJson::forgetAllBut(std::vector<Aircraft const*> const& aircraft) {
+void AircraftDocument::forgetAllBut(Picture const& picture) {
+    auto const aircraft = newestByAddress(picture);
     std::erase_if(_categorySets, [&](auto const& entry) {
         auto const at = std::lower_bound(
             aircraft.begin(), aircraft.end(), entry.first,
             [](Aircraft const* a, unsigned int address) { return a->report->icaoAddress() < address; });
         return at == aircraft.end() || (*at)->report->icaoAddress() != entry.first;
     });
+}
+
+AircraftJson::AircraftJson(std::string file, std::optional<Place> const& location) : _file(std::move(file)) {
+    auto const beside = std::filesystem::path(_file).replace_filename("receiver.json");
+    writeWhole(beside.string(), receiverText(location));
+}
+
+void AircraftJson::picture(Picture const& picture) {
+    writeWhole(_file, text(picture));
+    forgetAllBut(picture);
 }
 
 } // namespace quorvel::host

@@ -50,4 +50,11 @@ StatsJson::StatsJson(std::string file) : _file(std::move(file)) {}
 
 void StatsJson::picture(Picture const& picture) { writeWhole(_file, statsJson(picture)); }
 
+StatsLines::StatsLines(std::unique_ptr<Sink> sink) : _sink(std::move(sink)) {}
+
+void StatsLines::picture(Picture const& picture) {
+    _sink->write(statsJson(picture));
+    _sink->flush();
+}
+
 } // namespace quorvel::host

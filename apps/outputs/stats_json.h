@@ -3,6 +3,7 @@
 
 #include "host/output.h"
 
+#include <memory>
 #include <string>
 
 namespace quorvel::host {
@@ -17,6 +18,17 @@ public:
 
 private:
     std::string _file;
+};
+
+/// The same, a line for each picture.
+class StatsLines : public Output {
+public:
+    explicit StatsLines(std::unique_ptr<Sink> sink);
+
+    void picture(Picture const& picture) override;
+
+private:
+    std::unique_ptr<Sink> _sink;
 };
 
 /// The object, in one line. Counts have the names that they have for Prometheus; those of a group are an

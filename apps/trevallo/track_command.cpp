@@ -16,12 +16,14 @@
 #include "outputs/stats_json.h"
 #include "outputs/summary.h"
 #include "outputs/text_table.h"
+#include "run/aircraft_json_port.h"
 #include "run/keyboard.h"
 #include "run/prometheus_port.h"
 #include "run/recorder.h"
 #include "run/track_run.h"
 #include "trevallo/log_option.h"
 #include "trevallo/place_option.h"
+#include "trevallo/target_option.h"
 
 #include <CLI/CLI.hpp>
 
@@ -155,7 +157,7 @@ TrackOptions trackOptions(Settings const& settings) {
 bool usesStandardOutput(Settings const& settings) {
     std::size_t users = 0;
     for (auto const* targets :
-         {&settings.json, &settings.sbs, &settings.beast, &settings.avr, &settings.prometheus})
+         {&settings.json, &settings.sbs, &settings.beast, &settings.avr, &settings.statsJson})
         users += static_cast<std::size_t>(std::count(targets->begin(), targets->end(), "-"));
     if (users > 1) throw UsageError("only one output can go to standard output");
     return users == 1;
@@ -181,10 +183,21 @@ void addStreams(TrackRun& run, Settings const& settings) {
 }
 
 void addFiles(TrackRun& run, Settings const& settings) {
-    for (auto const& file : settings.aircraftJson)
-        run.add(paced(std::make_unique<AircraftJson>(file, parsePlace(settings.location))));
+    for (auto const& target : settings.aircraftJson) {
+        if (isPort(target)) {
+            run.add(paced(std::make_unique<AircraftJsonPort>(target, run)));
+        } else {
+            run.add(paced(std::make_unique<AircraftJson>(target, parsePlace(settings.location))));
+        }
+    }
     for (auto const& folder : settings.pages) run.add(paced(std::make_unique<ReportPages>(folder)));
-    for (auto const& file : settings.statsJson) run.add(paced(std::make_unique<StatsJson>(file)));
+    for (auto const& target : settings.statsJson) {
+        if (target == "-") {
+            run.add(std::make_unique<StatsLines>(makeSink(target, run.network())));
+        } else {
+            run.add(paced(std::make_unique<StatsJson>(target)));
+        }
+    }
     for (auto const& target : settings.prometheus) {
         if (isPort(target)) {
             run.add(std::make_unique<PrometheusPort>(target, run, hostTime));
@@ -304,6 +317,7 @@ void addTrackingOptions(CLI::App& command, Settings& settings) {
                     "Aircraft database (CSV): what is known of aircraft from earlier runs; saved every ten "
                     "minutes and at "
                     "the end")
+        ->check(checkedFile)
         ->type_name("FILE");
 }
 
@@ -314,8 +328,9 @@ void addOutputOptions(CLI::App& command, Settings& settings) {
     addEach(command, "--json", settings.json, "A line of JSON for each aircraft that changed")
         ->type_name(target);
     addEach(command, "--aircraft-json", settings.aircraftJson,
-            "The file aircraft.json of web maps, each second")
-        ->type_name("FILE");
+            "The file aircraft.json of web maps, each second; by HTTP on a port")
+        ->check(checkedFileOrPort)
+        ->type_name("FILE|:PORT");
     addEach(command, "--sbs", settings.sbs, "BaseStation text lines")->type_name(target);
     addEach(command, "--beast", settings.beast, "The frames, as Beast with doubled escapes")
         ->type_name(target);
@@ -324,20 +339,26 @@ void addOutputOptions(CLI::App& command, Settings& settings) {
         command, "--confidence", settings.confidence, kConfidences, "none|low|medium|high",
         "The least confidence in the address of frames for --beast and --avr; none passes damaged ones too");
     addEach(command, "--html", settings.pages, "A report page for each aircraft and an index of them")
+        ->check(checkedFolder)
         ->type_name("DIR");
-    addEach(command, "--prometheus", settings.prometheus, "All counts, in Prometheus' text format")
+    addEach(command, "--prometheus", settings.prometheus,
+            "All counts, in Prometheus' text format; by HTTP on a port")
+        ->check(checkedFileOrPort)
         ->type_name("FILE|:PORT");
     command
         .add_option(
             "--record", settings.recording,
             "Record the frames as received, with their times, to be played back; compressed by the name")
+        ->check(checkedFile)
         ->type_name("FILE.zst");
     command.add_flag("--rotate", settings.rotates,
                      "A new recording each hour, its date and hour in the name");
     command.add_flag("--stats", settings.wantsStats, "All counts at the end");
     addEach(command, "--stats-json", settings.statsJson,
-            "All counts, of the run and of each source, as JSON, each second")
-        ->type_name("FILE");
+            "All counts, of the run and of each source, as JSON, each second; a line each time on - "
+            "(standard output)")
+        ->check(checkedFileOrStandardOutput)
+        ->type_name("FILE|-");
     addLogOption(command, settings.log);
     command
         .add_option("--log-file", settings.logFile,

@@ -665,6 +665,18 @@ class Readers(TrackTest):
         self.assertEqual(405, refused.exception.code)
         refused.exception.close()
 
+    def test_the_document_of_a_map_is_told_by_http(self):
+        _, feeder, (http,) = self.fed("--aircraft-json", ":0")
+        feeder.send(flight(0x4B1234, "SWR12", 10))
+
+        def document():
+            with urllib.request.urlopen(f"http://127.0.0.1:{http}/data/aircraft.json", timeout=PATIENCE) as answer:
+                self.assertEqual("application/json", answer.headers["Content-Type"])
+                return json.loads(answer.read())
+        aircraft = wait_for("the aircraft", lambda: (read := document())["messages"] == 22 and read["aircraft"])[0]
+        self.assertEqual(("4b1234", "SWR12", "A3", 22), tuple(aircraft[key] for key in
+                                                              ("hex", "flight", "category", "messages")))
+
     def test_a_port_in_use_is_told(self):
         with socket.create_server(("127.0.0.1", 0)) as other:
             port = other.getsockname()[1]
@@ -737,6 +749,28 @@ class Files(TrackTest):
         self.assertEqual(1, len(snapshots(result.stdout)))
         self.assertLessEqual(result.stderr.count(b"\n"), 1)
         self.assertTrue(database.read_text().startswith("icao_addr,"))  # what it knows depends on how far the run came
+
+    def test_counts_are_lines_on_standard_output(self):
+        recording = self.file("a.avr", flight(0x4B1234, "SWR12", 10))
+        counts = [json.loads(line) for line in self.run_track("--stats-json", "-", recording).stdout.splitlines()]
+        self.assertEqual([1, 4, 6, 8, 10, 12, 15, 17, 19, 21, 22], [count["counters"]["tracked"] for count in counts])
+        wrong = self.run_track("--stats-json", "-", "--json", "-", recording, status=2)
+        self.assertEqual(b"trevallo: only one output can go to standard output\n", wrong.stderr)
+
+    def test_targets_that_an_output_cannot_have_are_no_names_of_files(self):
+        way_out = {"--aircraft-json": "file, or a port like :8080", "--prometheus": "file, or a port like :8080",
+                   "--stats-json": "file", "--record": "file", "--db": "file", "--html": "folder"}
+        for option, instead in way_out.items():
+            for target in ("-", ":8099", "listen://8099", "tcp://127.0.0.1:8099"):
+                is_port = target.startswith((":", "listen:"))
+                if (is_port and "port" in instead) or (target == "-" and option == "--stats-json"):
+                    continue
+                with self.subTest(option=option, target=target):
+                    place = "standard output" if target == "-" else "the network"
+                    result = self.run_track(option, target, SAMPLE, status=2, cwd=self.folder)
+                    self.assertEqual(f"trevallo: {option}: it cannot go to {place}: name a {instead} (see trevallo --help)\n",
+                                     result.stderr.decode())
+        self.assertEqual([], list(self.folder.iterdir()))
 
     def test_only_one_output_can_have_standard_output(self):
         result = self.run_track("--json", "-", "--sbs", "-", SAMPLE, status=2)

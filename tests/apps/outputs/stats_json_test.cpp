@@ -47,3 +47,12 @@ TEST(StatsJson, ReplacesItsFileAsAWhole) {
         EXPECT_EQ(json::parse(std::ifstream(folder.path("stats.json")))["counters"]["frames"], frames);
     }
 }
+
+TEST(StatsLines, HasALineForEachPicture) {
+    Written written;
+    host::StatsLines output(sinkTo(written));
+    output.picture(pictureOf({}));
+    output.finish(pictureOf({}));
+    EXPECT_EQ(written.items, std::vector<std::string>(2, host::statsJson(pictureOf({}))));
+    EXPECT_EQ(written.flushes, 2);
+}
