@@ -26,7 +26,7 @@ struct Settings {
     std::optional<Encoding> from;
     std::optional<Encoding> to;
     std::string output = "-";
-    modes::Log::Level log = kNoLog;
+    LogSettings log;
 };
 
 // Time stamps are handed on as they are: what they count plays no part.
@@ -57,7 +57,7 @@ void convert(Settings const& settings) {
         throw HostError(std::string(nameOf(*settings.to)) +
                         " is nothing for a terminal: name a file with -o, or send it through a pipe");
     }
-    StderrLog const log(settings.log);
+    StderrLog const log(settings.log.level, settings.log.file);
     StopSignals const signals;
     ByteSink sink(settings.output);
     Conversion conversion(*settings.to);
@@ -95,7 +95,7 @@ void addConvertCommand(CLI::App& app) {
                      "Where to; a file is compressed when its name ends in .gz or .zst; - is standard output")
         ->capture_default_str()
         ->type_name("FILE");
-    addLogOption(*command, settings->log);
+    addLogOptions(*command, settings->log);
     command->footer("Time stamps and signal levels are kept where the encoding has a place for them.\n"
                     "Examples:\n"
                     "  trevallo convert --to avr-time recording.beast | head\n"

@@ -3,9 +3,11 @@
 
 #include "host/byte_source.h"
 #include "host/host_error.h"
+#include "host/stderr_log.h"
 #include "inspect/aircraft_csv.h"
 #include "outputs/text.h"
 #include "outputs/whole_file.h"
+#include "trevallo/log_option.h"
 
 #include <CLI/CLI.hpp>
 
@@ -25,6 +27,7 @@ struct Settings {
     std::string output;
     AircraftFilter filter;
     bool json = false;
+    LogSettings log;
 };
 
 ParsedAircraft readFile(std::string const& name) {
@@ -136,7 +139,11 @@ using Action = void (*)(Settings const&);
 CLI::App* addAction(CLI::App& db, std::string const& name, std::string const& description, Action action,
                     std::shared_ptr<Settings> const& settings) {
     auto* command = db.add_subcommand(name, description);
-    command->callback([action, settings] { action(*settings); });
+    addLogOptions(*command, settings->log);
+    command->callback([action, settings] {
+        StderrLog const log(settings->log.level, settings->log.file);
+        action(*settings);
+    });
     return command;
 }
 

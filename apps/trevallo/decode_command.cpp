@@ -28,7 +28,7 @@ struct Settings {
     std::optional<unsigned> version; // all of them when not given
     bool json = false;
     bool explain = false;
-    modes::Log::Level log = kNoLog;
+    LogSettings log;
 };
 
 class DecodeRun {
@@ -80,7 +80,7 @@ void decodeFile(Settings const& settings, DecodeRun& run) {
 }
 
 void decode(Settings const& settings) {
-    StderrLog const log(settings.log);
+    StderrLog const log(settings.log.level, settings.log.file);
     StopSignals const signals;
     std::vector<std::string> frames;
     for (auto const& text : settings.frames) frames.push_back(parseFrame(text));
@@ -114,7 +114,7 @@ void addDecodeCommand(CLI::App& app) {
         ->type_name("0|1|2");
     command->add_flag("--explain", settings->explain, "Show the bits with the fields that they make");
     command->add_flag("--json", settings->json, "One JSON object a line for each frame");
-    addLogOption(*command, settings->log);
+    addLogOptions(*command, settings->log);
     command->footer(
         "Examples:\n"
         "  trevallo decode 8D4840D6202CC371C32CE0576098\n"

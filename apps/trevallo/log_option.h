@@ -3,6 +3,8 @@
 
 #include <modes/log.h>
 
+#include <string>
+
 namespace CLI {
 class App;
 }
@@ -12,7 +14,14 @@ namespace quorvel::host {
 /// A level above all others: no line of the library's log is shown.
 inline constexpr auto kNoLog = static_cast<modes::Log::Level>(modes::Log::Error + 1);
 
-/// Adds `--log LEVEL`. `level` must outlive the command; its value is the default.
-void addLogOption(CLI::App& command, modes::Log::Level& level);
+/// What of the library's log is shown, and where.
+struct LogSettings {
+    modes::Log::Level level = kNoLog;
+    std::string file; ///< standard error when empty
+};
+
+/// Adds `--log LEVEL` and `--log-file FILE`. `settings` must outlive the command; its values are the
+/// defaults.
+void addLogOptions(CLI::App& command, LogSettings& settings);
 
 } // namespace quorvel::host

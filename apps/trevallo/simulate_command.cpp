@@ -2,8 +2,10 @@
 #include "trevallo/simulate_command.h"
 
 #include "host/host_error.h"
+#include "host/stderr_log.h"
 #include "simulate/stream_writer.h"
 #include "simulate/traffic.h"
+#include "trevallo/log_option.h"
 #include "trevallo/place_option.h"
 
 #include <CLI/CLI.hpp>
@@ -29,6 +31,7 @@ struct Settings {
     Encoding encoding = Encoding::AvrWithTime;
     std::string output = "-";
     std::string truth;
+    LogSettings log;
 };
 
 std::map<std::string, Encoding> const kEncodings{{"avr", Encoding::Avr},
@@ -105,6 +108,7 @@ void writeTruth(std::string const& name, simulate::Traffic const& traffic, doubl
 }
 
 void simulateTraffic(Settings settings) {
+    StderrLog const log(settings.log.level, settings.log.file);
     for (auto const& text : settings.places) {
         auto const place = parsePlace(text);
         if (place) settings.traffic.places.push_back({place->latitude, place->longitude});
@@ -173,6 +177,7 @@ void addSimulateCommand(CLI::App& app) {
     command
         ->add_option("--truth", settings->truth, "Write where each aircraft really was in each second (CSV)")
         ->type_name("FILE");
+    addLogOptions(*command, settings->log);
     command->footer("Examples:\n"
                     "  trevallo simulate --format avr | head\n"
                     "  trevallo simulate --aircraft 200 --place 48.35,11.79 --bit-errors 0.05 \\\n"

@@ -25,7 +25,7 @@ struct Settings {
     TimeOptions time;
     std::size_t aircraft = 10;
     bool json = false;
-    modes::Log::Level log = kNoLog;
+    LogSettings log;
 };
 
 bool isTimed(TimeReading reading) {
@@ -50,7 +50,7 @@ std::string reportOn(std::string const& name, Settings const& settings) {
 }
 
 void showStats(Settings const& settings) {
-    StderrLog const log(settings.log);
+    StderrLog const log(settings.log.level, settings.log.file);
     StopSignals const signals;
     bool isFirst = true;
     for (auto const& name : settings.files) {
@@ -95,7 +95,7 @@ void addStatsCommand(CLI::App& app) {
         ->capture_default_str();
     command->add_flag("--json", settings->json,
                       "One JSON object a line for each recording, with all aircraft");
-    addLogOption(*command, settings->log);
+    addLogOptions(*command, settings->log);
     command->footer("Examples:\n"
                     "  trevallo stats recording.beast.zst\n"
                     "  trevallo stats --date 2024-05-01 monday.avr tuesday.avr\n"

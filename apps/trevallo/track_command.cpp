@@ -75,8 +75,7 @@ struct Settings {
     std::string recording;
     bool rotates = false;
 
-    modes::Log::Level log = kNoLog;
-    std::string logFile;
+    LogSettings log;
 };
 
 std::map<std::string, RepairedReplies> const kRepaired{
@@ -215,7 +214,7 @@ bool wantsLiveTable(Settings const& settings, TrackRun const& run, bool isOutput
 }
 
 void track(Settings const& settings) {
-    StderrLog const log(settings.log, settings.logFile);
+    StderrLog const log(settings.log.level, settings.log.file);
     bool const isOutputUsed = usesStandardOutput(settings);
     if (settings.dates.size() > 1 && settings.dates.size() != settings.sources.size())
         throw UsageError("--date is given once for all sources, or once for each");
@@ -359,11 +358,7 @@ void addOutputOptions(CLI::App& command, Settings& settings) {
             "(standard output)")
         ->check(checkedFileOrStandardOutput)
         ->type_name("FILE|-");
-    addLogOption(command, settings.log);
-    command
-        .add_option("--log-file", settings.logFile,
-                    "Where the library's log lines go instead of standard error")
-        ->type_name("FILE");
+    addLogOptions(command, settings.log);
 }
 
 } // namespace

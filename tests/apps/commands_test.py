@@ -234,13 +234,31 @@ def test_db(folder):
     expect_failure("no action", 2, "db")
 
 
+def test_log(folder):
+    recording, database = folder / "a.avr", folder / "aircraft.csv"
+    recording.write_text(f"*{IDENTIFICATION};\n")
+    database.write_text(HEADER + "4840D6,2,KLM\n")
+    speaks = {"decode", "stats", "track"}
+    for command in (("decode", IDENTIFICATION), ("track", recording), ("convert", "--to", "hex", recording),
+                    ("stats", recording), ("simulate", "--seconds", 1, "--aircraft", 1), ("db", "show", database),
+                    ("db", "merge", database, "-o", "-"), ("db", "check", database), ("db", "mend", database, "-o", "-")):
+        log = folder / "log"
+        result = run(*command, "--log", "info", "--log-file", log)
+        expect(f"{command} has a log", result.returncode == 0 and b"Initialized" not in result.stderr
+               and ("[ModeSDecoder] Initialized." in log.read_text()) == (command[0] in speaks), result)
+        log.unlink()
+        expect_failure(f"a log of {command} that cannot be written", 1, *command, "--log-file", folder / "no" / "log",
+                       about="cannot write the log")
+        expect_failure(f"a log of {command} on standard output", 2, *command, "--log-file", "-", about="name a file")
+
+
 def test_help():
     for command in (["decode"], ["convert"], ["stats"], ["db"], ["db", "show"], ["db", "merge"], ["db", "check"], ["db", "mend"]):
         result = run(*command, "--help")
         expect(f"{command} has examples", result.returncode == 0 and b"Examples:\n  trevallo " in result.stdout, result)
 
 
-for test in (test_decode, test_convert, test_stats, test_db):
+for test in (test_decode, test_convert, test_stats, test_db, test_log):
     with tempfile.TemporaryDirectory() as name:
         test(pathlib.Path(name))
 test_help()
