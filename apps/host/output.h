@@ -28,6 +28,9 @@ public:
     enum class Wants { Pictures, EachFrame, FramesWithAircraft };
     virtual Wants wants() const { return Wants::Pictures; }
 
+    /// Whether there is something to run for while no other output is left.
+    virtual bool isWorthRunningFor() const { return true; }
+
     /// Each Mode S frame, in the order of reception. Mode A/C replies come with no message.
     virtual void heard(HeardFrame const&) {}
 

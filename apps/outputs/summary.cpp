@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "outputs/summary.h"
 
+#include "host/console.h"
 #include "outputs/columns.h"
 
 #include <algorithm>
@@ -46,6 +47,12 @@ void Summary::finish(Picture const& last) {
     _sink->write("\n" + summaryLine(last));
     if (_isWhole) _sink->write("\n" + allCounts(last.counters));
     _sink->flush();
+}
+
+void SpokenSummary::finish(Picture const& last) {
+    auto text = summaryLine(last) + allCounts(last.counters);
+    text.pop_back(); // the line feed, of which saying it makes one
+    console::say(text);
 }
 
 } // namespace quorvel::host

@@ -21,6 +21,14 @@ private:
     bool _isWhole;
 };
 
+/// All counts that are not 0, on standard error at the end.
+class SpokenSummary : public Output {
+public:
+    bool wantsPicture() override { return false; }
+    bool isWorthRunningFor() const override { return false; }
+    void finish(Picture const& last) override;
+};
+
 /// "14662 frames, 14574 decoded, 14427 tracked, 25 aircraft".
 std::string summaryLine(Picture const& picture);
 

@@ -385,14 +385,19 @@ template <class Step> bool TrackRun::attempt(Step const& step) {
     }
 }
 
-// An output that fails is left out from then on. Without any, there is nothing to run for.
+// An output that fails is left out from then on. When the last one that was worth it is gone, there is
+// nothing to run for.
 template <class Step> void TrackRun::tellOutputs(Step const& step) {
-    bool const had = !_outputs.empty();
+    auto const isWorthIt = [&] {
+        return std::any_of(_outputs.begin(), _outputs.end(),
+                           [](auto const& output) { return output->isWorthRunningFor(); });
+    };
+    bool const was = isWorthIt();
     for (auto output = _outputs.begin(); output != _outputs.end();) {
         bool const works = attempt([&] { step(**output); });
         output = works ? std::next(output) : _outputs.erase(output);
     }
-    if (had && _outputs.empty()) stop();
+    if (was && !isWorthIt()) stop();
 }
 
 } // namespace quorvel::host

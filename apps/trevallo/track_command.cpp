@@ -227,14 +227,19 @@ void track(Settings const& settings) {
     addStreams(run, settings);
     addFiles(run, settings);
     std::optional<Keyboard> keyboard;
-    if (wantsLiveTable(settings, run, isOutputUsed)) {
+    bool const isLive = wantsLiveTable(settings, run, isOutputUsed);
+    bool const isText = !isLive && !isOutputUsed && settings.table != Table::None;
+    if (isLive) {
         auto table = std::make_unique<LiveTable>(std::make_unique<Terminal>());
         screen.emplace();
         keyboard.emplace(*table, run);
         run.add(paced(std::move(table)));
-    } else if (!isOutputUsed && settings.table != Table::None) {
+    }
+    if (isText) {
         run.add(std::make_unique<TextTable>(makeSink("-", run.network())));
         run.add(std::make_unique<Summary>(makeSink("-", run.network()), settings.wantsStats));
+    } else if (settings.wantsStats) {
+        run.add(std::make_unique<SpokenSummary>());
     }
     run.run();
     if (!run.signal().empty()) {
@@ -352,7 +357,8 @@ void addOutputOptions(CLI::App& command, Settings& settings) {
         ->type_name("FILE.zst");
     command.add_flag("--rotate", settings.rotates,
                      "A new recording each hour, its date and hour in the name");
-    command.add_flag("--stats", settings.wantsStats, "All counts at the end");
+    command.add_flag("--stats", settings.wantsStats,
+                     "All counts at the end, below the table; without a table of text, on standard error");
     addEach(command, "--stats-json", settings.statsJson,
             "All counts, of the run and of each source, as JSON, each second; a line each time on - "
             "(standard output)")

@@ -750,6 +750,21 @@ class Files(TrackTest):
         self.assertLessEqual(result.stderr.count(b"\n"), 1)
         self.assertTrue(database.read_text().startswith("icao_addr,"))  # what it knows depends on how far the run came
 
+    def test_counts_at_the_end_are_told_below_the_table_or_on_standard_error(self):
+        recording = self.file("a.avr", flight(0x4B1234, "SWR12", 10))
+        with_table = self.run_track("--stats", "--table", "final", recording)
+        self.assertEqual(b"", with_table.stderr)
+        counts = with_table.stdout.decode().split("\n\n")[1:]
+        self.assertIn("22  Replies given to a target.", counts[1])
+        for arguments in (("--table", "none"), ("--json", "-")):
+            self.assertEqual("\n".join(counts), self.run_track("--stats", *arguments, recording).stderr.decode())
+
+    def test_counts_at_the_end_are_not_run_for(self):
+        program = self.running("--stats", "--table", "none", "--beast", "/dev/full", *AT_NOON, "listen://127.0.0.1:0")
+        self.peer(program.ports(1)[0]).send(flight(0x4B1234, "SWR12", 60))
+        self.assertEqual(1, program.ended())
+        self.assertEqual(1, program.count("Replies given to a target."))
+
     def test_counts_are_lines_on_standard_output(self):
         recording = self.file("a.avr", flight(0x4B1234, "SWR12", 10))
         counts = [json.loads(line) for line in self.run_track("--stats-json", "-", recording).stdout.splitlines()]
