@@ -122,7 +122,7 @@ std::optional<Encoding> findBeast(std::string_view sample) {
 std::optional<Encoding> findEncoding(std::string_view sample) {
     if (auto const beast = findBeast(sample)) return beast;
     auto const lines = countLines(sample);
-    if (lines.avr > 0) return Encoding::Avr;
+    if (lines.avr > 0 && lines.avr >= lines.hex) return Encoding::Avr;
     if (lines.hex > 0) return Encoding::Hex;
     if (looksRaw(sample)) return Encoding::Raw;
     return {};

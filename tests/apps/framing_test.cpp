@@ -159,6 +159,16 @@ TEST(StreamEncoding, IsFoundFromTheFirstBytes) {
     }
 }
 
+TEST(StreamEncoding, OfLinesIsThatOfMostOfThem) {
+    std::string const avr = "*5D4CA2D46B609F;\n";
+    std::string const hex = "5D4CA2D46B609F\n";
+    for (auto const find : {findEncoding, findEncodingForSure}) {
+        EXPECT_EQ(find(avr + hex + hex + hex + hex), Encoding::Hex);
+        EXPECT_EQ(find(hex + avr + avr + avr + avr), Encoding::Avr);
+        EXPECT_EQ(find(avr + avr + avr + avr + hex + hex + hex + hex), Encoding::Avr);
+    }
+}
+
 TEST(StreamEncoding, OfRawBinaryIsFoundFromIntactSquitters) {
     auto const shortFrame = fromHex("5D4CA2D46B609F");
     auto const squitter = fromHex("8D4840D6202CC371C32CE0576098");
