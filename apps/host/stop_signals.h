@@ -3,11 +3,20 @@
 
 #include <csignal>
 #include <string>
+#include <vector>
 
 namespace quorvel::host {
 
-/// While it lives, the signals to stop (SIGINT, SIGTERM) end the reading instead of the program, so that what
-/// has been read is still shown and saved. A second one ends the program as ever. One object at a time.
+/// The signals to stop: SIGINT, SIGTERM, and SIGHUP of a terminal that was closed unless it was ignored when
+/// the program was started, as nohup has it.
+std::vector<int> stopSignals();
+
+/// The name of one of them.
+std::string nameOfSignal(int signal);
+
+/// While it lives, the signals to stop end the reading instead of the program, so that what has been read is
+/// still shown and saved. A second one ends the program as ever; but for SIGHUP, which may come twice when a
+/// terminal is closed, from the shell and from the kernel. One object at a time.
 class StopSignals {
 public:
     StopSignals();

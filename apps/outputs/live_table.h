@@ -21,8 +21,8 @@ public:
     /// Takes the keys and the size of the terminal into account.
     void poll();
 
-    /// Whether the user has asked for the end.
-    bool wantsToQuit() const { return _state.wantsToQuit; }
+    /// Whether the user has asked for the end, or is gone.
+    bool wantsToQuit() const { return _state.wantsToQuit || _terminal->hasHungUp(); }
 
     /// Becomes readable when a key is pressed.
     int keyFile() const { return _terminal->keyFile(); }

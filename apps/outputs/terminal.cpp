@@ -96,9 +96,11 @@ Terminal::Size Terminal::size() const {
 std::vector<Key> Terminal::keys() {
     std::array<char, 256> bytes{};
     auto const before = _pending.size();
-    for (ssize_t count = 0; (count = ::read(_input, bytes.data(), bytes.size())) > 0;) {
+    ssize_t count = 0;
+    while ((count = ::read(_input, bytes.data(), bytes.size())) > 0) {
         _pending.append(bytes.data(), static_cast<std::size_t>(count));
     }
+    _hasHungUp = count == 0 || (errno != EAGAIN && errno != EINTR);
     bool const hasPaused = _pending.size() == before;
     return takeKeys(_pending, hasPaused);
 }

@@ -36,6 +36,9 @@ public:
     /// The keys pressed since the last call. Does not wait.
     std::vector<Key> keys();
 
+    /// Whether the terminal was closed, as the last look at its keys has shown.
+    bool hasHungUp() const { return _hasHungUp; }
+
     /// Becomes readable when a key is pressed.
     int keyFile() const { return _input; }
 
@@ -52,6 +55,7 @@ private:
     int _output = -1; // waits
     bool _colours;
     termios _before{};
+    bool _hasHungUp = false;
     std::string _pending; // bytes of keys that are not whole
     Screen _shown;
     std::size_t _shownColumns = 0;

@@ -23,7 +23,7 @@ void Keyboard::waitForKey() {
     _keys.async_wait(asio::posix::stream_descriptor::wait_read, [this](std::error_code const& error) {
         if (error) return;
         poll();
-        waitForKey();
+        if (!_table.wantsToQuit()) waitForKey(); // a terminal that was closed is readable for ever
     });
 }
 

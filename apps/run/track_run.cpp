@@ -4,6 +4,7 @@
 #include "host/console.h"
 #include "host/frame_reader.h"
 #include "host/host_error.h"
+#include "host/stop_signals.h"
 #include "run/live_source.h"
 
 #include <asio/post.hpp>
@@ -178,13 +179,12 @@ void TrackRun::run() {
     if (!_failure.empty()) throw FailureTold(_failure);
 }
 
-// A second signal ends the program as ever.
+// A second signal ends the program as ever, but for the second of a terminal that was closed.
 void TrackRun::waitForSignals() {
-    _signals.add(SIGINT);
-    _signals.add(SIGTERM);
+    for (int const signal : stopSignals()) _signals.add(signal);
     _signals.async_wait([this](std::error_code const& error, int number) {
         if (error) return;
-        _signal = number == SIGINT ? "SIGINT" : "SIGTERM";
+        _signal = nameOfSignal(number);
         stop();
     });
 }
@@ -194,7 +194,8 @@ void TrackRun::stop() {
     _isStopped = true;
     std::error_code ignored;
     _signals.cancel(ignored);
-    _signals.clear(ignored);
+    _signals.remove(SIGINT, ignored);
+    _signals.remove(SIGTERM, ignored);
     _ticking.cancel();
     _pacing.cancel();
     for (auto const& source : _sources) {

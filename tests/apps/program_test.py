@@ -18,7 +18,7 @@ IDENTIFICATION = "*8D4840D6202CC371C32CE0576098;\n"
 def started(*arguments):
     """The program with standard input left open, once it has taken hold of the signals and read what there is."""
     process = subprocess.Popen([PROGRAM, *arguments], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                               stderr=subprocess.PIPE)
+                               stderr=subprocess.PIPE, preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_DFL))
     process.stdin.write(IDENTIFICATION.encode() * 20)
     process.stdin.flush()
     status = pathlib.Path(f"/proc/{process.pid}/status")
@@ -27,7 +27,7 @@ def started(*arguments):
         if int(caught[0], 16) & 1 << signal.SIGTERM - 1:
             break
         time.sleep(0.01)
-    while unread(process.stdin) > 0:
+    while unread(process.stdin) > 0 and process.poll() is None:
         time.sleep(0.01)
     return process
 
@@ -57,7 +57,7 @@ def finished(process):
 
 with tempfile.TemporaryDirectory() as name:
     folder = pathlib.Path(name)
-    for stop in (signal.SIGINT, signal.SIGTERM):
+    for stop in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
         pages, database = folder / f"pages {stop}", folder / f"aircraft {stop}.csv"
         process = started("track", "--format", "avr", "--html", str(pages), "--db", str(database), "-")
         process.send_signal(stop)
@@ -66,6 +66,12 @@ with tempfile.TemporaryDirectory() as name:
         expect(f"{stop.name} ends the reading and leaves table, pages and database", result.returncode == 0
                and b"4840D6  KLM1023" in result.stdout and (pages / "4840D6.html").is_file() and database.is_file()
                and result.stderr == f"trevallo: stopped by {stop.name} after 20 frames\n".encode(), result)
+    process = started("stats", "--from", "avr", "-")
+    process.send_signal(signal.SIGHUP)
+    process.wait(timeout=60)
+    result = finished(process)
+    expect("a closed terminal ends the reading of other commands too", result.returncode == 0
+           and b"stopped by SIGHUP" in result.stderr and b"20" in result.stdout, result)
     process = started("track", "--format", "avr", "-")
     process.stdout.close()
     process.send_signal(signal.SIGINT)

@@ -848,6 +848,27 @@ class Screen(TrackTest):
         self.tmux("send-keys", "C-c")
         self.shows("before", "stopped by SIGINT after", "after 0")
 
+    def test_a_closed_terminal_ends_the_run_which_is_saved(self):
+        for ignored in ("", "trap '' HUP; "):
+            database = self.folder / f"aircraft {len(ignored)}.csv"
+            words = " ".join(f"'{word}'" for word in (PROGRAM, "track", "--table", "live", "--db", database, "--speed", "1",
+                                                      self.recording()))
+            self.tmux("new-session", "-d", "-x", "80", "-y", "24", ignored + "exec " + words)
+            self.shows("4B1234")
+            self.tmux("kill-server")
+            wait_for("the database", database.exists)
+
+    def test_a_run_that_was_started_to_outlive_its_terminal_does(self):
+        program = self.running("--json", "-", *AT_NOON, "-", stdin=subprocess.PIPE,
+                               preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
+        program.process.stdin.write(flight(0x4B1234, "SWR12", 2))
+        program.process.stdin.flush()
+        wait_for("the aircraft", lambda: b"4B1234" in program.output)
+        program.signal(signal.SIGHUP)
+        program.signal(signal.SIGTERM)
+        self.assertEqual(0, program.ended())
+        self.assertEqual(["trevallo: stopped by SIGTERM after 5 frames"], program.lines)
+
 
 del sys.argv[1:3]
 unittest.main(verbosity=2)

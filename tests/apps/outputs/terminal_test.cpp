@@ -11,6 +11,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <optional>
+
 #include <gtest/gtest.h>
 
 using namespace quorvel;
@@ -119,6 +121,17 @@ TEST(Terminal, WritesEverythingAfterAResize) {
     EXPECT_EQ(terminal.size().rows, 30);
     terminal.show({{{"first", {}}}});
     EXPECT_TRUE(contains(user.output(), "\x1B[2J\x1B[1;1H\x1B[0m\x1B[2K\x1B[0mfirst"));
+}
+
+TEST(Terminal, KnowsThatItWasClosed) {
+    auto user = std::make_optional<PseudoTerminal>();
+    Terminal terminal(user->device(), true);
+    user->press("q");
+    EXPECT_EQ(terminal.keys().size(), 1U);
+    EXPECT_FALSE(terminal.hasHungUp());
+    user.reset();
+    EXPECT_TRUE(terminal.keys().empty());
+    EXPECT_TRUE(terminal.hasHungUp());
 }
 
 TEST(Terminal, TakesAnUnknownSizeFor80By24) {
