@@ -10,6 +10,7 @@
 #include <asio/post.hpp>
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -374,13 +375,14 @@ void TrackRun::finish() {
     attempt([&] { _database->save(); });
 }
 
-// What fails does not take the others with it. Several that fail for one reason are one failure.
+// What fails does not take the others with it. Several that fail for one reason are one failure. Who reads
+// standard output no longer has seen enough: nothing to be told.
 template <class Step> bool TrackRun::attempt(Step const& step) {
     try {
         step();
         return true;
     } catch (HostError const& failure) {
-        if (_failure != failure.what()) say(failure.what());
+        if (_failure != failure.what() && failure.code() != EPIPE) say(failure.what());
         _failure = failure.what();
         return false;
     }
