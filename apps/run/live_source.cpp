@@ -4,6 +4,7 @@
 #include "host/decompressor.h"
 #include "host/host_error.h"
 #include "run/acceptor.h"
+#include "run/keep_alive.h"
 
 #include <asio/connect.hpp>
 #include <asio/ip/tcp.hpp>
@@ -272,8 +273,7 @@ private:
                 asio::async_connect(_socket, endpoints,
                                     [this](std::error_code const& failure, tcp::endpoint const&) {
                                         if (failure) return failed("cannot connect: " + failure.message());
-                                        std::error_code ignored;
-                                        _socket.set_option(asio::socket_base::keep_alive(true), ignored);
+                                        keepAlive(_socket);
                                         connected(std::move(_socket));
                                     });
             });
@@ -389,7 +389,7 @@ private:
                         " already");
             return;
         }
-        socket.set_option(asio::socket_base::keep_alive(true), ignored);
+        keepAlive(socket);
         _common.say("feeder " + peer + " connected");
         auto const place = _feeders.emplace(_feeders.end(), std::move(socket), _common, nullptr);
         place->setEnded([this, place, peer](std::error_code const&) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "run/reader.h"
 
+#include "run/keep_alive.h"
+
 #include <asio/write.hpp>
 
 #include <utility>
@@ -16,8 +18,7 @@ constexpr std::size_t kPieceBytes = 64 * 1024;
 void Reader::start(asio::ip::tcp::socket socket, std::function<void()> gone) {
     _socket = std::move(socket);
     _gone = std::move(gone);
-    std::error_code ignored;
-    _socket->set_option(asio::socket_base::keep_alive(true), ignored);
+    keepAlive(*_socket);
     read();
     flush();
 }

@@ -69,7 +69,8 @@ private:
 class PortSink : public Sink {
 public:
     PortSink(std::string const& target, NetworkOutputs& network)
-        : _network(network)
+        : _target(target)
+        , _network(network)
         , _acceptor(network.context(), [this](tcp::socket socket) { take(std::move(socket)); }) {
         _acceptor.listen(portOf(target), target, [&](auto const& line) { network.say(line); });
     }
@@ -83,16 +84,29 @@ public:
 
 private:
     void take(tcp::socket socket) {
-        if (_readers.size() == kMostReaders) return;
+        if (_readers.size() == kMostReaders) return turnAway(socket);
         auto const reader = std::make_shared<Reader>(_network.counters());
         _readers.push_back(reader);
         _network.add(reader);
         reader->start(std::move(socket), [this, reader = reader.get()] {
             _readers.remove_if([&](auto const& known) { return known.get() == reader; });
+            _isFullTold = false;
         });
     }
 
+    // It may come again and again: that there is no room is told once.
+    void turnAway(tcp::socket const& socket) {
+        if (std::exchange(_isFullTold, true)) return;
+        std::error_code ignored;
+        auto const peer = socket.remote_endpoint(ignored);
+        _network.say(_target + ": reader " + peer.address().to_string() + " port " +
+                     std::to_string(peer.port()) + " was turned away: there are " +
+                     std::to_string(kMostReaders) + " already");
+    }
+
+    std::string _target;
     NetworkOutputs& _network;
+    bool _isFullTold = false;
     std::list<std::shared_ptr<Reader>> _readers;
     PortAcceptor _acceptor;
 };

@@ -2,6 +2,8 @@
 """What the tests of `trevallo track` have in common: frames made here, the program while it runs, and its peers on the
 network. Nothing sleeps for a fixed time: everything waits for what it needs, with much patience on a busy machine."""
 import json
+import os
+import pathlib
 import re
 import socket
 import subprocess
@@ -167,6 +169,16 @@ class Running:
         if self.process.stdin:
             self.process.stdin.close()
         return status
+
+
+def seconds_to_probe(port):
+    """The seconds until a silent connection from this local port, or None when it is not kept alive."""
+    for line in pathlib.Path("/proc/net/tcp").read_text(encoding="ascii").splitlines()[1:]:
+        fields = line.split()
+        is_keep_alive, ticks = (int(number, 16) for number in fields[5].split(":"))
+        if int(fields[1].rpartition(":")[2], 16) == port and is_keep_alive == 2:
+            return ticks / os.sysconf("SC_CLK_TCK")
+    return None
 
 
 class Peer:

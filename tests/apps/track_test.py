@@ -20,7 +20,7 @@ import unittest
 import urllib.request
 
 from track_support import (NOON, UNDATED, PATIENCE, Peer, Running, Server, avr, beast, damaged, flight, identification,
-                           last_snapshots, position, snapshots, stamp, wait_for)
+                           last_snapshots, position, seconds_to_probe, snapshots, stamp, wait_for)
 
 PROGRAM, SAMPLE = map(os.path.abspath, sys.argv[1:3])
 AT_NOON = ("--time", "receiver", "--date", "2024-05-01T12:00:00Z")
@@ -409,6 +409,31 @@ class Sources(TrackTest):
                          {key[1]: shot["messages"] for key, shot in last_snapshots(program.output).items()})
         self.assertEqual(2, program.count("connected"))
 
+    def test_connections_are_probed_when_nothing_is_heard_of_their_peers(self):
+        with Server() as server:
+            program = self.running("--table", "none", *AT_NOON, "--avr", "listen://127.0.0.1:0",
+                                   f"tcp://127.0.0.1:{server.port}", "listen://127.0.0.1:0")
+            output, port = program.ports(2)
+            reader, feeder, receiver = self.peer(output), self.peer(port), server.accept()
+            source = receiver.getpeername()[1]
+            for local in (output, port, source):
+                seconds = wait_for("the timer", lambda local=local: seconds_to_probe(local))
+                self.assertLessEqual(seconds, 60)
+            self.assertFalse(reader.is_closed or feeder.is_closed)
+
+    def test_more_than_64_feeders_are_turned_away(self):
+        program = self.running("--table", "none", *AT_NOON, "--prometheus", ":0", "listen://127.0.0.1:0")
+        http, port = program.ports(2)
+        feeders = [self.peer(port, reads=False) for _ in range(64)]
+        program.said("connected", times=64)
+        late = self.peer(port)
+        program.said("was turned away: there are 64 already")
+        wait_for("the end", lambda: late.is_closed)
+        feeders.pop().close()
+        program.said("went away")
+        self.peer(port).send(flight(0x4B1234, "SWR12", 2))
+        wait_for("the frames", lambda: counted("frames_total", fetched(http)) == 5)
+
     def test_a_feeder_of_nonsense_is_named_and_the_others_stay(self):
         program = self.running("--json", "-", *AT_NOON, "listen://127.0.0.1:0")
         port = program.ports(1)[0]
@@ -581,6 +606,14 @@ class Readers(TrackTest):
             self.assertEqual({22}, {len(line.split(b",")) for line in reader.received.splitlines()})
         for reader in readers[ports[3]]:
             self.assertRegex(bytes(reader.received), rb"\A(@[0-9A-F]{40};\n)+\Z")
+
+    def test_more_than_64_readers_are_turned_away_which_is_told_once(self):
+        program, feeder, (port,) = self.fed("--avr", "listen://127.0.0.1:0")
+        readers = [self.peer(port) for _ in range(64)]
+        for late in (self.peer(port), self.peer(port)):
+            wait_for("the end", lambda late=late: late.is_closed)
+        self.assertEqual(1, program.count("was turned away: there are 64 already"))
+        self.feed_until(feeder, "all others", lambda: all(reader.received for reader in readers))
 
     def test_a_reader_that_goes_away_leaves_the_others_alone(self):
         _, feeder, (port,) = self.fed("--avr", ":0")
