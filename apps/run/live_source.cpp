@@ -4,6 +4,7 @@
 #include "host/decompressor.h"
 #include "host/host_error.h"
 #include "run/acceptor.h"
+#include "run/growing_pause.h"
 #include "run/keep_alive.h"
 
 #include <asio/connect.hpp>
@@ -30,8 +31,6 @@ using SteadyClock = std::chrono::steady_clock;
 
 constexpr std::size_t kPieceBytes = 64 * 1024;
 constexpr std::chrono::seconds kSettleAfter{1}; // as long as the beginning of a slow stream is looked at
-constexpr std::chrono::seconds kFirstPause{1};
-constexpr std::chrono::seconds kLongestPause{60};
 constexpr std::size_t kMostFeeders = 64;
 
 /// The present of a live stream.
@@ -226,8 +225,7 @@ protected:
         _state = "waiting to connect again";
         if (!_isTold) _common.say(why + "; trying again until it works");
         _isTold = true;
-        _pausing.expires_after(_pause);
-        _pause = std::min<std::chrono::seconds>(2 * _pause, kLongestPause);
+        _pausing.expires_after(_pause.next());
         _pausing.async_wait([this](std::error_code const& error) {
             if (!error) connect();
         });
@@ -238,7 +236,7 @@ protected:
 
 private:
     void lost(std::error_code const& error) {
-        if (_reading->hadFrames()) _pause = kFirstPause;
+        if (_reading->hadFrames()) _pause.reset();
         std::shared_ptr<Reading<Stream>> const reading = std::move(_reading); // it calls this function
         asio::post(_context, [reading] {});
         auto const unknown = reading->unknownEncoding("what it sends");
@@ -251,7 +249,7 @@ private:
     }
 
     asio::steady_timer _pausing;
-    std::chrono::seconds _pause = kFirstPause;
+    GrowingPause _pause;
     std::unique_ptr<Reading<Stream>> _reading;
     std::string _state = "connecting";
     bool _isStopped = false;

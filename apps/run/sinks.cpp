@@ -3,6 +3,7 @@
 
 #include "host/host_error.h"
 #include "run/acceptor.h"
+#include "run/growing_pause.h"
 #include "run/source_spec.h"
 
 #include <asio/buffer.hpp>
@@ -27,8 +28,6 @@ using asio::ip::tcp;
 constexpr std::size_t kMostReaders = 64;
 constexpr std::size_t kLongestRequest = 8 * 1024;
 constexpr std::chrono::seconds kRequestTime{5};
-constexpr std::chrono::seconds kFirstPause{1};
-constexpr std::chrono::seconds kLongestPause{60};
 constexpr std::string_view kListen = "listen://";
 constexpr std::string_view kTcp = "tcp://";
 
@@ -167,7 +166,7 @@ private:
     void connected() {
         if (_isTold) _network.say(_target + ": connected");
         _isTold = false;
-        _pause = kFirstPause;
+        _pause.reset();
         if (!_reader) _reader = makeReader();
         _reader->start(std::move(_socket), [this] {
             _reader.reset();
@@ -180,8 +179,7 @@ private:
         if (!_isTold)
             _network.say(_target + ": " + what + ": " + error.message() + "; trying again until it works");
         _isTold = true;
-        _pausing.expires_after(_pause);
-        _pause = std::min<std::chrono::seconds>(2 * _pause, kLongestPause);
+        _pausing.expires_after(_pause.next());
         _pausing.async_wait([this](std::error_code const& stopped) {
             if (!stopped) connect();
         });
@@ -193,7 +191,7 @@ private:
     tcp::resolver _resolver;
     tcp::socket _socket;
     asio::steady_timer _pausing;
-    std::chrono::seconds _pause = kFirstPause;
+    GrowingPause _pause;
     std::shared_ptr<Reader> _reader; // none after it went away
     std::size_t _lost = 0;
     bool _isTold = false;

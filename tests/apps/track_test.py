@@ -531,6 +531,16 @@ class Sources(TrackTest):
             result = self.run_track("--json", "-", "-", stdin=recording)
         self.assertEqual("1970-01-02T12:00:04.500Z", snapshots(result.stdout)[-1]["now"])
 
+    def test_the_time_of_arrival_is_that_of_the_host(self):
+        content = flight(0x4B1234, "SWR12", 5)
+        begin = time.time_ns() // 1_000_000
+        piped = self.run_track("--json", "-", "--time", "arrival", "-", input=content)
+        read = self.run_track("--json", "-", "--time", "arrival", self.file("a.avr", content))
+        for result in (piped, read):
+            last = last_snapshots(result.stdout)[None, "4B1234"]
+            self.assertEqual(11, last["messages"])
+            self.assertIn(last["lastUpdateMs"], range(begin, time.time_ns() // 1_000_000 + 1))
+
     def test_a_packed_pipe_that_is_cut_short_or_damaged_is_read_up_to_there(self):
         packed = gzip.compress(flight(0x4B1234, "SWR12", 600), mtime=0)
         damage = packed[:len(packed) // 2] + bytes(100) + packed[len(packed) // 2 + 100:]
