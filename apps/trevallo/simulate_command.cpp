@@ -6,6 +6,7 @@
 #include "simulate/stream_writer.h"
 #include "simulate/traffic.h"
 #include "trevallo/log_option.h"
+#include "trevallo/number_option.h"
 #include "trevallo/place_option.h"
 
 #include <CLI/CLI.hpp>
@@ -142,12 +143,12 @@ void addSimulateCommand(CLI::App& app) {
         ->check(CLI::Range(1, 1'000'000).description(""));
     command->add_option("--seconds", traffic.seconds, "How long")
         ->capture_default_str()
-        ->check(CLI::Range(0.0, 1e7).description(""));
+        ->check(checkedNumber(0.0, 1e7));
     command->add_option("--seed", traffic.seed, "Another seed, other traffic; the same seed, the same bytes")
         ->capture_default_str();
     command->add_option("--bit-errors", traffic.bitErrors, "Share of frames with one to three inverted bits")
         ->capture_default_str()
-        ->check(CLI::Range(0.0, 1.0).description(""))
+        ->check(checkedNumber(0.0, 1.0))
         ->type_name("SHARE");
     command
         ->add_option(
@@ -159,7 +160,7 @@ void addSimulateCommand(CLI::App& app) {
         ->take_all();
     command->add_option("--radius", traffic.radius, "How far around, in nautical miles")
         ->capture_default_str()
-        ->check(CLI::Range(0.0, 10'000.0).description(""));
+        ->check(checkedNumber(0.0, 10'000.0));
     command->add_option("--interrogators", traffic.interrogators, "How many radars the aircraft answer")
         ->capture_default_str()
         ->check(CLI::Range(0, 15).description(""));

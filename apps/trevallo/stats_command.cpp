@@ -8,6 +8,7 @@
 #include "inspect/recording_stats.h"
 #include "trevallo/encoding_option.h"
 #include "trevallo/log_option.h"
+#include "trevallo/number_option.h"
 
 #include <CLI/CLI.hpp>
 
@@ -92,7 +93,8 @@ void addStatsCommand(CLI::App& app) {
         ->check(CLI::Validator(checkedDate, ""))
         ->type_name("DATE");
     command->add_option("--aircraft", settings->aircraft, "How many aircraft are listed")
-        ->capture_default_str();
+        ->capture_default_str()
+        ->check(checkedNumber(0, 1e6));
     command->add_flag("--json", settings->json,
                       "One JSON object a line for each recording, with all aircraft");
     addLogOptions(*command, settings->log);

@@ -22,6 +22,7 @@
 #include "run/recorder.h"
 #include "run/track_run.h"
 #include "trevallo/log_option.h"
+#include "trevallo/number_option.h"
 #include "trevallo/place_option.h"
 #include "trevallo/target_option.h"
 
@@ -108,13 +109,6 @@ std::string checkedTime(std::string const& text) {
 
 std::string checkedDate(std::string const& text) {
     return parseTime(text) ? "" : "a date is like 2024-05-01 or 2024-05-01T12:34:56Z";
-}
-
-// The range of seconds leaves out what is no number.
-std::string checkedTimeout(std::string const& text) {
-    double seconds = 0;
-    bool const isNumber = CLI::detail::lexical_cast(text, seconds) && seconds >= 0 && seconds <= 1e9;
-    return isNumber ? "" : "a timeout is a number of seconds, for example 60";
 }
 
 std::string checkedSpeed(std::string const& text) {
@@ -309,12 +303,12 @@ void addTrackingOptions(CLI::App& command, Settings& settings) {
         ->check(checkedPlace)
         ->type_name("LAT,LON");
     command.add_option("--max-range", settings.maxRange, "How far the receiver can hear, in nautical miles")
-        ->check(CLI::Range(1.0, 10'000.0).description(""))
+        ->check(checkedNumber(1.0, 10'000.0))
         ->type_name("NM");
     command
         .add_option("--timeout", settings.timeoutSeconds,
                     "Drop aircraft not heard for so long; 0 keeps all. 300 when not given, 0 for recordings")
-        ->check(checkedTimeout)
+        ->check(checkedNumber(0.0, 1e9))
         ->type_name("SECONDS");
     command
         .add_option("--db", settings.database,

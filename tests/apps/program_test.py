@@ -194,6 +194,12 @@ with tempfile.TemporaryDirectory() as name:
     expect_failure("a place beyond the pole", 2, "simulate", "--place", "91,0", about="LAT,LON")
     expect_failure("a time that is none", 2, "simulate", "--start", "25:00:00", about="HH:MM:SS")
     expect_failure("a share above one", 2, "simulate", "--bit-errors", "2")
+    for number in ("nan", "inf", "-inf", "-1", "ten", ""):
+        for command, option in (("track", "--max-range"), ("track", "--timeout"), ("track", "--speed"), ("track", "--location"),
+                                ("stats", "--aircraft"), ("simulate", "--seconds"), ("simulate", "--bit-errors"),
+                                ("simulate", "--radius"), ("simulate", "--aircraft"), ("simulate", "--interrogators")):
+            source = [] if command == "simulate" else [str(avr)]
+            expect_failure(f"{option} {number}", 2, command, f"{option}={number}", *source, about=option)
     expect_failure("no aircraft", 2, "simulate", "--aircraft", "0")
     expect_failure("an output that cannot be written", 1, "simulate", "--output", str(folder / "no" / "x"))
     expect_failure("a full disk", 1, "simulate", "--output", "/dev/full", about="cannot write")
