@@ -149,6 +149,7 @@ void AircraftDocument::heard(HeardFrame const& heard) {
 std::string AircraftDocument::text(Picture const& picture) const {
     Json json;
     json["now"] = seconds(picture.now);
+    if (!timeKnown(picture)) json["time_known"] = false;
     json["messages"] = picture.counters.frames - picture.counters.undecoded;
     auto& list = json["aircraft"] = Json::array();
     for (auto const* aircraft : newestByAddress(picture)) {

@@ -136,10 +136,9 @@ std::string countsText(Picture const& picture, ViewState const& state) {
 std::string timeText(Picture const& picture) {
     auto time = modes::ADSBTargetReport::timeToString(picture.now);
     if (time.empty()) return time;
-    bool const known = std::all_of(picture.sources.begin(), picture.sources.end(),
-                                   [](SourceState const& source) { return source.timeKnown; });
     auto const toSeconds = time.substr(0, time.find('.'));
-    return known ? toSeconds + "Z" : toSeconds.substr(toSeconds.find('T') + 1) + "Z of an unknown day";
+    return timeKnown(picture) ? toSeconds + "Z"
+                              : toSeconds.substr(toSeconds.find('T') + 1) + "Z of an unknown day";
 }
 
 std::string sourcesText(Picture const& picture) {

@@ -8,7 +8,6 @@
 
 #include <modes/html_document.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -74,12 +73,11 @@ std::vector<std::string> headings(std::span<Column const> columns) {
 }
 
 std::string timeText(Picture const& picture) {
-    bool const known = std::all_of(picture.sources.begin(), picture.sources.end(),
-                                   [](SourceState const& source) { return source.timeKnown; });
     auto const time = modes::ADSBTargetReport::timeToString(picture.now);
     if (time.empty()) return "Nothing was heard yet.";
-    return known ? "As of " + time + "."
-                 : "As of " + time.substr(time.find('T') + 1) + " of a day that the recording does not tell.";
+    return timeKnown(picture)
+               ? "As of " + time + "."
+               : "As of " + time.substr(time.find('T') + 1) + " of a day that the recording does not tell.";
 }
 
 std::string reportPage(Aircraft const& aircraft) {

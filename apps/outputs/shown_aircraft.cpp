@@ -31,6 +31,10 @@ std::vector<Aircraft const*> newestByAddress(Picture const& picture) {
     return newest;
 }
 
+bool timeKnown(Picture const& picture) {
+    return std::ranges::all_of(picture.sources, &SourceState::timeKnown);
+}
+
 bool timeKnown(Picture const& picture, Aircraft const& aircraft) {
     return std::all_of(picture.sources.begin(), picture.sources.end(), [&](SourceState const& source) {
         bool const isItsOwn = aircraft.source.empty() || source.name == aircraft.source;

@@ -25,6 +25,9 @@ bool isLive(Aircraft const& aircraft);
 /// one that heard it last.
 std::vector<Aircraft const*> newestByAddress(Picture const& picture);
 
+/// Whether the time of a picture is of any calendar: the times of all its sources are.
+bool timeKnown(Picture const& picture);
+
 /// Whether the times of an aircraft are of any calendar.
 bool timeKnown(Picture const& picture, Aircraft const& aircraft);
 

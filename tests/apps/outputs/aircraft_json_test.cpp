@@ -75,6 +75,14 @@ TEST_F(AircraftJsonFile, SaysWhenItWasWrittenAndHowManyMessagesThereWere) {
               "{\"now\":1714566896.789,\"messages\":100,\"aircraft\":[]}\n");
 }
 
+TEST_F(AircraftJsonFile, SaysWhenItsTimeIsOfNoCalendar) {
+    auto picture = pictureOf({});
+    picture.sources[0].timeKnown = false;
+    auto const json = Json::parse(AircraftJson(file(), {}).text(picture));
+    EXPECT_EQ(json["time_known"], false);
+    EXPECT_EQ(json["now"], 1714566896.789) << "which maps need all the same";
+}
+
 TEST_F(AircraftJsonFile, GivesTheAltitudeOfAnAircraftOnTheGroundAsGround) {
     auto const taxiing = knownAircraft();
     taxiing.report->setGroundStatus(true);
