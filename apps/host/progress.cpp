@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <unistd.h>
+#include <utility>
 
 namespace quorvel::host {
 
@@ -18,11 +19,12 @@ bool hasLine = false; // on the one screen
 
 } // namespace
 
-Progress::Progress(std::string const& name, std::optional<std::uint64_t> size)
+Progress::Progress(std::string const& name, std::optional<std::uint64_t> whole, SteadyClock clock)
     : _name(name)
-    , _size(size.value_or(0))
-    , _shows(_size > 0 && ::isatty(STDERR_FILENO) != 0)
-    , _begin(std::chrono::steady_clock::now())
+    , _whole(whole.value_or(0))
+    , _shows(_whole > 0 && ::isatty(STDERR_FILENO) != 0)
+    , _clock(std::move(clock))
+    , _begin(_clock())
     , _lastShown(_begin) {}
 
 Progress::~Progress() { erase(); }
@@ -32,13 +34,13 @@ void Progress::erase() {
     hasLine = false;
 }
 
-void Progress::advance(std::uint64_t bytes, std::uint64_t frames) {
-    auto const now = std::chrono::steady_clock::now();
-    if (!_shows || bytes == 0 || console::isScreenInUse() || now - _lastShown < kInterval) return;
+void Progress::advance(std::uint64_t done, std::uint64_t frames) {
+    auto const now = _clock();
+    if (!_shows || done == 0 || console::isScreenInUse() || now - _lastShown < kInterval) return;
     _lastShown = now;
     hasLine = true;
     auto const seconds = std::chrono::duration<double>(now - _begin).count();
-    auto const share = std::min(static_cast<double>(bytes) / static_cast<double>(_size), 1.0);
+    auto const share = std::min(static_cast<double>(done) / static_cast<double>(_whole), 1.0);
     std::fprintf(stderr, "%s%s: %.0f %%, %llu frames, %.0f frames/s, %.0f s left", kEraseLine, _name.c_str(),
                  100 * share, static_cast<unsigned long long>(frames), static_cast<double>(frames) / seconds,
                  seconds / share - seconds);

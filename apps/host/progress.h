@@ -3,32 +3,40 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
 namespace quorvel::host {
 
-/// Shows on standard error how far a file has been read, how fast, and how long the rest will take, twice a
-/// second. Says nothing when standard error is no terminal or the input is no ordinary file.
+/// Shows on standard error how much of a file has been read or written, how fast, and how long the rest will
+/// take, twice a second. Says nothing when standard error is no terminal or the whole is not known.
 class Progress {
 public:
-    Progress(std::string const& name, std::optional<std::uint64_t> size);
+    using SteadyTime = std::chrono::steady_clock::time_point;
+    using SteadyClock = std::function<SteadyTime()>;
+
+    /// Of a file of this name. What the whole is counted in, bytes or time, is up to the caller.
+    Progress(
+        std::string const& name, std::optional<std::uint64_t> whole,
+        SteadyClock clock = [] { return std::chrono::steady_clock::now(); });
     ~Progress();
     Progress(Progress const&) = delete;
     Progress& operator=(Progress const&) = delete;
 
-    /// Takes note of how many bytes of the file and how many frames have been read by now.
-    void advance(std::uint64_t bytes, std::uint64_t frames);
+    /// Takes note of how much of the whole and how many frames are done by now.
+    void advance(std::uint64_t done, std::uint64_t frames);
 
     /// Takes the line off the screen, so that another one can be written.
     static void erase();
 
 private:
     std::string _name;
-    std::uint64_t _size;
+    std::uint64_t _whole;
     bool _shows;
-    std::chrono::steady_clock::time_point _begin;
-    std::chrono::steady_clock::time_point _lastShown;
+    SteadyClock _clock;
+    SteadyTime _begin;
+    SteadyTime _lastShown;
 };
 
 } // namespace quorvel::host

@@ -2,6 +2,7 @@
 #include "trevallo/simulate_command.h"
 
 #include "host/host_error.h"
+#include "host/progress.h"
 #include "host/stderr_log.h"
 #include "simulate/stream_writer.h"
 #include "simulate/traffic.h"
@@ -15,6 +16,7 @@
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <optional>
 #include <sstream>
 
 namespace quorvel::host {
@@ -108,6 +110,12 @@ void writeTruth(std::string const& name, simulate::Traffic const& traffic, doubl
     output.finish();
 }
 
+// The nanoseconds of a file; none of standard output, where the stream itself may be seen.
+std::optional<std::uint64_t> lengthOf(Settings const& settings) {
+    if (settings.output == "-") return {};
+    return static_cast<std::uint64_t>(settings.traffic.seconds * 1e9);
+}
+
 void simulateTraffic(Settings settings) {
     StderrLog const log(settings.log.level, settings.log.file);
     for (auto const& text : settings.places) {
@@ -121,12 +129,16 @@ void simulateTraffic(Settings settings) {
     if (!settings.truth.empty()) writeTruth(settings.truth, traffic, settings.traffic.seconds);
 
     Output output(settings.output);
+    Progress progress(settings.output, lengthOf(settings));
+    std::uint64_t frames = 0;
     std::string stream;
     while (auto const frame = traffic.next()) {
+        ++frames;
         simulate::appendFrame(stream, *frame, settings.encoding, startOfDay);
         if (stream.size() < kPieceBytes) continue;
         output.write(stream);
         stream.clear();
+        progress.advance(frame->nanoseconds, frames);
     }
     output.write(stream);
     output.finish();

@@ -6,6 +6,7 @@ import json
 import os
 import pathlib
 import pty
+import re
 import subprocess
 import tempfile
 
@@ -234,6 +235,16 @@ def test_db(folder):
     expect_failure("no action", 2, "db")
 
 
+def test_progress(folder):
+    target = folder / "sky.beast"
+    result = in_terminal("simulate", "--aircraft", 1000, "--seconds", 600, "--format", "beast", "--output", target)
+    line = rf"\r\x1b\[K{re.escape(str(target))}: \d+ %, \d+ frames, \d+ frames/s, \d+ s left"
+    expect("making a long recording shows how far it is, and takes the line away", result.returncode == 0
+           and re.fullmatch(rf"({line})+\r\x1b\[K", result.stdout.decode()), result)
+    result = in_terminal("stats", target)
+    expect("so does reading it", result.returncode == 0 and re.match(line, result.stdout.decode()), result)
+
+
 def test_log(folder):
     recording, database = folder / "a.avr", folder / "aircraft.csv"
     recording.write_text(f"*{IDENTIFICATION};\n")
@@ -258,7 +269,7 @@ def test_help():
         expect(f"{command} has examples", result.returncode == 0 and b"Examples:\n  trevallo " in result.stdout, result)
 
 
-for test in (test_decode, test_convert, test_stats, test_db, test_log):
+for test in (test_decode, test_convert, test_stats, test_db, test_progress, test_log):
     with tempfile.TemporaryDirectory() as name:
         test(pathlib.Path(name))
 test_help()
