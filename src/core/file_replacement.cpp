@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "core/file_replacement.h"
 
-#include <chrono>
-#include <cstdint>
 #include <fstream>
 #include <ios>
+#include <random>
 #include <system_error>
 
 #if defined(__unix__) || defined(__APPLE__)
@@ -46,9 +45,9 @@ bool isReplaceable(fs::path const& path) {
 
 // A name of its own, so that two who write the same file do not write into each other's.
 fs::path beside(fs::path const& path) {
-    auto const now = std::chrono::steady_clock::now().time_since_epoch().count();
-    auto const place = reinterpret_cast<std::uintptr_t>(&now);
-    return path.parent_path() / (".trevallo-" + std::to_string(now) + "-" + std::to_string(place) + ".new");
+    std::random_device random;
+    return path.parent_path() /
+           (".trevallo-" + std::to_string(random()) + "-" + std::to_string(random()) + ".new");
 }
 
 [[noreturn]] void fail(std::string const& what, std::string const& path, std::error_code const& error) {

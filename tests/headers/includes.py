@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""Includes run one way: core <- modes <- adsb <- track -> report. Apps, examples and bindings see public headers only."""
+"""Includes run one way: core <- modes <- adsb <- track -> report. Apps, examples and bindings see public headers only.
+The library starts no thread, waits for nothing, opens no socket, and reads the clock in one place."""
 import pathlib
 import re
 import sys
@@ -24,6 +25,12 @@ SEES = {  # folder -> internal folders that its files may include from
 }
 LIBRARY_BLIND = {"apps/simulate"}  # the encoder includes no header of the library
 GENERATED = {"build_id.h"}
+LIBRARY = ("include", "src/")
+RESERVED = {  # headers of the system -> files of the library that may include them
+    r"thread|stop_token|mutex|shared_mutex|condition_variable|future|semaphore|latch|barrier|pthread\.h": set(),
+    r"sys/socket\.h|sys/select\.h|sys/epoll\.h|poll\.h|netdb\.h|(netinet|arpa)/.*": set(),
+    r"chrono|sys/time\.h": {"src/core/clock.h", "src/core/clock.cpp"},
+}
 
 faults = []
 for folder, allowed in SEES.items():
@@ -35,6 +42,11 @@ for folder, allowed in SEES.items():
         for kind, included in includes:
             if kind == '"' and included not in GENERATED and included.split("/")[0] not in allowed:
                 faults.append(f'{name} must not include "{included}"')
+            if kind == "<" and (ROOT / "src" / included).is_file():
+                faults.append(f"{name} must not see inside the library (<{included}>)")
+            for headers, users in RESERVED.items():
+                if folder.startswith(LIBRARY) and re.fullmatch(headers, included) and str(name) not in users:
+                    faults.append(f"{name} must not include <{included}>: the library leaves that to hosts")
             if folder in LIBRARY_BLIND and included.startswith("modes/"):
                 faults.append(f"{name} must not see the library (<{included}>)")
         own = f"{folder.split('/')[-1]}/{path.stem}.h"
