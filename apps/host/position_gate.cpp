@@ -36,6 +36,10 @@ bool isReachable(PositionGate::Shown const& from, PositionGate::Shown const& to)
     return distanceAtMostNm(from.place, to.place) <= reach || distanceNm(from.place, to.place) <= reach;
 }
 
+bool isInRange(Place const& place, PositionLimits const& limits) {
+    return !limits.receiver || distanceNm(*limits.receiver, place) <= limits.rangeNm;
+}
+
 } // namespace
 
 double distanceNm(Place const& from, Place const& to) {
@@ -49,17 +53,17 @@ double distanceNm(Place const& from, Place const& to) {
 
 PositionGate::Verdict PositionGate::judge(Place const& place, TimeMs time, PositionLimits const& limits) {
     Shown const candidate{place, time};
-    auto verdict = Verdict::Shown;
     if (!isOnTheGlobe(place)) {
-        verdict = Verdict::Impossible;
-    } else if (limits.receiver && distanceNm(*limits.receiver, place) > limits.rangeNm) {
-        verdict = Verdict::OutOfRange;
-    } else if (limits.checksSpeed && _shown && !isReachable(*_shown, candidate)) {
-        verdict = Verdict::TooFast;
-    }
-    if (verdict == Verdict::Impossible) {
         ++_refused;
-        return verdict;
+        return Verdict::Impossible;
+    }
+    bool const isFlownTo = _shown && isReachable(*_shown, candidate);
+    bool const isHeard = isInRange(place, limits) || (isFlownTo && !isInRange(_shown->place, limits));
+    auto verdict = Verdict::Shown;
+    if (!isHeard) {
+        verdict = Verdict::OutOfRange;
+    } else if (limits.checksSpeed && _shown && !isFlownTo) {
+        verdict = Verdict::TooFast;
     }
     if (verdict != Verdict::Shown) {
         bool const goesOn = _refusedInARow > 0 && isReachable(_lastRefused, candidate);

@@ -28,8 +28,8 @@ struct PositionLimits {
 /// frame. One for each aircraft.
 ///
 /// A position must be within range of the receiver and reachable from the last one shown. After three
-/// refusals in a row, of places that could be one flight, the new place is believed. What is not on the globe
-/// never is.
+/// refusals in a row, of places that could be one flight, the new place is believed, and what is reachable
+/// from there is shown, be it beyond the range. What is not on the globe never is believed.
 class PositionGate {
 public:
     enum class Verdict : std::uint8_t { Shown, Believed, OutOfRange, TooFast, Impossible };

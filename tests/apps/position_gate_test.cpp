@@ -77,9 +77,50 @@ TEST(PositionGate, RefusesWhatTheReceiverCannotHear) {
     for (int i = 0; i < 3; ++i) EXPECT_EQ(gate.judge(kZurich, kNow, limits), Verdict::OutOfRange);
     EXPECT_FALSE(gate.shown());
     EXPECT_EQ(gate.judge(kZurich, kNow, limits), Verdict::Believed);
+    EXPECT_EQ(gate.judge(kZurich, kNow, limits), Verdict::Shown);
     limits.rangeNm = 200;
     PositionGate wide;
     EXPECT_EQ(wide.judge(kZurich, kNow, limits), Verdict::Shown);
+}
+
+TEST(PositionGate, GoesOnWithAFlightThatItBelievesBeyondTheRange) {
+    PositionLimits limits;
+    limits.receiver = kMunich;
+    limits.rangeNm = 100;
+    PositionGate gate;
+    auto const judged = [&](Place const& place, unsigned second) {
+        return gate.judge(place, kNow + second * 1000U, limits);
+    };
+    auto const outbound = [](unsigned second) {
+        return Place{kZurich.latitude, kZurich.longitude - second * 0.003};
+    };
+    for (unsigned second = 0; second < 3; ++second)
+        EXPECT_EQ(judged(outbound(second), second), Verdict::OutOfRange);
+    EXPECT_EQ(judged(outbound(3), 3), Verdict::Believed);
+    for (unsigned second = 4; second < 50; ++second)
+        EXPECT_EQ(judged(outbound(second), second), Verdict::Shown);
+    EXPECT_EQ(gate.shown()->place.longitude, outbound(49).longitude);
+    EXPECT_EQ(gate.refused(), 3U);
+
+    Place const otherSide{kMunich.latitude, kMunich.longitude + 5};
+    EXPECT_EQ(judged(otherSide, 50), Verdict::OutOfRange) << "no flight gets there so fast";
+    EXPECT_EQ(judged(kMunich, 51), Verdict::TooFast);
+    EXPECT_EQ(judged(outbound(52), 52), Verdict::Shown);
+}
+
+TEST(PositionGate, RefusesAFlightAnewThatLeavesTheRangeAgain) {
+    PositionLimits limits;
+    limits.receiver = kMunich;
+    limits.rangeNm = 60;
+    constexpr Place kInside{kMunich.latitude - 0.995, kMunich.longitude};
+    constexpr Place kBeyond{kMunich.latitude - 1.005, kMunich.longitude};
+    PositionGate gate;
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(gate.judge(kInside, kNow, limits), Verdict::Shown);
+        for (int i = 0; i < 3; ++i) EXPECT_EQ(gate.judge(kBeyond, kNow, limits), Verdict::OutOfRange);
+        EXPECT_EQ(gate.judge(kBeyond, kNow, limits), Verdict::Believed);
+        EXPECT_EQ(gate.judge(kBeyond, kNow, limits), Verdict::Shown);
+    }
 }
 
 TEST(PositionGate, NeverShowsWhatIsNotOnTheGlobe) {
