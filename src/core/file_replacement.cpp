@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "core/file_replacement.h"
 
+#include "core/clock.h"
+
+#include <atomic>
+#include <cstdint>
 #include <fstream>
 #include <ios>
-#include <random>
 #include <system_error>
 
 #if defined(__unix__) || defined(__APPLE__)
@@ -43,11 +46,14 @@ bool isReplaceable(fs::path const& path) {
     return type == fs::file_type::not_found || (type == fs::file_type::regular && mayBeWritten(path));
 }
 
-// A name of its own, so that two who write the same file do not write into each other's.
+// A name of its own, so that two who write the same file do not write into each other's: in this process they
+// have different numbers, in another one a different place in memory or time.
 fs::path beside(fs::path const& path) {
-    std::random_device random;
-    return path.parent_path() /
-           (".trevallo-" + std::to_string(random()) + "-" + std::to_string(random()) + ".new");
+    static std::atomic<unsigned> count = 0;
+    auto const number = count++;
+    auto const place = reinterpret_cast<std::uintptr_t>(&number);
+    return path.parent_path() / (".trevallo-" + std::to_string(clock::nowMilliseconds()) + "-" +
+                                 std::to_string(place) + "-" + std::to_string(number) + ".new");
 }
 
 [[noreturn]] void fail(std::string const& what, std::string const& path, std::error_code const& error) {
