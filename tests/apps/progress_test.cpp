@@ -7,7 +7,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <fcntl.h>
 #include <pty.h>
 #include <system_error>
 #include <unistd.h>
@@ -29,7 +28,6 @@ public:
         std::fflush(stderr);
         ::dup2(terminal, STDERR_FILENO);
         ::close(terminal);
-        ::fcntl(_main, F_SETFL, O_NONBLOCK);
     }
     ~ErrorTerminal() {
         ::dup2(_before, STDERR_FILENO);
@@ -39,12 +37,16 @@ public:
     ErrorTerminal(ErrorTerminal const&) = delete;
     ErrorTerminal& operator=(ErrorTerminal const&) = delete;
 
-    /// What was written to it since the last call.
+    /// What was written to it since the last call. It comes when the system sees fit, but in order: so a mark
+    /// is written behind it, and waited for.
     std::string shown() const {
+        constexpr char kMark = '\x01';
+        std::fputc(kMark, stderr);
         std::fflush(stderr);
-        char text[1024];
-        auto const size = ::read(_main, text, sizeof text);
-        return size > 0 ? std::string(text, static_cast<std::size_t>(size)) : std::string();
+        std::string text;
+        char byte = 0;
+        while (::read(_main, &byte, 1) == 1 && byte != kMark) text += byte;
+        return text;
     }
 
 private:
