@@ -7,6 +7,7 @@
 #include "pictures.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <stdlib.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -48,17 +49,19 @@ public:
         ::ioctl(_side, TIOCSWINSZ, &size);
     }
 
+    // The system hands over in its own time, in both directions: what is pressed is waited for, and what is
+    // written up to a mark behind it.
     void press(std::string const& bytes) const {
         EXPECT_EQ(::write(_side, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+        wait(_kept);
     }
 
     // What was written to it since the last time.
     std::string output() const {
+        constexpr char kMark = '\x01';
+        EXPECT_EQ(::write(_kept, &kMark, 1), 1);
         std::string all;
-        char bytes[4096];
-        for (ssize_t count = 0; (count = ::read(_side, bytes, sizeof bytes)) > 0;) {
-            all.append(bytes, static_cast<std::size_t>(count));
-        }
+        for (char byte = 0; wait(_side) && ::read(_side, &byte, 1) == 1 && byte != kMark;) all += byte;
         return all;
     }
 
@@ -69,6 +72,12 @@ public:
     }
 
 private:
+    static bool wait(int file) {
+        constexpr int kPatienceMs = 10'000;
+        pollfd waiting{file, POLLIN, 0};
+        return ::poll(&waiting, 1, kPatienceMs) == 1;
+    }
+
     int _side;
     int _kept = -1;
     std::string _device;
