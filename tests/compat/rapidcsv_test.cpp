@@ -180,7 +180,7 @@ TEST_F(Csv, ReadsBackWhatItWrote) {
             std::vector<std::string> cells(2);
             for (auto& cell : cells) {
                 for (std::size_t i = 0; i < noise.below(8); ++i)
-                    cell += alphabet[noise.below(alphabet.size())];
+                    cell += alphabet[noise.length(alphabet.size())];
             }
             rows.push_back(cells);
             document.InsertRow<std::string>(row, cells);

@@ -177,7 +177,7 @@ TEST(Avr, YieldsTheSameFramesInPiecesOfWholeLines) {
     EXPECT_EQ(framesOf(text), expected);
     std::vector<std::string> frames;
     for (std::size_t at = 0; at < text.size();) {
-        auto const end = text.find('\n', std::min(at + noise.below(200), text.size() - 1)) + 1;
+        auto const end = text.find('\n', std::min(at + noise.length(200), text.size() - 1)) + 1;
         auto const piece = framesOf(text.substr(at, end - at));
         frames.insert(frames.end(), piece.begin(), piece.end());
         at = end;

@@ -122,7 +122,7 @@ TEST(Beast, YieldsTheSameFramesInAnyPieces) {
         std::string buffer;
         Frames frames;
         for (std::size_t at = 0; at < stream.size();) {
-            auto size = std::min<std::size_t>(1 + noise.below(60), stream.size() - at);
+            auto size = std::min(1 + noise.length(60), stream.size() - at);
             auto piece = stream.substr(at, size);
             if (at + size < stream.size() && piece.back() == '\x1A') piece += stream[at + size++];
             at += size;
@@ -139,7 +139,7 @@ TEST(Beast, YieldsFramesOfKnownLengthsFromNoise) {
     test::Noise noise(12);
     for (int round = 0; round < 200; ++round) {
         auto buffer = noise.bytes(4000);
-        for (std::size_t i = 0; i + 1 < buffer.size(); i += 1 + noise.below(30)) {
+        for (std::size_t i = 0; i + 1 < buffer.size(); i += 1 + noise.length(30)) {
             buffer[i] = '\x1A';
             buffer[i + 1] = static_cast<char>('0' + noise.below(6));
         }

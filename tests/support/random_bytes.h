@@ -14,6 +14,9 @@ public:
 
     std::uint64_t below(std::uint64_t bound) { return _generator() % bound; }
 
+    /// The same as a length or index, which has 32 bits on small machines.
+    std::size_t length(std::size_t bound) { return static_cast<std::size_t>(below(bound)); }
+
     std::string bytes(std::size_t count) {
         std::string result;
         while (result.size() < count) result += static_cast<char>(_generator() & 0xFF);

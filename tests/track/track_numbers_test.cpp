@@ -91,7 +91,7 @@ void compareWithSearch(unsigned seed, std::size_t targets, int steps) {
         numbers.hold(number);
     };
     auto const someTarget = [&] {
-        return std::next(searched.numberOf.begin(), below(searched.numberOf.size()));
+        return std::next(searched.numberOf.begin(), static_cast<int>(below(searched.numberOf.size())));
     };
     while (searched.numberOf.size() < targets) add();
     for (int i = 0; i < steps && !::testing::Test::HasFatalFailure(); ++i) {
