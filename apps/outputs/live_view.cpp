@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <initializer_list>
 #include <iterator>
+#include <numeric>
 #include <string_view>
 #include <vector>
 
@@ -447,7 +448,9 @@ ViewState pressed(ViewState state, Key key, Picture const& picture, int rows) {
 }
 
 ViewState seen(ViewState state, Picture const& picture) {
-    auto const frames = picture.counters.frames;
+    // those taken, not those read: a recording is read ahead
+    auto const& taken = picture.counters.byFormat;
+    auto const frames = std::accumulate(taken.begin(), taken.end(), Counters::Count{0});
     bool const goesOn = state.now != 0 && picture.now > state.now && frames >= state.frames;
     if (goesOn) {
         state.framesPerSecond = static_cast<double>(frames - state.frames) / seconds(picture.now - state.now);

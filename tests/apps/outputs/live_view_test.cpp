@@ -366,11 +366,13 @@ TEST(LiveView, TellsTheStateOfEachSourceAndWhenTheDayIsNotKnown) {
 
 TEST(LiveView, TellsTheRateOfFramesBetweenPictures) {
     auto picture = pictureOf({});
-    picture.counters.frames = 1'000;
+    picture.counters.frames = 50'000; // of a recording, which is read ahead
+    picture.counters.byFormat[17] = 1'000;
     auto state = host::seen({}, picture);
     EXPECT_EQ(state.framesPerSecond, 0);
     picture.now += 2'000;
-    picture.counters.frames = 1'500;
+    picture.counters.byFormat[17] = 1'200;
+    picture.counters.byFormat[11] = 300;
     state = host::seen(state, picture);
     EXPECT_EQ(state.framesPerSecond, 250);
     state = host::seen(state, picture);
