@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Decoding of ADS-B payloads, for each type of message and each version that has it.
-#include "support/frames.h"
+#include "support/bench_frames.h"
 #include "support/measure.h"
 
 #include <string>

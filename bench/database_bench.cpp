@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The aircraft database and its file.
-#include "support/frames.h"
+#include "support/bench_frames.h"
 
 #include <benchmark/benchmark.h>
 

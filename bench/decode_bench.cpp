@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Decoding, for each downlink format, by a decoder that knows the aircraft; and that of a whole stream.
-#include "support/frames.h"
+#include "support/bench_frames.h"
 #include "support/measure.h"
 #include "support/streams.h"
 
@@ -11,9 +11,8 @@ namespace {
 void decode(benchmark::State& state, DFMessage::DownlinkFormat format) {
     auto decoder = decoderInService();
     bool decoded = true;
-    takeTurns(state, intactFrames(format), [&](auto const& frame) {
-        decoded &= decoder.decode(ModeSMessage::DOWNLINK, frame) != nullptr;
-    });
+    takeTurns(state, intactFrames(format),
+        [&](auto const& frame) { decoded &= decoder.decode(ModeSMessage::DOWNLINK, frame) != nullptr; });
     if (!decoded) state.SkipWithError("an intact frame was not decoded");
 }
 BENCHMARK_CAPTURE(decode, DF0, DFMessage::DF0);
@@ -32,8 +31,7 @@ void decodeStream(benchmark::State& state, char const* name) {
     auto const frames = framesOf(stream(name));
     for (auto _ : state) {
         ModeSDecoder decoder;
-        for (auto const& frame : frames)
-            benchmark::DoNotOptimize(decoder.decode(ModeSMessage::DOWNLINK, frame));
+        for (auto const& frame : frames) benchmark::DoNotOptimize(decoder.decode(ModeSMessage::DOWNLINK, frame));
     }
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(frames.size()));
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Cutting frames out of a stream, for each encoding: the same frames of 200 aircraft in all of them.
-#include "support/frames.h"
+#include "support/bench_frames.h"
 #include "support/measure.h"
 #include "support/streams.h"
 

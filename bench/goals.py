@@ -53,6 +53,8 @@ GOALS = [
     ratio("1,000,000 garbage addresses against 200", "noise/addresses/1000000", "noise/addresses/200", 1.2),
     Goal("memory of one target", ["memory/target"], lambda size: size, 1600, "{:.0f} B"),
     speedup("two threads", "threads/2/manual_time", "threads/1/manual_time", 1.9),
+    in_units("reading of a squitter", "read/squitter", 1),
+    in_units("reading of a Comm-B reply, its register chosen", "read/comm_b", 2.5),
     microseconds("report of a target", "target/report", 1),
     microseconds("page of a report", "target/page", 25),
     microseconds("10 changed of 4000 targets", "targets/changed_10_of_4000", 10),

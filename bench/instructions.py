@@ -47,7 +47,7 @@ def compare(counted, recorded):
     if counted["compiler"] != recorded["compiler"]:
         print(f"The compiler is {counted['compiler']}, that of the record was {recorded['compiler']}.")
     if any(counted[key] != recorded[key] for key in ("stream", "frames")):
-        print(f"The record is of {recorded['frames']} frames of {recorded['stream']}: record anew.")
+        print(f"The record is of {recorded['frames']} frames of {recorded['stream']}: record it again.")
         return False
     growth = counted["instructions_per_frame"] / recorded["instructions_per_frame"] - 1
     print(f"recorded {recorded['instructions_per_frame']:.1f}, now {growth:+.2%}, at most {TOLERANCE:+.0%}: "

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The whole road of frames that are of no use: extended squitters beyond repair, and noise that reads as
+// The whole road of useless frames: extended squitters beyond repair, and noise that reads as
 // replies of aircraft that do not exist.
-#include "support/frames.h"
+#include "support/bench_frames.h"
 #include "support/measure.h"
 #include "support/streams.h"
 
@@ -38,8 +38,8 @@ BENCHMARK(unrepairable)->Name("noise/unrepairable");
 std::string randomReply(unsigned address, Random& random) {
     static DF4Message const shortReply;
     static DF20Message const longReply;
-    constexpr DFMessage::DownlinkFormat formats[] = {DFMessage::DF0,  DFMessage::DF4,  DFMessage::DF5,
-                                                     DFMessage::DF16, DFMessage::DF20, DFMessage::DF21};
+    constexpr DFMessage::DownlinkFormat formats[] = {
+        DFMessage::DF0, DFMessage::DF4, DFMessage::DF5, DFMessage::DF16, DFMessage::DF20, DFMessage::DF21};
     auto const format = formats[random() % std::size(formats)];
     auto const& reply = format < DFMessage::DF16 ? static_cast<ModeSMessage const&>(shortReply) : longReply;
 

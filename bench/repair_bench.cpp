@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Repair of damaged frames: the lookup alone, for the frame as it came and the parity it should have, and
 // within the decoding of an extended squitter.
-#include "support/frames.h"
+#include "support/bench_frames.h"
 #include "support/measure.h"
 
 #include <string>
@@ -13,8 +13,7 @@ namespace {
 
 constexpr std::size_t kBeyondRepair = 3; // and more
 
-std::string withDamage(ModeSMessage const& message, std::string const& frame, std::size_t bits,
-                       Random& random) {
+std::string withDamage(ModeSMessage const& message, std::string const& frame, std::size_t bits, Random& random) {
     return bits < kBeyondRepair ? damaged(frame, bits, random) : damagedBeyondRepair(message, frame, random);
 }
 
@@ -28,8 +27,7 @@ template <class Reply> std::vector<Case> cases(DFMessage::DownlinkFormat format,
     Random random;
     Reply const message;
     for (auto const& frame : intactFrames(format))
-        result.push_back(
-            {withDamage(message, frame->data(), bits, random), message.calculateParity(frame->data())});
+        result.push_back({withDamage(message, frame->data(), bits, random), message.calculateParity(frame->data())});
     return result;
 }
 
@@ -64,19 +62,14 @@ BENCHMARK_CAPTURE(repairShort, one_bit, DFMessage::DF11, fixOne, 1)->Name("repai
 BENCHMARK_CAPTURE(repairLong, one_bit, DFMessage::DF17, fixOne, 1)->Name("repair/fixError1Bit/one_bit/112");
 BENCHMARK_CAPTURE(repairShort, none, DFMessage::DF11, fixOne, 3)->Name("repair/fixError1Bit/unrepairable/56");
 BENCHMARK_CAPTURE(repairLong, none, DFMessage::DF17, fixOne, 3)->Name("repair/fixError1Bit/unrepairable/112");
-BENCHMARK_CAPTURE(repairShort, two_bits, DFMessage::DF11, fixTwo, 2)
-    ->Name("repair/fixError2Bits/two_bits/56");
-BENCHMARK_CAPTURE(repairLong, two_bits, DFMessage::DF17, fixTwo, 2)
-    ->Name("repair/fixError2Bits/two_bits/112");
-BENCHMARK_CAPTURE(repairShort, none, DFMessage::DF11, fixTwo, 3)
-    ->Name("repair/fixError2Bits/unrepairable/56");
-BENCHMARK_CAPTURE(repairLong, none, DFMessage::DF17, fixTwo, 3)
-    ->Name("repair/fixError2Bits/unrepairable/112");
+BENCHMARK_CAPTURE(repairShort, two_bits, DFMessage::DF11, fixTwo, 2)->Name("repair/fixError2Bits/two_bits/56");
+BENCHMARK_CAPTURE(repairLong, two_bits, DFMessage::DF17, fixTwo, 2)->Name("repair/fixError2Bits/two_bits/112");
+BENCHMARK_CAPTURE(repairShort, none, DFMessage::DF11, fixTwo, 3)->Name("repair/fixError2Bits/unrepairable/56");
+BENCHMARK_CAPTURE(repairLong, none, DFMessage::DF17, fixTwo, 3)->Name("repair/fixError2Bits/unrepairable/112");
 
 void decodeDamaged(benchmark::State& state, std::size_t bits) {
     Records frames;
-    for (auto const& damage : cases<DF17Message>(DFMessage::DF17, bits))
-        frames.push_back(record(damage.frame));
+    for (auto const& damage : cases<DF17Message>(DFMessage::DF17, bits)) frames.push_back(record(damage.frame));
     auto decoder = decoderInService();
     bool const expected = bits < kBeyondRepair;
     bool asExpected = true;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What a host asks of a tracker with 4,000 targets, and of one target.
-#include "support/frames.h"
+#include "support/bench_frames.h"
 #include "support/measure.h"
 #include "support/streams.h"
 
@@ -16,8 +16,8 @@ namespace {
 constexpr std::size_t kChanged = 10;
 
 bool isComplete(std::shared_ptr<ADSBTarget> const& target) {
-    return target->callsignValid() && target->squawkValid() && target->positionValid() &&
-           target->altitudeBaroValid() && target->groundSpeedValid() && target->mopsVersionConfirmed();
+    return target->callsignValid() && target->squawkValid() && target->positionValid() && target->altitudeBaroValid() &&
+           target->groundSpeedValid() && target->mopsVersionConfirmed();
 }
 
 struct Traffic {
@@ -36,8 +36,7 @@ struct Traffic {
         target = *complete;
         for (auto const& frame : framesOf(bytes.substr(0, kPieceSize))) {
             if (tracker().allTargetsSince(lastUpdate).size() == kChanged) break;
-            tracker().procModeSMsg(
-                receiver.decoder.decode(ModeSMessage::DOWNLINK, frame->data(), lastUpdate + 1));
+            tracker().procModeSMsg(receiver.decoder.decode(ModeSMessage::DOWNLINK, frame->data(), lastUpdate + 1));
         }
     }
 

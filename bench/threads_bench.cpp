@@ -31,7 +31,7 @@ struct Measurement {
     std::int64_t frames = 0; // of all threads
 };
 
-// How long this thread has stood in the queue for a processor.
+// How long this thread has waited for a processor.
 double queuedSeconds() {
     double ran = 0;
     double queued = 0;
@@ -48,8 +48,7 @@ void take(std::string const& bytes, std::barrier<>& start, Measurement& measured
     Receiver().take(bytes, ModeSEncapsulation::Beast); // the thread has its memory from here on
     start.arrive_and_wait();
     auto const began = wallSeconds() - queuedSeconds();
-    for (int pass = 0; pass < kPasses; ++pass)
-        measured.frames += Receiver().take(bytes, ModeSEncapsulation::Beast);
+    for (int pass = 0; pass < kPasses; ++pass) measured.frames += Receiver().take(bytes, ModeSEncapsulation::Beast);
     measured.seconds = wallSeconds() - queuedSeconds() - began;
 }
 
@@ -71,8 +70,7 @@ Measurement takeOnThreads(std::string const& bytes, int count) {
 // The same in a process of its own: once a process has had a second thread, shared pointers and memory cost
 // more in it, which must not reach the other benchmarks.
 Measurement takeInOtherProcess(std::string const& bytes, int threads) {
-    auto* const shared =
-        mmap(nullptr, sizeof(Measurement), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    auto* const shared = mmap(nullptr, sizeof(Measurement), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     if (shared == MAP_FAILED) throw std::bad_alloc();
     auto* const result = new (shared) Measurement;
     auto const child = fork();

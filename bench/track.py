@@ -45,8 +45,8 @@ def main():
     parser.add_argument("road")
     parser.add_argument("streams", type=Path)
     options = parser.parse_args()
-    make_stream(options.trevallo, options.streams / PLAIN, "beast")
-    make_stream(options.trevallo, options.streams / DOUBLED, "beast-doubled")
+    make_stream(options.trevallo, options.streams / PLAIN, "beast-plain")
+    make_stream(options.trevallo, options.streams / DOUBLED, "beast")
 
     rounds = []
     for _ in range(options.rounds):

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Tracking, for each kind of message, with few to many targets: messages decoded beforehand, the targets
 // known to the tracker and visited in turn, in an order that has nothing to do with their addresses.
-#include "support/frames.h"
+#include "support/bench_frames.h"
 #include "support/measure.h"
 #include "support/streams.h"
 
@@ -60,14 +60,12 @@ struct Frame {
 using Sent = std::array<std::array<Frame, kRounds>, std::size(kKinds)>;
 
 bool isComplete(Sent const& sent) {
-    return std::none_of(sent.begin(), sent.end(),
-                        [](auto const& frames) { return frames.back().bytes.empty(); });
+    return std::none_of(sent.begin(), sent.end(), [](auto const& frames) { return frames.back().bytes.empty(); });
 }
 
 void keep(Sent& sent, KindIndex kind, ModeSEncapsulation const& frame) {
     auto& frames = sent[kind];
-    auto const free =
-        std::find_if(frames.begin(), frames.end(), [](auto const& f) { return f.bytes.empty(); });
+    auto const free = std::find_if(frames.begin(), frames.end(), [](auto const& f) { return f.bytes.empty(); });
     if (free != frames.end()) *free = {frame.timeStamp(), frame.data()};
 }
 
@@ -115,8 +113,7 @@ void track(benchmark::State& state, KindIndex kind) {
         for (std::size_t i = 0; i < targets; ++i) messages.push_back(decode(sky.aircraft[i][kind][round]));
     }
     bool tracked = true;
-    takeTurns(state, messages,
-              [&](auto const& message) { tracked &= tracker.procModeSMsg(message) != nullptr; });
+    takeTurns(state, messages, [&](auto const& message) { tracked &= tracker.procModeSMsg(message) != nullptr; });
     if (!tracked) state.SkipWithError("a message did not reach its target");
 }
 

@@ -5,7 +5,7 @@ execute_process(COMMAND git -C "${SOURCE}" rev-parse --short=7 HEAD
     OUTPUT_VARIABLE hash ERROR_QUIET OUTPUT_STRIP_TRAILING_WHITESPACE RESULT_VARIABLE failed)
 execute_process(COMMAND git -C "${SOURCE}" rev-parse --show-prefix
     OUTPUT_VARIABLE prefix ERROR_QUIET OUTPUT_STRIP_TRAILING_WHITESPACE)
-if(failed OR NOT hash OR prefix)  # a folder inside somebody else's checkout is none of ours
+if(failed OR NOT hash OR prefix)  # a folder inside another checkout is not ours
     set(hash 0000000)
 endif()
 string(SUBSTRING "${hash}" 0 7 hash)  # git lengthens an ambiguous hash

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 # The aircraft database reads and writes its file through rapidcsv. An installed rapidcsv is used where there is one
-# (CMake package, include path or -DRAPIDCSV_INCLUDE_DIR=...), else the stand-in under compat/rapidcsv.
+# (CMake package, include path or -DRAPIDCSV_INCLUDE_DIR=...), else the replacement under compat/rapidcsv.
 add_library(trevallo_rapidcsv INTERFACE)
 
 find_package(rapidcsv CONFIG QUIET)
@@ -14,5 +14,5 @@ elseif(RAPIDCSV_INCLUDE_DIR)
     message(STATUS "trevallo: rapidcsv from ${RAPIDCSV_INCLUDE_DIR}")
 else()
     target_include_directories(trevallo_rapidcsv INTERFACE "${PROJECT_SOURCE_DIR}/compat/rapidcsv")
-    message(STATUS "trevallo: no rapidcsv installed, using the stand-in in compat/rapidcsv")
+    message(STATUS "trevallo: no rapidcsv installed, using the replacement in compat/rapidcsv")
 endif()

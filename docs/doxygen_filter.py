@@ -20,16 +20,18 @@ def is_comment(line):
     return line.startswith("    /// ")
 
 
-def grouped(paragraph):
-    """The lines of a paragraph; with markers where one comment speaks of several declarations."""
-    starts = [at for at, line in enumerate(paragraph) if is_comment(line) and (at == 0 or not is_comment(paragraph[at - 1]))]
-    lines = list(paragraph)
-    for start, end in zip(starts, starts[1:] + [len(paragraph)]):
-        declarations = [line for line in paragraph[start:end] if DECLARATION.match(line)]
+def followed_by(marker, line):
+    return f"{line} {marker}" if "//" not in line else f"{line}\n    {marker}"
+
+
+def group(lines, begin, end):
+    """Puts markers around the declarations of a paragraph that one comment speaks of."""
+    starts = [at for at in range(begin, end) if is_comment(lines[at]) and not is_comment(lines[at - 1])]
+    for start, stop in zip(starts, starts[1:] + [end]):
+        declarations = [line for line in lines[start:stop] if DECLARATION.match(line)]
         if len(declarations) > 1 and not SINGLE.match(declarations[0]):
-            lines[start] = "    /** @{ */ " + lines[start].lstrip()
-            lines[end - 1] += " /** @} */" if "//" not in lines[end - 1] else "\n    /** @} */"
-    return lines
+            lines[start - 1] = followed_by("/** @{ */", lines[start - 1])
+            lines[stop - 1] = followed_by("/** @} */", lines[stop - 1])
 
 
 def as_prose(text):
@@ -42,8 +44,13 @@ def comment_as_prose(line):
 
 
 def header(lines):
-    for blank, paragraph in itertools.groupby(map(comment_as_prose, lines), key=lambda line: not line.strip()):
-        yield from paragraph if blank else grouped(list(paragraph))
+    lines = list(map(comment_as_prose, lines))
+    numbers = enumerate(list(lines))
+    for blank, paragraph in itertools.groupby(numbers, key=lambda numbered: not numbered[1].strip()):
+        paragraph = [number for number, _ in paragraph]
+        if not blank:
+            group(lines, paragraph[0], paragraph[-1] + 1)
+    return lines
 
 
 def page(lines):

@@ -1,16 +1,19 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""make_seeds.py PROGRAM: writes the inputs that every target begins with, into fuzz/corpus/TARGET.
+"""make_seeds.py PROGRAM: writes the inputs that every target starts with into fuzz/corpus/TARGET.txt.
 
 They come from the program's simulated traffic (seeded, so that they are always the same) and from a few edge cases of
-each input's form, which the head of the target's source tells. What fuzzing has found worth keeping lies beside them
-under names of its own and is left alone.
+each input's form, which the head of the target's source describes. What fuzzing has found worth keeping stands beside
+them under other names, and stays as it is.
 """
+import collections
 import math
 import pathlib
 import struct
 import subprocess
 import sys
+
+import corpus
 
 CORPUS = pathlib.Path(__file__).resolve().parent / "corpus"
 PROGRAM = sys.argv[1]
@@ -22,10 +25,11 @@ UNEVEN = bytes([6, 22, 0, 99])
 WHOLE = bytes([255, 255, 255, 255])
 
 
+seeds = collections.defaultdict(dict)  # of each target, by name
+
+
 def seed(target, name, content):
-    folder = CORPUS / target
-    folder.mkdir(parents=True, exist_ok=True)
-    (folder / name).write_bytes(content)
+    seeds[target][name] = content
 
 
 def simulated(encoding, aircraft=3, seconds=2, number=1, errors=0.0):
@@ -48,7 +52,7 @@ def parity(frame):
 
 
 def overlay(frame):
-    """What is laid over the parity: the address of surveillance replies, the interrogator of all-call replies."""
+    """What is overlaid on the parity: the address of surveillance replies, the interrogator of all-call replies."""
     return parity(frame) ^ int.from_bytes(frame[-3:], "big")
 
 
@@ -68,7 +72,7 @@ AVR_EDGES = (b"*ABCD;\n:5D4CA2D46B609F;\n@2A300754D4C08D4840D6202CC371C32CE05760
 
 
 def stream_seeds():
-    beast = simulated("beast", errors=0.2)
+    beast = simulated("beast-plain", errors=0.2)
     avr = simulated("avr-time", errors=0.2)
     for name, kind, pieces, content in (
             ("beast", 4, UNEVEN, longest(beast, 500)),
@@ -218,7 +222,7 @@ def database_seeds():
 
 
 def framing_seeds():
-    plain, doubled = simulated("beast", errors=0.2), simulated("beast-doubled", errors=0.2)
+    plain, doubled = simulated("beast-plain", errors=0.2), simulated("beast", errors=0.2)
     avr = longest(simulated("avr", errors=0.2), 500, b"\n")
     raw = b"".join(frames())[:400]
     once, longer, endless = 0, 0xFE, 0xFF
@@ -255,5 +259,30 @@ def framing_seeds():
         seed("framing", name, bytes([form, made_of_it]) + pieces + content)
 
 
-for make in (stream_seeds, avr_seeds, road_seeds, payload_seeds, repair_seeds, database_seeds, framing_seeds):
+def readings_seeds():
+    """One frame of each format and of each type code that is simulated, and some that are not."""
+    seen = {(frame[0] >> 3, frame[4] >> 3 if frame[0] >> 3 == 17 else 0): frame for frame in frames(seconds=20)}
+    nothing_known, known = bytes(9), b"\1\0\0\x75\x30\1\0\0\0\x40" + b"\1" + struct.pack(">d", 420) + bytes(6)
+    pair = struct.pack(">BIIBII", 0, 93000, 51372, 1, 74158, 50194)
+    for (code, type_code), frame in sorted(seen.items()):
+        seed("readings", f"simulated_{code}_{type_code}", bytes([0xFF]) + nothing_known + pair
+             + struct.pack(">dd", 52.0, 4.0) + frame)
+    for name, payload in (("selected", "85E42F31300000"), ("turn", "FFD263377FFCE0"), ("heading", "8F39F91A7E27C4"),
+                          ("advisory", "30800006AF37BC"), ("weather", "185BD5CF400000"), ("capability", "10010080F50000")):
+        frame = bytes.fromhex("A0001838" + payload + "000000")
+        seed("readings", f"register_{name}", bytes([2]) + known + pair + struct.pack(">dd", 52.0, 4.0) + frame)
+    for version in range(3):
+        for name, payload in (("airspeed", "9B06B6AF189400"), ("target", "EA0DB898013C08"), ("status", "F8230002004AB8"),
+                              ("surface", "3C24F3A6E02A6C"), ("emergency", "E1A2C8000000B0")):
+            frame = bytes.fromhex("8D4B1A2C" + payload + "000000")
+            seed("readings", f"squitter_{name}_{version}", bytes([version]) + nothing_known + pair
+                 + struct.pack(">dd", -89.0, 179.9) + frame)
+    seed("readings", "short", bytes(50))
+    seed("readings", "empty", b"")
+
+
+for make in (stream_seeds, avr_seeds, road_seeds, payload_seeds, repair_seeds, database_seeds, framing_seeds, readings_seeds):
     make()
+for target, inputs in seeds.items():
+    packed = CORPUS / f"{target}.txt"
+    corpus.write(packed, corpus.read(packed) | inputs)

@@ -1,17 +1,19 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# run.sh BUILD_FOLDER [TARGET] [SECONDS]   replays the committed inputs of a target, or of every one, then fuzzes it
-# run.sh BUILD_FOLDER --replay [TARGET]    replays only
-# run.sh BUILD_FOLDER --coverage           shows which lines of src/ the committed inputs reach
+# run.sh BUILD_FOLDER [TARGET] [SECONDS]         replays the committed inputs of a target, or of every one, then fuzzes it
+# run.sh BUILD_FOLDER --replay [TARGET]          replays only
+# run.sh BUILD_FOLDER --coverage                 shows which lines of src/ the committed inputs reach
+# run.sh BUILD_FOLDER --keep TARGET [INPUT...]   adds inputs to the committed ones: those named, or those of
+#                                                build/fuzz-corpus/TARGET that reach what the committed ones do not
 # New inputs go to build/fuzz-corpus/TARGET, inputs that fail to build/fuzz-finds/TARGET.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 programs=$1/fuzz
 shift
-targets=(fuzz/*.cpp)
+targets=(fuzz/*_target.cpp)
 targets=("${targets[@]##*/}")
-targets=("${targets[@]%.cpp}")
+targets=("${targets[@]%_target.cpp}")
 
 export UBSAN_OPTIONS=print_stacktrace=1
 if [[ -w /dev/shm ]]; then export TMPDIR=/dev/shm; fi # files that a target writes need no disk
@@ -27,7 +29,7 @@ only() {
     targets=("$1")
 }
 
-# fuzzer TARGET ARGUMENT...: runs it; its words are shown only when something is found.
+# fuzzer TARGET ARGUMENT...: runs it; its output is shown only when something is found.
 fuzzer() {
     local target=$1 finds=build/fuzz-finds/$1 log=build/fuzz-$1.log
     local options=(-entropic_scale_per_exec_time=1 -artifact_prefix="$finds/" -timeout=10 -print_final_stats=1)
@@ -47,7 +49,9 @@ fuzzer() {
     return 1
 }
 
-replay() { fuzzer "$1" -runs=0 "fuzz/corpus/$1"; }
+committed() { echo "$programs/corpus/$1"; } # the folder in which the build unpacks the inputs of a target
+
+replay() { fuzzer "$1" -runs=0 "$(committed "$1")"; }
 
 # statistic TARGET NAME: a number that the last run has left behind.
 statistic() { sed -nE "s/^stat::$2: +//p" "build/fuzz-$1.log"; }
@@ -56,7 +60,7 @@ fuzz() {
     local target=$1 seconds=$2
     mkdir -p "build/fuzz-corpus/$target"
     replay "$target" || return
-    fuzzer "$target" -max_total_time="$seconds" "build/fuzz-corpus/$target" "fuzz/corpus/$target" || return
+    fuzzer "$target" -max_total_time="$seconds" "build/fuzz-corpus/$target" "$(committed "$target")" || return
     printf '%-12s %12s executions %8s per second\n' "$target" \
         "$(statistic "$target" number_of_executed_units)" "$(statistic "$target" average_exec_per_sec)"
 }
@@ -89,7 +93,25 @@ coverage() {
         -show-branch-summary=false $(git ls-files 'src/*.cpp' 'src/*.h')
 }
 
+# keep TARGET [INPUT...]
+keep() {
+    local target=$1 inputs=("${@:2}") merged
+    if ((${#inputs[@]} == 0)); then
+        merged=$(mktemp -d)
+        cp "$(committed "$target")"/* "$merged"
+        fuzzer "$target" -use_counters=0 -set_cover_merge=1 "$merged" "build/fuzz-corpus/$target"
+        inputs=("$merged"/*)
+    fi
+    fuzz/corpus.py add "fuzz/corpus/$target.txt" "${inputs[@]}"
+    git diff --stat -- "fuzz/corpus/$target.txt"
+    rm -rf "${merged:-}"
+}
+
 case ${1:-} in
+--keep)
+    only "${2:-}"
+    keep "${@:2}"
+    ;;
 --replay)
     if (($# > 1)); then only "$2"; fi
     each replay

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "inspect/bar_chart.h"
 
-#include "outputs/text.h"
+#include "outputs/output_text.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 namespace {
 
@@ -19,7 +19,7 @@ constexpr std::array<std::string_view, kEighths> kBlocks{"", "▏", "▎", "▍"
 constexpr std::array<std::string_view, 9> kHeights{" ", "▁", "▂", "▃", "▄", "▅", "▆", "▇", "█"};
 constexpr std::array<std::string_view, 9> kPlainHeights{" ", ".", ":", "-", "=", "+", "*", "#", "@"};
 
-// The share of `columns` that a count has of the greatest one; something for whatever is not 0.
+// How many of `columns` a count gets in relation to the greatest one; at least a part unless it is 0.
 std::string barOf(std::uint64_t count, std::uint64_t greatest, std::size_t columns, bool hasBlocks) {
     if (count == 0) return "";
     auto const share = static_cast<double>(count) / static_cast<double>(greatest);
@@ -33,7 +33,7 @@ std::string barOf(std::uint64_t count, std::uint64_t greatest, std::size_t colum
 
 std::string percent(std::uint64_t count, std::uint64_t all) {
     auto const share = all == 0 ? 0.0 : 100.0 * static_cast<double>(count) / static_cast<double>(all);
-    return fixed(share, 1) + " %";
+    return outputs::fixed(share, 1) + " %";
 }
 
 std::string right(std::string const& text, std::size_t width) {
@@ -42,7 +42,7 @@ std::string right(std::string const& text, std::size_t width) {
 
 } // namespace
 
-std::string barChart(std::vector<Bar> const& bars, TerminalStyle const& style) {
+std::string barChart(std::vector<Bar> const& bars, terminal::TerminalStyle const& style) {
     std::size_t labelWidth = 0;
     std::size_t countWidth = 0;
     std::uint64_t greatest = 0;
@@ -59,8 +59,7 @@ std::string barChart(std::vector<Bar> const& bars, TerminalStyle const& style) {
 
     std::string text;
     for (auto const& bar : bars) {
-        auto line = std::string(kIndent, ' ') + bar.label +
-                    std::string(labelWidth - bar.label.size() + 2, ' ') +
+        auto line = std::string(kIndent, ' ') + bar.label + std::string(labelWidth - bar.label.size() + 2, ' ') +
                     right(std::to_string(bar.count), countWidth) + "  " +
                     right(percent(bar.count, all), kPercentWidth) + "  " +
                     barOf(bar.count, greatest, columns, style.hasBlocks);
@@ -70,7 +69,7 @@ std::string barChart(std::vector<Bar> const& bars, TerminalStyle const& style) {
     return text;
 }
 
-std::string sparkline(std::span<std::uint64_t const> counts, TerminalStyle const& style) {
+std::string sparkline(std::span<std::uint64_t const> counts, terminal::TerminalStyle const& style) {
     std::uint64_t greatest = 1;
     for (auto const count : counts) greatest = std::max(greatest, count);
     auto const& heights = style.hasBlocks ? kHeights : kPlainHeights;
@@ -79,4 +78,4 @@ std::string sparkline(std::span<std::uint64_t const> counts, TerminalStyle const
     return text;
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

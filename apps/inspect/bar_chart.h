@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "inspect/terminal.h"
+#include "terminal/terminal_style.h"
 
 #include <cstdint>
 #include <span>
 #include <string>
 #include <vector>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 struct Bar {
     std::string label;
@@ -17,9 +17,9 @@ struct Bar {
 
 /// A line for each bar: its label, its count, its share of all, and the bar, as long as the width allows for
 /// the longest.
-std::string barChart(std::vector<Bar> const& bars, TerminalStyle const& style);
+std::string barChart(std::vector<Bar> const& bars, terminal::TerminalStyle const& style);
 
 /// One character for each count, the higher the fuller.
-std::string sparkline(std::span<std::uint64_t const> counts, TerminalStyle const& style);
+std::string sparkline(std::span<std::uint64_t const> counts, terminal::TerminalStyle const& style);
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

@@ -7,13 +7,13 @@
 #include <array>
 #include <iterator>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 namespace {
 
 constexpr std::string_view kSecondReadings[] = {"TYPE", "ALT_SRC", "GND_SPD"}; // of bits that have a field
-constexpr std::array<std::string_view, 6> kColours{"\x1B[36m", "\x1B[33m", "\x1B[32m",
-                                                   "\x1B[35m", "\x1B[34m", "\x1B[31m"};
+constexpr std::array<std::string_view, 6> kColours{
+    "\x1B[36m", "\x1B[33m", "\x1B[32m", "\x1B[35m", "\x1B[34m", "\x1B[31m"};
 constexpr std::string_view kPlain = "\x1B[0m";
 
 struct Group {
@@ -24,8 +24,7 @@ struct Group {
 
     std::string place() const {
         auto const last = firstBit + bits.size() - 1;
-        return bits.size() == 1 ? std::to_string(firstBit)
-                                : std::to_string(firstBit) + "-" + std::to_string(last);
+        return bits.size() == 1 ? std::to_string(firstBit) : std::to_string(firstBit) + "-" + std::to_string(last);
     }
     std::size_t columns() const { return std::max({place().size(), bits.size(), name.size()}); }
 };
@@ -71,8 +70,7 @@ std::vector<Group> groupsOf(Dissection const& dissection) {
         auto const owner = ownerOf(bit, fields);
         if (groups.empty() || groups.back().name != owner || (owner == "-" && beginsField(bit, fields)))
             groups.push_back({bit, owner, "", ""});
-        auto const isRepaired =
-            std::ranges::find(dissection.repairedBits, bit) != dissection.repairedBits.end();
+        auto const isRepaired = std::ranges::find(dissection.repairedBits, bit) != dissection.repairedBits.end();
         groups.back().bits += bitsOf(dissection.bytes, bit - 1, 1) != 0 ? '1' : '0';
         groups.back().marks += isRepaired ? '^' : ' ';
     }
@@ -125,4 +123,4 @@ std::string bitRuler(Dissection const& dissection, std::size_t columns, bool col
     return ruler;
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

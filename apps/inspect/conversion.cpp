@@ -1,33 +1,38 @@
 // SPDX-License-Identifier: MIT
 #include "inspect/conversion.h"
 
-#include "host/frame_writer.h"
+#include <airspace/encoding.h>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
-void Conversion::append(Frames const& frames, std::string& out) {
+void Conversion::append(airspace::Frames const& frames, std::string& out) {
     for (auto const& frame : frames) {
         bool const isStamped = frame.stamp.has_value();
-        auto const encoding = _to == Encoding::AvrStamped && !isStamped ? Encoding::Avr : _to;
+        auto const encoding = _to == airspace::Encoding::AvrStamped && !isStamped ? airspace::Encoding::Avr : _to;
         auto const before = out.size();
-        appendEncoded(out, frame, encoding);
+        airspace::appendEncoded(out, frame, encoding);
         if (out.size() == before) {
             ++_leftOut;
             continue;
         }
-        ++(frame.record->data().size() == kModeAcFrameBytes ? _modeAc : _frames);
+        ++(frame.isModeAc() ? _modeAc : _frames);
         if (isStamped && !hasStamps(_to)) ++_stamps;
         if (!isStamped && hasStamps(_to)) ++_unstamped;
         if (frame.signal != 0 && !hasSignals(_to)) ++_signals;
     }
 }
 
-bool isBinary(Encoding encoding) {
-    return encoding == Encoding::Beast || encoding == Encoding::BeastPlain || encoding == Encoding::Raw;
+bool isBinary(airspace::Encoding encoding) {
+    return encoding == airspace::Encoding::Beast || encoding == airspace::Encoding::BeastPlain ||
+           encoding == airspace::Encoding::Raw;
 }
 
-bool hasStamps(Encoding encoding) { return encoding == Encoding::AvrStamped || hasSignals(encoding); }
+bool hasStamps(airspace::Encoding encoding) {
+    return encoding == airspace::Encoding::AvrStamped || hasSignals(encoding);
+}
 
-bool hasSignals(Encoding encoding) { return encoding == Encoding::Beast || encoding == Encoding::BeastPlain; }
+bool hasSignals(airspace::Encoding encoding) {
+    return encoding == airspace::Encoding::Beast || encoding == airspace::Encoding::BeastPlain;
+}
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

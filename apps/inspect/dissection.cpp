@@ -10,7 +10,7 @@
 #include <cmath>
 #include <tuple>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 namespace {
 
@@ -22,55 +22,45 @@ using modes::DF19Message;
 using modes::ModeSMessage;
 using modes::ModeSMessageField;
 
-constexpr std::size_t kModeACBytes = 2;
 constexpr unsigned kFormatBits = 5;
 constexpr unsigned kExtendedLengthFormat = 24; // and above: their first two bits are the format
-constexpr unsigned kFirstLongFormat = 16;
-constexpr unsigned kShortBits = 56;
-constexpr unsigned kLongBits = 112;
+constexpr unsigned kShortBits = 8 * airspace::kShortFrameBytes;
 constexpr unsigned kParityBits = 24;
 constexpr unsigned kAddressDigits = 6;
-constexpr unsigned kPayloadBytes = 7;
-constexpr TimeMs kSilence = 60'000; // ms, after which no position can be made of a target's frames any more
+constexpr unsigned kPayloadBytes = (kPayloadLastBit - kPayloadFirstBit + 1) / 8;
+constexpr airspace::TimeMs kSilence =
+    60'000; // ms, after which no position can be made of an aircraft's frames any more
 // ms. To the tracker a half of a pair that never came is one received at time 0: no frame comes close to
 // that.
-constexpr TimeMs kFirstTime = 60'000;
+constexpr airspace::TimeMs kFirstTime = 60'000;
 
-// Capability, control or application field: what an extended squitter is used for.
-unsigned long long useOf(std::string const& frame) { return bitsOf(frame, kFormatBits, 3); }
+unsigned frameBits(unsigned format) {
+    auto const firstByte = static_cast<char>(format << (8 - kFormatBits));
+    return static_cast<unsigned>(8 * airspace::modeSFrameBytes(firstByte));
+}
 
-unsigned frameBits(unsigned format) { return format < kFirstLongFormat ? kShortBits : kLongBits; }
-
-std::string parityMeaning(Overlay overlay, unsigned remainder) {
+std::string parityMeaning(airspace::Overlay overlay, unsigned remainder) {
     switch (overlay) {
-    case Overlay::Nothing: return remainder == 0 ? "right" : "wrong: bits are damaged";
-    case Overlay::Interrogator:
+    case airspace::Overlay::Nothing: return remainder == 0 ? "right" : "wrong: bits are damaged";
+    case airspace::Overlay::Interrogator:
         return isInterrogator(remainder) ? "right, of interrogator " + std::to_string(remainder)
                                          : "wrong: there is no such interrogator";
-    case Overlay::Address: return "the remainder is the address: damage cannot be told";
-    default: return "what is laid over it is not known";
+    case airspace::Overlay::Address: return "the remainder is the address: damage cannot be detected";
+    default: return "what is overlaid on it is not known";
     }
 }
 
-ParityView parityOf(std::string const& frame) {
+ParityView parityOf(std::string const& frame, airspace::Overlay overlay) {
     auto const bits = static_cast<unsigned>(8 * frame.size());
     auto const calculated =
         bits == kShortBits ? DF11Message().calculateParity(frame) : DF17Message().calculateParity(frame);
     ParityView parity{static_cast<unsigned>(bitsOf(frame, bits - kParityBits, kParityBits)), calculated, ""};
-    parity.meaning = parityMeaning(overlayOf(frame), parity.remainder());
+    parity.meaning = parityMeaning(overlay, parity.remainder());
     return parity;
 }
 
-std::vector<unsigned> differingBits(std::string const& a, std::string const& b) {
-    std::vector<unsigned> positions;
-    for (unsigned bit = 0; bit < 8 * std::min(a.size(), b.size()); ++bit) {
-        if (bitsOf(a, bit, 1) != bitsOf(b, bit, 1)) positions.push_back(bit + 1);
-    }
-    return positions;
-}
-
 // A reply that does not decode still keeps the fields that it was read as.
-std::shared_ptr<ModeSMessage> readAsReceived(std::string const& frame, unsigned format) {
+std::shared_ptr<ModeSMessage const> readAsReceived(std::string const& frame, unsigned format) {
     std::shared_ptr<ModeSMessage> message;
     if (format == 17) message = std::make_shared<DF17Message>();
     if (format == 18) message = std::make_shared<DF18Message>();
@@ -93,10 +83,9 @@ FieldView formatField(std::string const& frame, unsigned format) {
     return view;
 }
 
-// Extended squitters answer no interrogator: their parity bears no identifier.
+// Extended squitters answer no interrogator: their parity carries no identifier.
 std::string meaningIn(ModeSMessage const& message, ModeSMessageField const& field, unsigned long long raw) {
-    if (field.designator() == ModeSMessageField::AP)
-        return "address " + hexText(message.icaoAddress(), kAddressDigits);
+    if (field.designator() == ModeSMessageField::AP) return "address " + hexText(message.icaoAddress(), kAddressDigits);
     bool const isAllCall = message.bits() == kShortBits;
     if (field.designator() == ModeSMessageField::PI && !isAllCall) return "";
     return meaningOf(field, raw);
@@ -111,7 +100,7 @@ std::vector<FieldView> fieldsOf(ModeSMessage const& message, std::string const& 
         view.text = field->bits() == kParityBits ? view.raw : field->description();
         view.meaning = meaningIn(message, *field, bitsOf(frame, field->pos(), field->bits()));
     }
-    for (auto const& part : sparePartsOf(format)) {
+    for (auto const& part : spareFieldsOf(format)) {
         auto& view = views.emplace_back(viewOf(frame, part.firstBit, part.width));
         view.name = part.name;
         view.title = part.title;
@@ -132,8 +121,8 @@ std::vector<FieldView> payloadFields(ADSBMessage const& message, std::string con
 }
 
 void sortByPosition(std::vector<FieldView>& fields) {
-    std::stable_sort(fields.begin(), fields.end(),
-                     [](FieldView const& a, FieldView const& b) { return a.firstBit < b.firstBit; });
+    std::stable_sort(
+        fields.begin(), fields.end(), [](FieldView const& a, FieldView const& b) { return a.firstBit < b.firstBit; });
 }
 
 std::string whyUndecoded(std::string const& frame, unsigned format) {
@@ -149,44 +138,44 @@ std::string whyUndecoded(std::string const& frame, unsigned format) {
 
 } // namespace
 
-Dissector::Dissector(Versions versions) : _versions(std::move(versions)) {}
+Dissector::Dissector(Versions versions) : _versions(std::move(versions)) { _sky.setTimeout(kSilence); }
 
-Dissection Dissector::dissect(std::string const& bytes, TimeMs time) {
+Dissection Dissector::dissect(std::string const& bytes, airspace::TimeMs time) {
     Dissection result;
     result.received = result.bytes = bytes;
-    if (bytes.size() <= kModeACBytes) {
+    if (bytes.size() <= airspace::kModeAcFrameBytes) {
         result.formatName = "Mode A/C reply";
         result.problem = "Mode A/C replies are not decoded";
         return result;
     }
-    auto const format = static_cast<unsigned>(bitsOf(bytes, 0, kFormatBits));
-    result.format = std::min(format, kExtendedLengthFormat);
-    result.formatName = titleOfFormat(*result.format);
-
     _now = time != 0 ? kFirstTime + time : std::max(_now, kFirstTime) + 1;
-    auto message = _decoder.decode(ModeSMessage::DOWNLINK, bytes, _now);
-    if (message) {
+    if (time == 0) _sky.ignoreSpeeds();
+    dropSilent();
+    auto const reply = _sky.take(airspace::Frame::of(bytes, _now));
+    auto message = _sky.message();
+    auto const format = *reply.format;
+    result.format = format;
+    result.formatName = titleOfFormat(format);
+    if (reply.isDecoded) {
         result.bytes = message->data();
-        result.confidence = message->confidence();
-        if (message->icaoAddress() != 0) result.address = message->icaoAddress();
-        result.position = track(message);
+        result.confidence = reply.confidence;
+        if (reply.address != 0) result.address = reply.address;
+        result.position = positionOf(reply);
     } else {
-        result.problem = whyUndecoded(bytes, *result.format);
+        result.problem = whyUndecoded(bytes, format);
         if (8 * bytes.size() >= frameBits(format)) message = readAsReceived(bytes, format);
     }
     auto const frame = result.bytes.substr(0, message ? message->size() : bytes.size());
-    if (8 * frame.size() == frameBits(format)) result.parity = parityOf(frame);
-    result.repairedBits = differingBits(bytes, result.bytes);
-    result.fields = message ? fieldsOf(*message, frame, *result.format)
-                            : std::vector<FieldView>{formatField(frame, *result.format)};
+    if (8 * frame.size() == frameBits(format)) result.parity = parityOf(frame, reply.overlay);
+    result.repairedBits.assign(reply.repairedBits.begin(), reply.repairedBits.begin() + reply.repairs);
+    result.fields = message ? fieldsOf(*message, frame, format) : std::vector<FieldView>{formatField(frame, format)};
     if (message) result.description = message->description();
-    if (result.problem.empty() && hasADSBPayload(frame)) result.payload = readPayload(frame);
+    if (reply.typeCode) result.payload = readPayload(frame, *reply.typeCode);
     return result;
 }
 
-std::optional<PayloadView> Dissector::readPayload(std::string const& frame) const {
+std::optional<PayloadView> Dissector::readPayload(std::string const& frame, std::uint8_t typeCode) const {
     auto const me = frame.substr(kPayloadFirstBit / 8, kPayloadBytes);
-    auto const typeCode = static_cast<std::uint8_t>(bitsOf(me, 0, 5));
     auto const type = ADSBMessage::typeByCode(typeCode);
     PayloadView payload{typeCode, ADSBMessage::typeName(type), ADSBMessage::typeFullName(type), {}, {}};
     for (auto const version : _versions) {
@@ -196,10 +185,8 @@ std::optional<PayloadView> Dissector::readPayload(std::string const& frame) cons
             continue;
         }
         auto fields = payloadFields(*message, frame);
-        auto const same =
-            std::find_if(payload.readings.begin(), payload.readings.end(), [&](auto const& other) {
-                return other.description == message->description() && other.fields == fields;
-            });
+        auto const same = std::find_if(payload.readings.begin(), payload.readings.end(),
+            [&](auto const& other) { return other.description == message->description() && other.fields == fields; });
         if (same != payload.readings.end()) {
             same->versions.push_back(version);
         } else {
@@ -209,49 +196,24 @@ std::optional<PayloadView> Dissector::readPayload(std::string const& frame) cons
     return payload;
 }
 
-// The position, if this message has completed a pair.
-std::optional<PositionView> Dissector::track(std::shared_ptr<ModeSMessage> const& message) {
-    dropSilentTargets();
-    auto const target = _tracker.procModeSMsg(message);
-    if (!target || !target->positionValid() || target->positionLastUpdate() != message->timeStamp())
-        return std::nullopt;
-    PositionView const position{target->latitude(), target->longitude()};
-    bool const isOnGlobe = std::fabs(position.latitude) <= 90 && std::fabs(position.longitude) <= 180;
-    return isOnGlobe ? std::optional(position) : std::nullopt;
+// The position, if this frame has completed a pair, or repeats one that has.
+std::optional<PositionView> Dissector::positionOf(airspace::Reply const& reply) const {
+    bool const isPosition = reply.track != 0 && reply.type == ADSBMessage::POS_AIR;
+    auto const aircraft = isPosition ? _sky.find(reply.address, _now) : std::nullopt;
+    if (!aircraft || !aircraft->position.value || aircraft->position.updated != _now) return std::nullopt;
+    return PositionView{aircraft->position.value->latitude, aircraft->position.value->longitude};
 }
 
-void Dissector::dropSilentTargets() {
+void Dissector::dropSilent() {
     if (_now >= _lastDrop && _now - _lastDrop < kSilence) return;
-    if (_now > kSilence) _tracker.killTargets(_now - kSilence);
+    _sky.dropSilent(_now);
     _lastDrop = _now;
-}
-
-Overlay overlayOf(std::string const& frame) {
-    switch (bitsOf(frame, 0, kFormatBits)) {
-    case 17:
-    case 18: return Overlay::Nothing;
-    case 19: return useOf(frame) == 0 ? Overlay::Nothing : Overlay::Unknown;
-    case 11: return Overlay::Interrogator;
-    case 0:
-    case 4:
-    case 5:
-    case 16:
-    case 20:
-    case 21: return Overlay::Address;
-    default: return Overlay::Unknown;
-    }
 }
 
 bool isInterrogator(unsigned remainder) { return remainder < modes::ModeSMessageFieldPI::kInterrogatorIds; }
 
-bool hasADSBPayload(std::string const& frame) {
-    auto const format = bitsOf(frame, 0, kFormatBits);
-    auto const use = useOf(frame);
-    return format == 17 || (format == 18 && (use == 0 || use == 1 || use == 6)) || (format == 19 && use == 0);
-}
-
-std::vector<FieldView> withGaps(std::vector<FieldView> fields, std::string const& frame, unsigned firstBit,
-                                unsigned lastBit) {
+std::vector<FieldView> withGaps(
+    std::vector<FieldView> fields, std::string const& frame, unsigned firstBit, unsigned lastBit) {
     std::vector<bool> covered(lastBit + 2);
     for (auto const& field : fields) {
         for (unsigned bit = 0; bit < field.width; ++bit) covered.at(field.firstBit + bit) = true;
@@ -288,4 +250,4 @@ std::string nameOf(ModeSMessage::Confidence confidence) {
     return kNames[confidence];
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

@@ -1,17 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <airspace/sky.h>
 #include <modes/adsb_decoder.h>
-#include <modes/adsb_tracker.h>
-#include <modes/modes_decoder.h>
-
-#include "host/frame.h"
 
 #include <optional>
 #include <string>
 #include <vector>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 using Versions = std::vector<modes::MOPSVersion>;
 
@@ -22,14 +19,14 @@ struct FieldView {
     unsigned firstBit;   ///< in the frame, counted from 1
     unsigned width;      ///< bits
     std::string raw;     ///< its bits as hexadecimal digits
-    std::string text;    ///< its value as the library words it
-    std::string meaning; ///< what the value says, where the text does not speak for itself
+    std::string text;    ///< its value as the library writes it
+    std::string meaning; ///< what the value means, where the text does not say it
     Versions versions{}; ///< of a payload: the versions whose message has it
 
     bool operator==(FieldView const&) const = default;
 };
 
-/// What a payload says to transmitters' versions that mean the same by it.
+/// What a payload says for those versions that read it the same way.
 struct PayloadReading {
     Versions versions;
     std::string description; ///< the library's
@@ -71,56 +68,47 @@ struct Dissection {
     std::optional<unsigned> address;
     std::vector<FieldView> fields;
     std::optional<PayloadView> payload;
-    std::optional<PositionView> position; ///< made of this frame and one before it
+    std::optional<PositionView> position; ///< from this frame and one before it
 };
 
-/// Takes frames apart. It remembers those before, as a receiver's decoder does: they tell how far an address
-/// can be trusted, and make positions of pairs.
+/// Takes frames apart. It remembers earlier frames, as a receiver's decoder does: they decide how far an address can be
+/// trusted, and pairs of them make positions.
 class Dissector {
 public:
     /// Payloads are read as these versions mean them.
     explicit Dissector(Versions versions);
 
     /// `time` is when the frame was received, 0 when that is not known.
-    Dissection dissect(std::string const& bytes, TimeMs time = 0);
+    Dissection dissect(std::string const& bytes, airspace::TimeMs time = 0);
 
 private:
-    std::optional<PayloadView> readPayload(std::string const& frame) const;
-    std::optional<PositionView> track(std::shared_ptr<modes::ModeSMessage> const& message);
-    void dropSilentTargets();
+    std::optional<PayloadView> readPayload(std::string const& frame, std::uint8_t typeCode) const;
+    std::optional<PositionView> positionOf(airspace::Reply const& reply) const;
+    void dropSilent();
 
     Versions _versions;
-    modes::ModeSDecoder _decoder;
+    airspace::Sky _sky;
     modes::ADSBDecoder _payloadDecoder;
-    modes::ADSBTracker _tracker;
-    TimeMs _now = 0;
-    TimeMs _lastDrop = 0;
+    airspace::TimeMs _now = 0;
+    airspace::TimeMs _lastDrop = 0;
 };
 
 /// The fields ordered by position, with one named "-" for the bits from `firstBit` to `lastBit` between them
 /// that no field covers.
-std::vector<FieldView> withGaps(std::vector<FieldView> fields, std::string const& frame, unsigned firstBit,
-                                unsigned lastBit);
+std::vector<FieldView> withGaps(
+    std::vector<FieldView> fields, std::string const& frame, unsigned firstBit, unsigned lastBit);
 
 /// The fields of all readings of a payload, each once, with the versions that have it.
 std::vector<FieldView> mergedFields(PayloadView const& payload);
 
-/// What is laid over the parity of a frame, by its format. Military extended squitters keep that to
-/// themselves.
-enum class Overlay { Nothing, Interrogator, Address, Unknown };
-Overlay overlayOf(std::string const& frame);
-
 /// Whether the remainder of an all-call reply's parity is an interrogator's identifier.
 bool isInterrogator(unsigned remainder);
 
-/// Whether a frame carries an ADS-B message: only some uses of the extended squitter do.
-bool hasADSBPayload(std::string const& frame);
-
-/// Where the payload of an extended squitter stands.
+/// The position of the payload in an extended squitter.
 inline constexpr unsigned kPayloadFirstBit = 33;
 inline constexpr unsigned kPayloadLastBit = 88;
 
 /// "none", "low", "medium" or "high".
 std::string nameOf(modes::ModeSMessage::Confidence confidence);
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

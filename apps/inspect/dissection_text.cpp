@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "inspect/dissection_text.h"
 
-#include "host/printable.h"
+#include "files/printable.h"
+#include "inspect/aligned_table.h"
 #include "inspect/frame_text.h"
-#include "inspect/text_table.h"
-#include "outputs/text.h"
+#include "outputs/output_text.h"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <utility>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 namespace {
 
@@ -37,16 +37,14 @@ std::string versionsText(Versions const& versions) {
 }
 
 std::string confidenceText(modes::ModeSMessage::Confidence confidence) {
-    constexpr char const* kReasons[] = {
-        "nothing speaks for its address", "its address was not announced before",
+    constexpr char const* kReasons[] = {"nothing confirms its address", "its address was not announced before",
         "its address is known, its interrogator not yet", "its address is announced or known"};
     return nameOf(confidence) + ": " + kReasons[confidence];
 }
 
 std::string parityText(ParityView const& parity) {
     return hexText(parity.field, kParityDigits) + " received, " + hexText(parity.calculated, kParityDigits) +
-           " calculated, remainder " + hexText(parity.remainder(), kParityDigits) + " (" + parity.meaning +
-           ")";
+           " calculated, remainder " + hexText(parity.remainder(), kParityDigits) + " (" + parity.meaning + ")";
 }
 
 std::string placeOf(FieldView const& field, unsigned origin) {
@@ -59,21 +57,14 @@ std::string tableOf(std::vector<FieldView> const& fields, std::size_t versions) 
     for (auto const& field : fields) {
         auto const isPayload = field.firstBit >= kPayloadFirstBit && versions > 0;
         bool const isOfAll = field.versions.empty() || field.versions.size() == versions;
-        auto const value = printable(field.text);
+        auto const value = files::printable(field.text);
         rows.push_back({placeOf(field, 0), isPayload ? placeOf(field, kPayloadFirstBit - 1) : "",
-                        std::to_string(field.width), field.name, field.title, field.raw,
-                        field.meaning.empty() ? value : value + ": " + field.meaning,
-                        isOfAll ? "" : versionsText(field.versions)});
+            std::to_string(field.width), field.name, field.title, field.raw,
+            field.meaning.empty() ? value : value + ": " + field.meaning, isOfAll ? "" : versionsText(field.versions)});
     }
-    return alignedTable({{"Bits", Align::Right},
-                         {"ME bits", Align::Right},
-                         {"Width", Align::Right},
-                         {"Field"},
-                         {"Name"},
-                         {"Raw"},
-                         {"Value"},
-                         {"Versions"}},
-                        rows, "  ");
+    return alignedTable({{"Bits", Align::Right}, {"ME bits", Align::Right}, {"Width", Align::Right}, {"Field"},
+                            {"Name"}, {"Raw"}, {"Value"}, {"Versions"}},
+        rows, "  ");
 }
 
 std::string versionsTitle(Versions const& versions) {
@@ -85,7 +76,7 @@ std::vector<std::pair<std::string, Versions>> descriptionsOf(PayloadView const& 
     std::vector<std::pair<std::string, Versions>> descriptions;
     for (auto const& reading : payload.readings) {
         auto same = std::find_if(descriptions.begin(), descriptions.end(),
-                                 [&](auto const& other) { return other.first == reading.description; });
+            [&](auto const& other) { return other.first == reading.description; });
         if (same == descriptions.end()) same = descriptions.insert(same, {reading.description, {}});
         same->second.insert(same->second.end(), reading.versions.begin(), reading.versions.end());
     }
@@ -94,12 +85,12 @@ std::vector<std::pair<std::string, Versions>> descriptionsOf(PayloadView const& 
 
 std::string payloadText(Dissection const& dissection) {
     auto const& payload = *dissection.payload;
-    auto text = "\n" + line("Payload", "type code " + std::to_string(payload.typeCode) + ", " +
-                                           payload.typeName + ": " + payload.typeTitle);
+    auto text = "\n" + line("Payload", "type code " + std::to_string(payload.typeCode) + ", " + payload.typeName +
+                                           ": " + payload.typeTitle);
     std::size_t versions = 0;
     for (auto const& [description, whose] : descriptionsOf(payload)) {
         versions += whose.size();
-        text += line(versionsTitle(whose), printable(description));
+        text += line(versionsTitle(whose), files::printable(description));
     }
     if (!payload.unread.empty())
         text += line(versionsTitle(payload.unread), "not decoded: no such message, or it is not valid");
@@ -108,15 +99,13 @@ std::string payloadText(Dissection const& dissection) {
     return text + "\n" + tableOf(fields, versions);
 }
 
-template <class Value> Json orNull(std::optional<Value> const& value) {
-    return value ? Json(*value) : Json();
-}
+template <class Value> Json orNull(std::optional<Value> const& value) { return value ? Json(*value) : Json(); }
 
 Json jsonOf(std::vector<FieldView> const& fields) {
     auto list = Json::array();
     for (auto const& field : fields) {
-        Json json{{"name", field.name},   {"title", field.title}, {"firstBit", field.firstBit},
-                  {"width", field.width}, {"raw", field.raw},     {"text", field.text}};
+        Json json{{"name", field.name}, {"title", field.title}, {"firstBit", field.firstBit}, {"width", field.width},
+            {"raw", field.raw}, {"text", field.text}};
         json["meaning"] = field.meaning.empty() ? Json() : Json(field.meaning);
         list.push_back(std::move(json));
     }
@@ -124,13 +113,11 @@ Json jsonOf(std::vector<FieldView> const& fields) {
 }
 
 Json jsonOf(PayloadView const& payload) {
-    Json json{
-        {"typeCode", payload.typeCode}, {"typeName", payload.typeName}, {"typeTitle", payload.typeTitle}};
+    Json json{{"typeCode", payload.typeCode}, {"typeName", payload.typeName}, {"typeTitle", payload.typeTitle}};
     json["readings"] = Json::array();
     for (auto const& reading : payload.readings) {
-        json["readings"].push_back({{"versions", reading.versions},
-                                    {"description", reading.description},
-                                    {"fields", jsonOf(reading.fields)}});
+        json["readings"].push_back(
+            {{"versions", reading.versions}, {"description", reading.description}, {"fields", jsonOf(reading.fields)}});
     }
     json["versionsNotDecoded"] = payload.unread;
     return json;
@@ -150,29 +137,28 @@ std::string dissectionText(Dissection const& dissection) {
                                      listText(dissection.repairedBits) + ": " + hexText(dissection.bytes));
     }
     if (dissection.address) text += line("Address", hexText(*dissection.address, 6));
-    if (!dissection.description.empty()) text += line("Reply", printable(dissection.description));
+    if (!dissection.description.empty()) text += line("Reply", files::printable(dissection.description));
     if (!dissection.fields.empty()) text += "\n" + tableOf(dissection.fields, 0);
     if (dissection.payload) text += payloadText(dissection);
     if (dissection.position) {
-        text += "\n" + line("Position", fixed(dissection.position->latitude, kDegreeDecimals) + ", " +
-                                            fixed(dissection.position->longitude, kDegreeDecimals) +
+        text += "\n" + line("Position", outputs::fixed(dissection.position->latitude, kDegreeDecimals) + ", " +
+                                            outputs::fixed(dissection.position->longitude, kDegreeDecimals) +
                                             ", of this frame and one before it");
     }
     return text;
 }
 
 std::string dissectionJson(Dissection const& dissection) {
-    Json json{{"frame", hexText(dissection.received)},
-              {"format", orNull(dissection.format)},
-              {"formatName", dissection.formatName}};
+    Json json{{"frame", hexText(dissection.received)}, {"format", orNull(dissection.format)},
+        {"formatName", dissection.formatName}};
     json["problem"] = dissection.problem.empty() ? Json() : Json(dissection.problem);
     json["confidence"] = dissection.confidence ? Json(nameOf(*dissection.confidence)) : Json();
     json["parity"] = Json();
     if (dissection.parity) {
         json["parity"] = {{"received", hexText(dissection.parity->field, kParityDigits)},
-                          {"calculated", hexText(dissection.parity->calculated, kParityDigits)},
-                          {"remainder", hexText(dissection.parity->remainder(), kParityDigits)},
-                          {"meaning", dissection.parity->meaning}};
+            {"calculated", hexText(dissection.parity->calculated, kParityDigits)},
+            {"remainder", hexText(dissection.parity->remainder(), kParityDigits)},
+            {"meaning", dissection.parity->meaning}};
     }
     json["repairedBits"] = dissection.repairedBits;
     json["repairedFrame"] = dissection.repairedBits.empty() ? Json() : Json(hexText(dissection.bytes));
@@ -182,10 +168,9 @@ std::string dissectionJson(Dissection const& dissection) {
     json["payload"] = dissection.payload ? jsonOf(*dissection.payload) : Json();
     json["position"] = Json();
     if (dissection.position) {
-        json["position"] = {{"latitude", dissection.position->latitude},
-                            {"longitude", dissection.position->longitude}};
+        json["position"] = {{"latitude", dissection.position->latitude}, {"longitude", dissection.position->longitude}};
     }
     return json.dump(-1, ' ', true, Json::error_handler_t::replace) + "\n";
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 /// A dissection for people: several lines of text with a table of the fields.
 std::string dissectionText(Dissection const& dissection);
@@ -13,4 +13,4 @@ std::string dissectionText(Dissection const& dissection);
 /// A dissection for programs: one line of JSON.
 std::string dissectionJson(Dissection const& dissection);
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

@@ -8,28 +8,28 @@
 #include <string>
 #include <string_view>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 /// What a payload's field is called in words.
 std::string_view titleOf(modes::ADSBMessageField::Designator designator);
 
-/// What the value of a reply's field says, where its text does not speak for itself.
+/// What the value of a reply's field means, where its text does not say it.
 std::string meaningOf(modes::ModeSMessageField const& field, unsigned long long raw);
 
 /// The same of a payload's field.
 std::string meaningOf(modes::ADSBMessageField const& field, unsigned typeCode);
 
-/// A field that the library leaves out, and where it stands in replies of a format (bits counted from 1).
-struct SparePart {
+/// A field that the library omits, and its position in replies of a format (bits counted from 1).
+struct SpareField {
     std::string_view name;
     std::string_view title;
     unsigned firstBit;
     unsigned width;
 };
 
-std::span<SparePart const> sparePartsOf(unsigned format);
+std::span<SpareField const> spareFieldsOf(unsigned format);
 
-/// "short air-air surveillance"; "reserved" for formats that are none.
+/// "short air-air surveillance"; "reserved" for unassigned formats.
 std::string_view titleOfFormat(unsigned format);
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

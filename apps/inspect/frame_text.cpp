@@ -1,21 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "inspect/frame_text.h"
 
-#include "host/host_error.h"
-#include "host/printable.h"
+#include "files/host_error.h"
+#include "files/printable.h"
 
-#include <optional>
+#include <airspace/stream.h>
 
-namespace quorvel::host {
+#include <array>
+#include <cstdio>
+
+namespace quorvel::inspect {
 
 namespace {
 
-constexpr std::size_t kStampDigits = 12;
-constexpr std::size_t kQuoted = 60; // characters of a bad frame that are enough to know it again
+using airspace::Encoding;
 
-[[noreturn]] void refuse(std::string_view text, std::string const& reason) {
-    auto const quoted = printable(std::string(text.substr(0, kQuoted))) + (text.size() > kQuoted ? "…" : "");
-    throw HostError("\"" + quoted + "\" is no frame: " + reason);
+constexpr std::size_t kQuoted = 60; // characters of a bad frame that are enough to recognize it
+
+[[noreturn]] void refuse(std::string_view text) {
+    auto const quoted = files::printable(std::string(text.substr(0, kQuoted))) + (text.size() > kQuoted ? "…" : "");
+    throw files::HostError("\"" + quoted +
+                           "\" is not a frame: one has 4, 14 or 28 hexadecimal digits; an AVR line ends with \";\", "
+                           "and a time stamp in it has 12 digits");
 }
 
 std::string withoutBlanks(std::string_view text) {
@@ -26,42 +32,26 @@ std::string withoutBlanks(std::string_view text) {
     return result;
 }
 
-// What stands between the marks of an AVR line, or all of a line that has none.
-std::string_view digitsOf(std::string_view line, std::string_view text) {
-    if (line.empty() || std::string_view("*:@").find(line.front()) == std::string_view::npos) return line;
-    bool const isStamped = line.front() == '@';
-    line.remove_prefix(1);
-    if (line.empty() || line.back() != ';') refuse(text, "an AVR line ends with \";\"");
-    line.remove_suffix(1);
-    if (!isStamped) return line;
-    if (line.size() < kStampDigits) refuse(text, "a time stamp has 12 digits");
-    return line.substr(kStampDigits);
-}
-
-std::optional<unsigned> valueOf(char digit) {
-    if (digit >= '0' && digit <= '9') return static_cast<unsigned>(digit - '0');
-    if (digit >= 'a' && digit <= 'f') return static_cast<unsigned>(digit - 'a' + 10);
-    if (digit >= 'A' && digit <= 'F') return static_cast<unsigned>(digit - 'A' + 10);
-    return std::nullopt;
+airspace::Frames framesIn(std::string_view line, Encoding encoding) {
+    airspace::StreamOptions options;
+    options.encoding = encoding;
+    options.time.reading = airspace::TimeReading::Fixed;
+    airspace::Stream stream(options);
+    airspace::Frames frames;
+    stream.feed(line, 0, frames);
+    stream.finish(0, frames);
+    return frames;
 }
 
 } // namespace
 
 std::string parseFrame(std::string_view text) {
     auto const line = withoutBlanks(text);
-    auto const digits = digitsOf(line, text);
-    std::string bytes;
-    unsigned high = 0;
-    for (std::size_t i = 0; i < digits.size(); ++i) {
-        auto const value = valueOf(digits[i]);
-        if (!value) refuse(text, "it has other characters than hexadecimal digits");
-        if (i % 2 != 0) bytes += static_cast<char>(high << 4 | *value);
-        high = *value;
+    for (auto const encoding : {Encoding::Hex, Encoding::Avr}) {
+        auto const frames = framesIn(line, encoding);
+        if (!frames.empty()) return std::string(frames.front().view());
     }
-    bool const isFrame = digits.size() == 4 || digits.size() == 14 || digits.size() == 28;
-    if (!isFrame)
-        refuse(text, "a frame has 14 or 28 hexadecimal digits, this has " + std::to_string(digits.size()));
-    return bytes;
+    refuse(text);
 }
 
 std::string hexText(std::string_view bytes) {
@@ -71,11 +61,9 @@ std::string hexText(std::string_view bytes) {
 }
 
 std::string hexText(unsigned long long number, unsigned digits) {
-    std::string text;
-    for (; number != 0 || text.size() < digits; number >>= 4) {
-        text.insert(text.begin(), "0123456789ABCDEF"[number & 0xF]);
-    }
-    return text;
+    std::array<char, 64> text{};
+    auto const length = std::snprintf(text.data(), text.size(), "%0*llX", static_cast<int>(digits), number);
+    return {text.data(), static_cast<std::size_t>(length)};
 }
 
 unsigned long long bitsOf(std::string_view bytes, unsigned first, unsigned width) {
@@ -87,4 +75,4 @@ unsigned long long bitsOf(std::string_view bytes, unsigned first, unsigned width
     return value;
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

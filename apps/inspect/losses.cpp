@@ -4,24 +4,24 @@
 #include <algorithm>
 #include <iterator>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 namespace {
 
-constexpr std::string_view kLosses[] = {"skipped_bytes", "overlong_lines", "bad_lines", "broken_frames",
-                                        "status_frames"};
+constexpr std::string_view kLosses[] = {
+    "skipped_bytes", "overlong_lines", "bad_lines", "broken_frames", "status_frames"};
 
 } // namespace
 
-std::vector<CounterText> lossesIn(Counters const& counters) {
+std::vector<airspace::CountText> lossesIn(airspace::Counts const& counters) {
     auto texts = listed(counters);
-    std::erase_if(texts, [](CounterText const& text) {
+    std::erase_if(texts, [](airspace::CountText const& text) {
         return text.count == 0 || std::ranges::find(kLosses, text.name) == std::end(kLosses);
     });
     return texts;
 }
 
-std::string lossesText(std::string const& name, Counters const& counters) {
+std::string lossesText(std::string const& name, airspace::Counts const& counters) {
     std::string text;
     for (auto const& loss : lossesIn(counters)) {
         text += name + ": " + std::string(loss.help.substr(0, loss.help.rfind('.'))) + ": " +
@@ -30,4 +30,4 @@ std::string lossesText(std::string const& name, Counters const& counters) {
     return text;
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

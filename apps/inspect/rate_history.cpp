@@ -3,17 +3,17 @@
 
 #include <algorithm>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 namespace {
 
-TimeMs middleOf(TimeMs a, TimeMs b, TimeMs c) {
+airspace::TimeMs middleOf(airspace::TimeMs a, airspace::TimeMs b, airspace::TimeMs c) {
     return std::max(std::min(a, b), std::min(std::max(a, b), c));
 }
 
 } // namespace
 
-void RateHistory::take(TimeMs time) {
+void RateHistory::take(airspace::TimeMs time) {
     if (_waiting) {
         record(_before ? middleOf(*_before, *_waiting, time) : *_waiting);
         _before = _waiting;
@@ -27,7 +27,7 @@ void RateHistory::finish() {
     _busiest = std::max(_busiest, _inSecond);
 }
 
-void RateHistory::record(TimeMs time) {
+void RateHistory::record(airspace::TimeMs time) {
     if (_frames == 0) {
         _first = _last = time;
         _second = time / 1000;
@@ -43,7 +43,7 @@ void RateHistory::record(TimeMs time) {
     _last = std::max(_last, time);
 }
 
-void RateHistory::countSecond(TimeMs time) {
+void RateHistory::countSecond(airspace::TimeMs time) {
     if (time / 1000 > _second) {
         _busiest = std::max(_busiest, _inSecond);
         _second = time / 1000;
@@ -52,7 +52,7 @@ void RateHistory::countSecond(TimeMs time) {
     ++_inSecond;
 }
 
-void RateHistory::countInterval(TimeMs time) {
+void RateHistory::countInterval(airspace::TimeMs time) {
     while ((time - _first) / _width >= kMostIntervals) {
         for (std::size_t i = 0; i < _intervals.size(); i += 2)
             _intervals[i / 2] = _intervals[i] + (i + 1 < _intervals.size() ? _intervals[i + 1] : 0);
@@ -64,4 +64,4 @@ void RateHistory::countInterval(TimeMs time) {
     ++_intervals[index];
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

@@ -2,74 +2,63 @@
 #include "inspect/recording_stats.h"
 
 #include "inspect/dissection.h"
-#include "inspect/frame_text.h"
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 namespace {
 
-constexpr TimeMs kSilence = 300'000; // ms
-constexpr TimeMs kDropInterval = 1'000;
-constexpr unsigned kTypeCodeBits = 5;
+constexpr airspace::TimeMs kSilence = 300'000; // ms
+constexpr airspace::TimeMs kDropInterval = 1'000;
 
-ReceiverOptions optionsFor(bool isTimed) {
-    ReceiverOptions options;
+airspace::SkyOptions optionsFor(bool isTimed) {
+    airspace::SkyOptions options;
     options.positions.checksSpeed = isTimed;
+    options.timeout = isTimed ? kSilence : 0;
     return options;
 }
 
 } // namespace
 
-RecordingStats::RecordingStats(bool isTimed) : _isTimed(isTimed), _receiver(optionsFor(isTimed), nullptr) {
-    if (isTimed) _receiver.setTimeout(kSilence);
-}
+RecordingStats::RecordingStats(bool isTimed) : _isTimed(isTimed), _sky(optionsFor(isTimed)) {}
 
-void RecordingStats::take(Frame const& frame) {
-    auto const time = frame.record->timeStamp();
-    if (_isTimed) _rates.take(time);
+void RecordingStats::take(airspace::Frame const& frame) {
+    if (_isTimed) _rates.take(frame.time);
     if (frame.signal != 0) ++_signals[frame.signal * kSignalBands / 256];
-    auto const result = _receiver.take(frame);
-    auto const bytes = frame.record->data();
-    if (bytes.size() != kModeAcFrameBytes) countParity(bytes, result.message.get());
-    if (result.message) countPayload(*result.message);
-    if (result.target) countAircraft(*result.target);
-    if (time < _lastDrop + kDropInterval) return;
-    _lastDrop = time;
-    _receiver.dropSilentTargets(time);
+    auto const reply = _sky.take(frame);
+    if (reply.format) countParity(reply);
+    if (reply.typeCode) ++_typeCodes[*reply.typeCode];
+    if (reply.track != 0) countAircraft(reply, frame.time);
+    if (frame.time < _lastDrop + kDropInterval) return;
+    _lastDrop = frame.time;
+    _sky.dropSilent(frame.time);
 }
 
-void RecordingStats::countParity(std::string const& bytes, modes::ModeSMessage const* message) {
-    switch (overlayOf(bytes)) {
-    case Overlay::Nothing:
-        ++(!message ? _parity.wrong : message->data() == bytes ? _parity.right : _parity.repaired);
+void RecordingStats::countParity(airspace::Reply const& reply) {
+    switch (reply.overlay) {
+    case airspace::Overlay::Nothing:
+        ++(!reply.isDecoded ? _parity.wrong : reply.repairs == 0 ? _parity.right : _parity.repaired);
         return;
-    case Overlay::Interrogator: {
-        bool const isRight = message && isInterrogator(message->calculatedParity() ^
-                                                       static_cast<unsigned>(bitsOf(bytes, 32, 24)));
-        ++(isRight ? _parity.right : _parity.wrong);
+    case airspace::Overlay::Interrogator:
+        ++(reply.isDecoded && isInterrogator(reply.overlaid) ? _parity.right : _parity.wrong);
         return;
-    }
-    case Overlay::Address: ++_parity.overlaid; return;
-    case Overlay::Unknown: ++_parity.unknown; return;
+    case airspace::Overlay::Address: ++_parity.overlaid; return;
+    case airspace::Overlay::Unknown: ++_parity.unknown; return;
     }
 }
 
-void RecordingStats::countPayload(modes::ModeSMessage const& message) {
-    if (hasADSBPayload(message.data()))
-        ++_typeCodes[bitsOf(message.data(), kPayloadFirstBit - 1, kTypeCodeBits)];
-}
-
-void RecordingStats::countAircraft(modes::ADSBTarget const& target) {
-    auto& tally = _aircraft[target.icaoAddr()];
+void RecordingStats::countAircraft(airspace::Reply const& reply, airspace::TimeMs time) {
+    auto& tally = _aircraft[reply.address];
     ++tally.replies;
-    if (target.callsignValid() && tally.callsign != target.callsign()) tally.callsign = target.callsign();
-    if (target.mopsVersionConfirmed()) tally.version = target.mopsVersion();
+    if (!reply.typeCode) return; // no other reply has a say in callsign and version
+    auto const aircraft = _sky.find(reply.address, time);
+    tally.callsign = aircraft->callsign.value.value_or(tally.callsign);
+    if (aircraft->mopsVersionConfirmed) tally.version = aircraft->mopsVersion.value;
 }
 
-void RecordingStats::finish(Counters const& reading) {
+void RecordingStats::finish(airspace::Counts const& reading) {
     _rates.finish();
-    _counters = _receiver.counters();
+    _counters = _sky.counts();
     _counters += reading;
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/encoding.h"
-#include "host/frame_clock.h"
-#include "host/receiver.h"
 #include "inspect/rate_history.h"
-#include "inspect/terminal.h"
+#include "terminal/terminal_style.h"
+#include <airspace/encoding.h>
+#include <airspace/sky.h>
+#include <airspace/stream.h>
 
 #include <array>
 #include <cstdint>
@@ -14,14 +14,14 @@
 #include <string>
 #include <vector>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 /// What the parity of a recording's frames says.
 struct ParityCounts {
-    std::uint64_t right = 0;    ///< with nothing but an interrogator's identifier laid over it
+    std::uint64_t right = 0;    ///< overlaid with nothing but an interrogator's identifier
     std::uint64_t repaired = 0; ///< extended squitters with one or two damaged bits
     std::uint64_t wrong = 0;
-    std::uint64_t overlaid = 0; ///< with the address laid over it: damage cannot be told
+    std::uint64_t overlaid = 0; ///< overlaid with the address: damage cannot be detected
     std::uint64_t unknown = 0;  ///< of frames of other formats
 };
 
@@ -37,17 +37,17 @@ class RecordingStats {
 public:
     static constexpr std::size_t kSignalBands = 16;
 
-    /// Where times say nothing there are no spans, rates and gaps.
+    /// If times mean nothing, there are no spans, rates and gaps.
     explicit RecordingStats(bool isTimed);
 
-    void take(Frame const& frame);
+    void take(airspace::Frame const& frame);
 
     /// To be called after the last frame with what its reader has counted.
-    void finish(Counters const& reading);
+    void finish(airspace::Counts const& reading);
 
     bool isTimed() const { return _isTimed; }
     RateHistory const& rates() const { return _rates; }
-    Counters const& counters() const { return _counters; }
+    airspace::Counts const& counters() const { return _counters; }
     ParityCounts const& parity() const { return _parity; }
     std::map<unsigned, AircraftTally> const& aircraft() const { return _aircraft; }
 
@@ -58,15 +58,14 @@ public:
     std::array<std::uint64_t, kSignalBands> const& signals() const { return _signals; }
 
 private:
-    void countParity(std::string const& bytes, modes::ModeSMessage const* message);
-    void countPayload(modes::ModeSMessage const& message);
-    void countAircraft(modes::ADSBTarget const& target);
+    void countParity(airspace::Reply const& reply);
+    void countAircraft(airspace::Reply const& reply, airspace::TimeMs time);
 
     bool _isTimed;
-    Receiver _receiver;
+    airspace::Sky _sky;
     RateHistory _rates;
-    TimeMs _lastDrop = 0;
-    Counters _counters;
+    airspace::TimeMs _lastDrop = 0;
+    airspace::Counts _counters;
     ParityCounts _parity;
     std::map<unsigned, AircraftTally> _aircraft;
     std::array<std::uint64_t, 32> _typeCodes{};
@@ -76,15 +75,15 @@ private:
 /// What a report on a recording says besides what was counted.
 struct RecordingTitle {
     std::string name;
-    std::optional<Encoding> encoding;
-    TimeReading reading = TimeReading::Fixed;
+    std::optional<airspace::Encoding> encoding;
+    airspace::TimeReading reading = airspace::TimeReading::Fixed;
     bool isDated = false; ///< whether times are of a known day
 };
 
-/// The report for people, with the aircraft of most replies, and for programs as one line of JSON with all of
+/// The report for people, with the aircraft with most replies, and for programs as one line of JSON with all of
 /// them.
 std::string statsText(RecordingTitle const& title, RecordingStats const& stats, std::size_t aircraft,
-                      TerminalStyle const& style);
+    terminal::TerminalStyle const& style);
 std::string statsJson(RecordingTitle const& title, RecordingStats const& stats);
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

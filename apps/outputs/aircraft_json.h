@@ -1,40 +1,26 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/output.h"
-#include "host/position_gate.h"
+#include <airspace/place.h>
 
-#include <map>
+#include "outputs/output.h"
+
 #include <optional>
 #include <string>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
 /// The document `aircraft.json` that web maps read.
 ///
 /// It has one entry for each address. Aircraft not heard for five minutes are left out, and so are position,
-/// altitude and velocity older than a minute. The letter of the emitter category is in none of the reports:
-/// it is learned from the identification messages themselves.
-class AircraftDocument : public Output {
-public:
-    Wants wants() const override { return Wants::EachFrame; }
-    void heard(HeardFrame const& heard) override;
-
-    std::string text(Picture const& picture) const;
-
-protected:
-    /// What was learned of aircraft that are gone.
-    void forgetAllBut(Picture const& picture);
-
-private:
-    std::map<unsigned int, char> _categorySets; // by address, "A" to "D"
-};
+/// altitude and velocity older than a minute.
+std::string aircraftDocument(Picture const& picture);
 
 /// The document as a file, replaced as a whole with each picture, and `receiver.json` beside it.
-class AircraftJson : public AircraftDocument {
+class AircraftJson : public Output {
 public:
     /// Writes `receiver.json`. Throws HostError.
-    AircraftJson(std::string file, std::optional<Place> const& location);
+    AircraftJson(std::string file, std::optional<airspace::Place> const& location);
 
     void picture(Picture const& picture) override;
 
@@ -42,4 +28,4 @@ private:
     std::string _file;
 };
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

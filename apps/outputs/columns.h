@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/aircraft.h"
+#include "outputs/picture.h"
 
 #include <span>
 #include <string>
 #include <vector>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
 /// One column of the tables of aircraft: what it shows, and how the live table treats it.
 struct Column {
@@ -27,7 +27,7 @@ struct Column {
 /// All columns, from left to right. The last names the source.
 std::span<Column const> allColumns();
 
-/// The columns of a picture: without the source where there is but one, or where all are merged.
+/// The columns of a picture: without the source where there is only one, or where all are merged.
 std::span<Column const> columnsOf(Picture const& picture);
 
 /// The cells of a table, a row for each aircraft.
@@ -45,4 +45,4 @@ std::string tableText(AircraftTable const& table);
 /// Text in a cell of some width: filled up with blanks, never cut.
 std::string aligned(std::string const& text, std::size_t width, bool left);
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

@@ -1,19 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/output.h"
+#include "outputs/output.h"
 
 #include <map>
 #include <utility>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
-/// A stream of JSON objects, one a line: a snapshot of each aircraft about which something was heard since
-/// the picture before.
+/// A stream of JSON objects, one a line: a snapshot of each aircraft that was heard since the picture before.
 ///
-/// Keys are the names of the report's getters, always all of them and in the same order; null stands for what
-/// is not valid. Each time comes as ISO 8601 text and, under its name with "Ms", in milliseconds; each item
-/// has its age in seconds.
+/// Keys are the names of the report's getters, always all of them and in the same order; null stands for a value that
+/// is not valid. Each time comes as ISO 8601 text and, under its name with "Ms", in milliseconds; each item has its age
+/// in seconds.
 class JsonLines : public Output {
 public:
     explicit JsonLines(std::unique_ptr<Sink> sink);
@@ -21,14 +20,14 @@ public:
     void picture(Picture const& picture) override;
 
 private:
-    using Key = std::pair<std::string, unsigned int>; // source and address
-    using State = std::pair<TimeMs, std::uint64_t>;   // last update and number of messages
+    using Key = std::pair<std::string, unsigned int>;         // source and address
+    using State = std::pair<airspace::TimeMs, std::uint64_t>; // last update and number of messages
 
     std::unique_ptr<Sink> _sink;
-    std::map<Key, State> _told;
+    std::map<Key, State> _written;
 };
 
 /// The snapshot of one aircraft as a line of JSON, line feed included.
 std::string jsonLine(Picture const& picture, Aircraft const& aircraft);
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

@@ -3,21 +3,21 @@
 
 #include <utility>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
-LiveTable::LiveTable(std::unique_ptr<Terminal> terminal) : _terminal(std::move(terminal)) { show(); }
+LiveTable::LiveTable(std::unique_ptr<terminal::Terminal> terminal) : _terminal(std::move(terminal)) { show(); }
 
 void LiveTable::picture(Picture const& picture) {
     _picture = picture;
-    _state = seen(std::move(_state), _picture);
+    _state = afterPicture(std::move(_state), _picture);
     show();
 }
 
 void LiveTable::poll() {
     auto const rows = _terminal->size().rows;
     for (auto const key : _terminal->keys()) {
-        if (key.kind == Key::Kind::Redraw) _terminal->forget();
-        _state = pressed(std::move(_state), key, _picture, rows);
+        if (key.kind == terminal::Key::Kind::Redraw) _terminal->forget();
+        _state = afterKey(std::move(_state), key, _picture, rows);
     }
     show();
 }
@@ -27,4 +27,4 @@ void LiveTable::show() {
     _terminal->show(draw(_picture, _state, size.columns, size.rows));
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

@@ -3,8 +3,8 @@
 
 #include "outputs/columns.h"
 #include "outputs/details.h"
+#include "outputs/output_text.h"
 #include "outputs/shown_aircraft.h"
-#include "outputs/text.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
 namespace {
 
@@ -24,13 +24,13 @@ constexpr int kHeadLines = 3; // counts, sources, headings
 constexpr int kFootLines = 2; // keys
 constexpr std::size_t kLongestFilter = 40;
 
-constexpr Style kPlain{};
-constexpr Style kDim{.dim = true};
-constexpr Style kBold{.bold = true};
+constexpr terminal::Style kPlain{};
+constexpr terminal::Style kDim{.dim = true};
+constexpr terminal::Style kBold{.bold = true};
 
 int tableRows(int rows) { return std::max(1, rows - kHeadLines - kFootLines); }
 
-// Lines between the first, which is a title, and the last, which tells the keys.
+// Lines between the first, which is a title, and the last, which lists the keys.
 int pageRows(int rows) { return std::max(1, rows - 2); }
 
 // Letters in capitals, whatever the locale.
@@ -44,19 +44,16 @@ std::string capitals(std::string text) {
 // Which aircraft are in the table, and in which order.
 
 bool matches(Aircraft const& aircraft, std::string const& filter) {
-    auto const& report = *aircraft.report;
-    auto const has = [&](std::string const& text) {
-        return capitals(text).find(filter) != std::string::npos;
-    };
-    return filter.empty() || has(addressText(report.icaoAddress())) || has(aircraft.source) ||
-           (report.callsignValid() && has(report.callsign())) ||
-           (report.squawkValid() && has(squawkText(report.squawk())));
+    auto const has = [&](std::string const& text) { return capitals(text).find(filter) != std::string::npos; };
+    return filter.empty() || has(airspace::addressText(aircraft.address)) || has(aircraft.source) ||
+           (aircraft.callsign.value && has(*aircraft.callsign.value)) ||
+           (aircraft.squawk.value && has(textOf(*aircraft.squawk.value)));
 }
 
 Column const& sortColumn(ViewState const& state) {
     auto const columns = allColumns();
-    auto const column = std::find_if(columns.begin(), columns.end(),
-                                     [&](Column const& each) { return each.key == state.sortKey; });
+    auto const column =
+        std::find_if(columns.begin(), columns.end(), [&](Column const& each) { return each.key == state.sortKey; });
     return column == columns.end() ? columns.front() : *column;
 }
 
@@ -89,13 +86,13 @@ Rows rowsOf(Picture const& picture, ViewState const& state) {
 // Selection
 
 bool isSelected(Aircraft const& aircraft, ViewState const& state) {
-    return aircraft.report->icaoAddress() == state.selected.second && aircraft.source == state.selected.first;
+    return aircraft.address == state.selected.second && aircraft.source == state.selected.first;
 }
 
 // The row of the selected aircraft; where it was when it is gone.
 std::size_t selectedRow(Rows const& rows, ViewState const& state) {
-    auto const row = std::find_if(rows.begin(), rows.end(),
-                                  [&](Aircraft const* each) { return isSelected(*each, state); });
+    auto const row =
+        std::find_if(rows.begin(), rows.end(), [&](Aircraft const* each) { return isSelected(*each, state); });
     if (row != rows.end()) return static_cast<std::size_t>(row - rows.begin());
     return rows.empty() ? 0 : std::min(state.selectedRow, rows.size() - 1);
 }
@@ -105,13 +102,13 @@ void select(ViewState& state, Rows const& rows, std::ptrdiff_t row) {
     auto const last = static_cast<std::ptrdiff_t>(rows.size()) - 1;
     state.selectedRow = static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(row, 0, last));
     auto const& aircraft = *rows[state.selectedRow];
-    state.selected = {aircraft.source, aircraft.report->icaoAddress()};
+    state.selected = {aircraft.source, aircraft.address};
 }
 
-// The details go on when the aircraft has left the table.
+// The details remain when the aircraft has left the table.
 Aircraft const* selectedAircraft(Picture const& picture, ViewState const& state) {
     auto const aircraft = std::find_if(picture.aircraft.begin(), picture.aircraft.end(),
-                                       [&](Aircraft const& each) { return isSelected(each, state); });
+        [&](Aircraft const& each) { return isSelected(each, state); });
     return aircraft == picture.aircraft.end() ? nullptr : &*aircraft;
 }
 
@@ -124,11 +121,9 @@ std::string countsText(Picture const& picture, ViewState const& state) {
     auto const live = static_cast<std::size_t>(std::count_if(all.begin(), all.end(), isLive));
     auto const located = static_cast<std::size_t>(std::count_if(all.begin(), all.end(), showsPosition));
     auto const& counters = picture.counters;
-    auto text = counted(live, "aircraft, ") + counted(located, "with position  ") +
-                fixed(state.framesPerSecond, 0) + " frames/s  " + counted(counters.repaired, "repaired  ") +
-                counted(counters.outputDropped, "dropped");
-    auto const refused =
-        counters.positionsOutOfRange + counters.positionsTooFast + counters.positionsImpossible;
+    auto text = counted(live, "aircraft, ") + counted(located, "with position  ") + fixed(state.framesPerSecond, 0) +
+                " frames/s  " + counted(counters.repaired, "repaired  ") + counted(counters.outputDropped, "dropped");
+    auto const refused = counters.positionsOutOfRange + counters.positionsTooFast + counters.positionsImpossible;
     if (refused > 0) text += "  " + counted(refused, "positions refused");
     if (counters.tableFull > 0) text += "  " + counted(counters.tableFull, "lost: table full");
     return text;
@@ -138,19 +133,18 @@ std::string timeText(Picture const& picture) {
     auto time = modes::ADSBTargetReport::timeToString(picture.now);
     if (time.empty()) return time;
     auto const toSeconds = time.substr(0, time.find('.'));
-    return timeKnown(picture) ? toSeconds + "Z"
-                              : toSeconds.substr(toSeconds.find('T') + 1) + "Z of an unknown day";
+    return timeKnown(picture) ? toSeconds + "Z" : toSeconds.substr(toSeconds.find('T') + 1) + "Z of an unknown day";
 }
 
 std::string sourcesText(Picture const& picture) {
     std::string text;
     for (auto const& source : picture.sources) {
-        text += (text.empty() ? "" : ", ") + printable(source.name) + " " + printable(source.state);
+        text += (text.empty() ? "" : ", ") + files::printable(source.name) + " " + files::printable(source.state);
     }
     return text;
 }
 
-// Which rows are to be seen, where these are not all.
+// Which rows are visible, if not all are.
 std::string rowsText(std::size_t first, std::size_t end, std::size_t count) {
     if (end - first == count) return {};
     return "rows " + std::to_string(first + 1) + "-" + std::to_string(end) + " of " + std::to_string(count);
@@ -174,10 +168,9 @@ std::vector<Column const*> fittingColumns(Picture const& picture, std::size_t wi
     std::vector<Column const*> columns;
     for (auto const& column : columnsOf(picture)) columns.push_back(&column);
     while (columns.size() > 1 && widthOf(columns) > width) {
-        auto const last =
-            (*std::max_element(columns.begin(), columns.end(), [](auto const* a, auto const* b) {
-                return a->rank < b->rank;
-            }))->rank;
+        auto const last = (*std::max_element(columns.begin(), columns.end(), [](auto const* a, auto const* b) {
+            return a->rank < b->rank;
+        }))->rank;
         std::erase_if(columns, [&](Column const* column) { return column->rank == last; });
     }
     return columns;
@@ -189,24 +182,22 @@ std::string cell(std::string text, Column const& column) {
     return aligned(text, width, column.leftAligned);
 }
 
-bool isAlarming(modes::ADSBTargetReport const& report) {
-    bool const emergency = report.squawkValid() &&
-                           (report.squawk() == 07500 || report.squawk() == 07600 || report.squawk() == 07700);
-    return emergency || (report.alertStatusValid() && report.alertStatus());
+bool isAlarming(Aircraft const& aircraft) {
+    auto const squawk = aircraft.squawk.value.value_or(airspace::Squawk{});
+    return squawk.emergency() != airspace::Emergency::None || aircraft.alertStatus.value.value_or(false);
 }
 
-Style styleOf(Aircraft const& aircraft) {
-    auto const& report = *aircraft.report;
-    if (isAlarming(report)) return {.colour = Colour::Red, .bold = true};
-    if (report.groundStatusValid() && report.groundStatus()) return {.colour = Colour::Yellow, .dim = true};
+terminal::Style styleOf(Aircraft const& aircraft) {
+    if (isAlarming(aircraft)) return {.colour = terminal::Colour::Red, .bold = true};
+    if (aircraft.groundStatus.value.value_or(false)) return {.colour = terminal::Colour::Yellow, .dim = true};
     return kPlain;
 }
 
-ScreenLine aircraftLine(Aircraft const& aircraft, std::vector<Column const*> const& columns, bool selected) {
+terminal::ScreenLine aircraftLine(Aircraft const& aircraft, std::vector<Column const*> const& columns, bool selected) {
     auto row = styleOf(aircraft);
     row.reverse = selected;
-    bool const fades = aircraft.age(aircraft.report->positionLastUpdate()) > kPositionFades;
-    ScreenLine line;
+    bool const fades = aircraft.age(aircraft.position.updated) > kPositionFades;
+    terminal::ScreenLine line;
     for (auto const* column : columns) {
         auto style = row;
         style.dim = style.dim || (column->isPosition && fades);
@@ -216,18 +207,18 @@ ScreenLine aircraftLine(Aircraft const& aircraft, std::vector<Column const*> con
     return line;
 }
 
-ScreenLine headingLine(std::vector<Column const*> const& columns, ViewState const& state) {
-    ScreenLine line;
+terminal::ScreenLine headingLine(std::vector<Column const*> const& columns, ViewState const& state) {
+    terminal::ScreenLine line;
     for (auto const* column : columns) {
-        auto const style = column->key == state.sortKey ? Style{.bold = true, .reverse = true} : kBold;
+        auto const style = column->key == state.sortKey ? terminal::Style{.bold = true, .reverse = true} : kBold;
         if (!line.empty()) line.push_back({" ", kBold});
         line.push_back({cell(column->brief, *column), style});
     }
     return line;
 }
 
-ScreenLine sortHelp(std::vector<Column const*> const& columns) {
-    ScreenLine line{{"Sort", kDim}};
+terminal::ScreenLine sortHelp(std::vector<Column const*> const& columns) {
+    terminal::ScreenLine line{{"Sort", kDim}};
     for (auto const* column : columns) {
         line.push_back({std::string(" ") + column->key, kBold});
         line.push_back({std::string(":") + column->brief, kDim});
@@ -235,24 +226,23 @@ ScreenLine sortHelp(std::vector<Column const*> const& columns) {
     return line;
 }
 
-ScreenLine keyHelp(ViewState const& state) {
+terminal::ScreenLine keyHelp(ViewState const& state) {
     switch (state.mode) {
     case Mode::Filter: return {{"Enter keeps the filter  Esc drops it", kDim}};
     case Mode::Detail:
     case Mode::Help: return {{"Up/Down PgUp/PgDn scroll  Esc or q back", kDim}};
-    default:
-        return {{"Up/Down j/k PgUp/PgDn select  Enter details  / filter  r reverse  ? help  q quit", kDim}};
+    default: return {{"Up/Down j/k PgUp/PgDn select  Enter details  / filter  r reverse  ? help  q quit", kDim}};
     }
 }
 
-ScreenLine filterLine(ViewState const& state) {
+terminal::ScreenLine filterLine(ViewState const& state) {
     bool const isTyped = state.mode == Mode::Filter;
-    ScreenLine line{{"Filter: ", kBold}, {state.filter, kPlain}};
+    terminal::ScreenLine line{{"Filter: ", kBold}, {state.filter, kPlain}};
     if (isTyped) line.push_back({" ", {.reverse = true}});
     return line;
 }
 
-void drawTable(Screen& screen, Picture const& picture, ViewState const& state, int columns, int rows) {
+void drawTable(terminal::Screen& screen, Picture const& picture, ViewState const& state, int columns, int rows) {
     auto const fitting = fittingColumns(picture, static_cast<std::size_t>(columns));
     auto const aircraft = rowsOf(picture, state);
     auto const selected = selectedRow(aircraft, state);
@@ -262,8 +252,7 @@ void drawTable(Screen& screen, Picture const& picture, ViewState const& state, i
 
     screen.push_back({{countsText(picture, state), kBold}});
     screen.push_back(
-        {{statusText({timeText(picture), rowsText(first, end, aircraft.size()), sourcesText(picture)}),
-          kPlain}});
+        {{statusText({timeText(picture), rowsText(first, end, aircraft.size()), sourcesText(picture)}), kPlain}});
     screen.push_back(headingLine(fitting, state));
     for (auto row = first; row < end; ++row) {
         screen.push_back(aircraftLine(*aircraft[row], fitting, row == selected));
@@ -275,8 +264,8 @@ void drawTable(Screen& screen, Picture const& picture, ViewState const& state, i
 
 // Details and help
 
-Screen helpLines() {
-    Screen lines{
+terminal::Screen helpLines() {
+    terminal::Screen lines{
         {{"Up, k        the aircraft above", kPlain}},
         {{"Down, j      the aircraft below", kPlain}},
         {{"PgUp, PgDn   a page up or down", kPlain}},
@@ -285,12 +274,12 @@ Screen helpLines() {
         {{"/            show only aircraft with a text in callsign, address, squawk or source", kPlain}},
         {{"Esc          drop the filter, or go back", kPlain}},
         {{"r            reverse the order", kPlain}},
-        {{"Ctrl-L       draw the screen anew", kPlain}},
+        {{"Ctrl-L       redraw the screen", kPlain}},
         {{"q            go back, or quit", kPlain}},
         {},
         {{"Red          emergency (squawk 7500, 7600, 7700) or alert",
-          {.colour = Colour::Red, .bold = true}}},
-        {{"Brown        on the ground", {.colour = Colour::Yellow, .dim = true}}},
+            {.colour = terminal::Colour::Red, .bold = true}}},
+        {{"Brown        on the ground", {.colour = terminal::Colour::Yellow, .dim = true}}},
         {{"Dim          position older than 15 s; after 60 s the aircraft leaves the table", kDim}},
         {},
         {{"Keys that sort by a column:", kBold}},
@@ -298,33 +287,32 @@ Screen helpLines() {
     for (auto const& column : allColumns()) {
         auto const unit = std::string(column.unit);
         lines.push_back(
-            {{column.key + std::string(12, ' ') + column.heading + (unit.empty() ? "" : " (" + unit + ")"),
-              kPlain}});
+            {{column.key + std::string(12, ' ') + column.heading + (unit.empty() ? "" : " (" + unit + ")"), kPlain}});
     }
     return lines;
 }
 
-Screen detailLines(Picture const& picture, ViewState const& state, int columns) {
+terminal::Screen detailLines(Picture const& picture, ViewState const& state, int columns) {
     auto const* aircraft = selectedAircraft(picture, state);
-    if (aircraft == nullptr) return {{{"It was not heard for so long that it has been dropped.", kPlain}}};
+    if (aircraft == nullptr) return {{{"It was dropped: it was not heard for too long.", kPlain}}};
     return details(*aircraft, columns);
 }
 
-Screen pageLines(Picture const& picture, ViewState const& state, int columns) {
+terminal::Screen pageLines(Picture const& picture, ViewState const& state, int columns) {
     return state.mode == Mode::Help ? helpLines() : detailLines(picture, state, columns);
 }
 
 std::string pageTitle(ViewState const& state) {
     if (state.mode == Mode::Help) return "Keys and colours";
-    auto const source = printable(state.selected.first);
-    return "Aircraft " + addressText(state.selected.second) + (source.empty() ? "" : " heard by " + source);
+    auto const source = files::printable(state.selected.first);
+    return "Aircraft " + airspace::addressText(state.selected.second) + (source.empty() ? "" : " heard by " + source);
 }
 
-int lastScroll(Screen const& lines, int rows) {
+int lastScroll(terminal::Screen const& lines, int rows) {
     return std::max(0, static_cast<int>(lines.size()) - pageRows(rows));
 }
 
-void drawPage(Screen& screen, Picture const& picture, ViewState const& state, int columns, int rows) {
+void drawPage(terminal::Screen& screen, Picture const& picture, ViewState const& state, int columns, int rows) {
     auto const lines = pageLines(picture, state, columns);
     auto const first = std::min(state.scroll, lastScroll(lines, rows));
     auto const last = std::min(first + pageRows(rows), static_cast<int>(lines.size()));
@@ -333,7 +321,7 @@ void drawPage(Screen& screen, Picture const& picture, ViewState const& state, in
     screen.resize(static_cast<std::size_t>(pageRows(rows)) + 1);
 }
 
-void clip(ScreenLine& line, std::size_t columns) {
+void clip(terminal::ScreenLine& line, std::size_t columns) {
     for (auto& span : line) {
         if (span.text.size() > columns) span.text.resize(columns);
         columns -= span.text.size();
@@ -345,16 +333,16 @@ bool isPage(ViewState const& state) { return state.mode == Mode::Detail || state
 // Keys
 
 // How far a key moves, in rows; 0 for those that move nothing. Ends are as far as anything goes.
-std::ptrdiff_t movement(Key key, int page) {
+std::ptrdiff_t movement(terminal::Key key, int page) {
     constexpr std::ptrdiff_t kVeryFar = 1'000'000;
     switch (key.kind) {
-    case Key::Kind::Up: return -1;
-    case Key::Kind::Down: return 1;
-    case Key::Kind::PageUp: return -page;
-    case Key::Kind::PageDown: return page;
-    case Key::Kind::Home: return -kVeryFar;
-    case Key::Kind::End: return kVeryFar;
-    case Key::Kind::Character: return key.character == 'k' ? -1 : key.character == 'j' ? 1 : 0;
+    case terminal::Key::Kind::Up: return -1;
+    case terminal::Key::Kind::Down: return 1;
+    case terminal::Key::Kind::PageUp: return -page;
+    case terminal::Key::Kind::PageDown: return page;
+    case terminal::Key::Kind::Home: return -kVeryFar;
+    case terminal::Key::Kind::End: return kVeryFar;
+    case terminal::Key::Kind::Character: return key.character == 'k' ? -1 : key.character == 'j' ? 1 : 0;
     default: return 0;
     }
 }
@@ -364,9 +352,9 @@ void openPage(ViewState& state, Mode mode) {
     state.scroll = 0;
 }
 
-void pressedInPage(ViewState& state, Key key, Picture const& picture, int rows) {
+void pressedInPage(ViewState& state, terminal::Key key, Picture const& picture, int rows) {
     bool const leaves =
-        key.kind == Key::Kind::Escape || (key.kind == Key::Kind::Character && key.character == 'q');
+        key.kind == terminal::Key::Kind::Escape || (key.kind == terminal::Key::Kind::Character && key.character == 'q');
     if (leaves) {
         state.mode = Mode::Table;
         return;
@@ -377,14 +365,14 @@ void pressedInPage(ViewState& state, Key key, Picture const& picture, int rows) 
     state.scroll = static_cast<int>(std::clamp<std::ptrdiff_t>(scroll, 0, last));
 }
 
-void pressedInFilter(ViewState& state, Key key) {
+void pressedInFilter(ViewState& state, terminal::Key key) {
     switch (key.kind) {
-    case Key::Kind::Escape: state.filter.clear(); [[fallthrough]];
-    case Key::Kind::Enter: state.mode = Mode::Table; break;
-    case Key::Kind::Backspace:
+    case terminal::Key::Kind::Escape: state.filter.clear(); [[fallthrough]];
+    case terminal::Key::Kind::Enter: state.mode = Mode::Table; break;
+    case terminal::Key::Kind::Backspace:
         if (!state.filter.empty()) state.filter.pop_back();
         break;
-    case Key::Kind::Character:
+    case terminal::Key::Kind::Character:
         if (state.filter.size() < kLongestFilter) state.filter += capitals(std::string(1, key.character));
         break;
     default: break;
@@ -400,32 +388,32 @@ void pressedLetter(ViewState& state, char letter) {
     case '?': openPage(state, Mode::Help); return;
     default: break;
     }
-    bool const sorts = std::any_of(columns.begin(), columns.end(),
-                                   [&](Column const& column) { return column.key == letter; });
+    bool const sorts =
+        std::any_of(columns.begin(), columns.end(), [&](Column const& column) { return column.key == letter; });
     if (sorts) state.sortKey = letter;
 }
 
-void pressedInTable(ViewState& state, Key key, Picture const& picture, int rows) {
+void pressedInTable(ViewState& state, terminal::Key key, Picture const& picture, int rows) {
     auto const aircraft = rowsOf(picture, state);
     auto const row = static_cast<std::ptrdiff_t>(selectedRow(aircraft, state));
     if (auto const moved = movement(key, tableRows(rows)); moved != 0) {
         select(state, aircraft, row + moved);
-    } else if (key.kind == Key::Kind::Enter && !aircraft.empty()) {
+    } else if (key.kind == terminal::Key::Kind::Enter && !aircraft.empty()) {
         select(state, aircraft, row);
         openPage(state, Mode::Detail);
-    } else if (key.kind == Key::Kind::Escape) {
+    } else if (key.kind == terminal::Key::Kind::Escape) {
         state.filter.clear();
-    } else if (key.kind == Key::Kind::Character) {
+    } else if (key.kind == terminal::Key::Kind::Character) {
         pressedLetter(state, key.character);
     }
 }
 
 } // namespace
 
-Screen draw(Picture const& picture, ViewState const& state, int columns, int rows) {
+terminal::Screen draw(Picture const& picture, ViewState const& state, int columns, int rows) {
     columns = std::max(columns, 1);
     rows = std::max(rows, 1);
-    Screen screen;
+    terminal::Screen screen;
     if (isPage(state)) {
         drawPage(screen, picture, state, columns, rows);
     } else {
@@ -437,7 +425,7 @@ Screen draw(Picture const& picture, ViewState const& state, int columns, int row
     return screen;
 }
 
-ViewState pressed(ViewState state, Key key, Picture const& picture, int rows) {
+ViewState afterKey(ViewState state, terminal::Key key, Picture const& picture, int rows) {
     switch (state.mode) {
     case Mode::Table: pressedInTable(state, key, picture, rows); break;
     case Mode::Filter: pressedInFilter(state, key); break;
@@ -447,7 +435,7 @@ ViewState pressed(ViewState state, Key key, Picture const& picture, int rows) {
     return state;
 }
 
-ViewState seen(ViewState state, Picture const& picture) {
+ViewState afterPicture(ViewState state, Picture const& picture) {
     // those taken, not those read: a recording is read ahead
     auto const& taken = picture.counters.byFormat;
     auto const frames = std::accumulate(taken.begin(), taken.end(), Counters::Count{0});
@@ -464,4 +452,4 @@ ViewState seen(ViewState state, Picture const& picture) {
     return state;
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/aircraft.h"
+#include "outputs/picture.h"
 
-#include "outputs/keys.h"
-#include "outputs/screen.h"
+#include "terminal/keys.h"
+#include "terminal/screen.h"
 
 #include <cstddef>
 #include <string>
 #include <utility>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
 /// What the user of the live table has chosen to see.
 struct ViewState {
@@ -19,7 +19,7 @@ struct ViewState {
     Mode mode = Mode::Table;
     char sortKey = 'i'; ///< the key of the column to sort by
     bool isReversed = false;
-    std::string filter; ///< part of a callsign, address, squawk or source, in capitals
+    std::string filter;                            ///< part of a callsign, address, squawk or source, in capitals
     std::pair<std::string, unsigned int> selected; ///< source and address
     std::size_t selectedRow = 0;                   ///< where that was when it was chosen, for when it is gone
     int scroll = 0;                                ///< first line of the details or the help
@@ -28,17 +28,17 @@ struct ViewState {
     // the rate of frames, as of the last picture
     double framesPerSecond = 0;
     Counters::Count frames = 0;
-    TimeMs now = 0;
+    airspace::TimeMs now = 0;
 };
 
 /// The screen of the live table: exactly so many rows, none wider than the columns. Columns of the table are
 /// left out by rank until the others fit.
-Screen draw(Picture const& picture, ViewState const& state, int columns, int rows);
+terminal::Screen draw(Picture const& picture, ViewState const& state, int columns, int rows);
 
-/// What the press of a key makes of the state, on a screen of so many rows.
-ViewState pressed(ViewState state, Key key, Picture const& picture, int rows);
+/// The state after a key was pressed, on a screen of so many rows.
+ViewState afterKey(ViewState state, terminal::Key key, Picture const& picture, int rows);
 
-/// Takes note of a new picture.
-ViewState seen(ViewState state, Picture const& picture);
+/// The state after a new picture.
+ViewState afterPicture(ViewState state, Picture const& picture);
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

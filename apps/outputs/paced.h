@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/output.h"
+#include "outputs/output.h"
 
 #include <chrono>
 #include <functional>
@@ -9,11 +9,11 @@
 #include <optional>
 #include <utility>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
-/// Spares an output that shows the moment the pictures that nobody could see: of those that come in quick
-/// succession, as when a recording is played back at full speed, one in each interval of the host's time is
-/// passed on. The last always is.
+/// Spares an output that shows the current state the pictures that nobody could see: of those that come in quick
+/// succession, as when a recording is played back at full speed, one in each interval of the host's time is passed on.
+/// The last one always is.
 class Paced : public Output {
 public:
     using SteadyTime = std::chrono::steady_clock::time_point;
@@ -27,9 +27,7 @@ public:
     Wants wants() const override { return _output->wants(); }
     void heard(HeardFrame const& heard) override { _output->heard(heard); }
 
-    bool wantsPicture() override {
-        return (!_last || _clock() - *_last >= _interval) && _output->wantsPicture();
-    }
+    bool wantsPicture() override { return (!_last || _clock() - *_last >= _interval) && _output->wantsPicture(); }
 
     void picture(Picture const& picture) override {
         if (!wantsPicture()) return;
@@ -47,4 +45,4 @@ private:
     std::optional<SteadyTime> _last;
 };
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

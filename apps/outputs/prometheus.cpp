@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "outputs/prometheus.h"
 
+#include "files/replaced_file.h"
+#include "outputs/output_text.h"
 #include "outputs/shown_aircraft.h"
-#include "outputs/text.h"
-#include "outputs/whole_file.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
 namespace {
 
@@ -29,7 +29,7 @@ std::string label(std::string_view name, std::string const& value) {
     return "{" + std::string(name) + "=\"" + withEscapes(value, "\"") + "\"}";
 }
 
-// Families of samples one after the other; the samples of a family must stand together.
+// Families of samples one after the other; the samples of a family must be adjacent.
 class Exposition {
 public:
     void family(std::string_view name, std::string_view type, std::string_view help) {
@@ -38,9 +38,7 @@ public:
         _text += "# TYPE " + _name + " " + std::string(type) + "\n";
     }
 
-    void sample(std::string const& labels, std::string const& value) {
-        _text += _name + labels + " " + value + "\n";
-    }
+    void sample(std::string const& labels, std::string const& value) { _text += _name + labels + " " + value + "\n"; }
 
     std::string const& text() const { return _text; }
 
@@ -54,8 +52,7 @@ void addCounters(Exposition& to, Counters const& counters) {
     for (auto const& count : listed(counters)) {
         if (count.name != family) to.family(std::string(count.name) + "_total", "counter", count.help);
         family = count.name;
-        to.sample(count.label.empty() ? "" : label(count.label, std::string(count.value)),
-                  std::to_string(count.count));
+        to.sample(count.label.empty() ? "" : label(count.label, std::string(count.value)), std::to_string(count.count));
     }
 }
 
@@ -63,7 +60,7 @@ void addTargets(Exposition& to, Picture const& picture) {
     auto const& all = picture.aircraft;
     to.family("targets", "gauge", "Targets in the table.");
     to.sample("", std::to_string(all.size()));
-    to.family("targets_with_position", "gauge", "Targets with a position of the last minute.");
+    to.family("targets_with_position", "gauge", "Targets with a position from the last minute.");
     to.sample("", std::to_string(std::count_if(all.begin(), all.end(), showsPosition)));
 }
 
@@ -73,10 +70,9 @@ bool isUp(SourceState const& source) {
     return !is("waiting") && !is("connecting") && !is("ended");
 }
 
-void addSources(Exposition& to, Picture const& picture, TimeMs hostTime) {
+void addSources(Exposition& to, Picture const& picture, airspace::TimeMs hostTime) {
     to.family("source_up", "gauge", "Whether the source is being read.");
-    for (auto const& source : picture.sources)
-        to.sample(label("source", source.name), isUp(source) ? "1" : "0");
+    for (auto const& source : picture.sources) to.sample(label("source", source.name), isUp(source) ? "1" : "0");
     to.family("source_seconds_behind", "gauge", "Time of the host less that of the source.");
     for (auto const& source : picture.sources) {
         if (!source.timeKnown || source.now == 0 || source.state == "ended") continue;
@@ -87,7 +83,7 @@ void addSources(Exposition& to, Picture const& picture, TimeMs hostTime) {
 
 } // namespace
 
-std::string prometheusText(Picture const& picture, TimeMs hostTime) {
+std::string prometheusText(Picture const& picture, airspace::TimeMs hostTime) {
     Exposition exposition;
     addCounters(exposition, picture.counters);
     addTargets(exposition, picture);
@@ -95,9 +91,12 @@ std::string prometheusText(Picture const& picture, TimeMs hostTime) {
     return exposition.text();
 }
 
-PrometheusFile::PrometheusFile(std::string file, HostClock clock)
-    : _file(std::move(file)), _clock(std::move(clock)) {}
+PrometheusFile::PrometheusFile(std::string file, HostClock clock) : _file(std::move(file)), _clock(std::move(clock)) {
+    files::makeFolderOf(_file);
+}
 
-void PrometheusFile::picture(Picture const& picture) { writeWhole(_file, prometheusText(picture, _clock())); }
+void PrometheusFile::picture(Picture const& picture) {
+    files::writeMomentary(_file, prometheusText(picture, _clock()));
+}
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/output.h"
+#include "outputs/output.h"
 
 #include <functional>
 #include <string>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
-/// The present time of the host.
-using HostClock = std::function<TimeMs()>;
+/// The current time of the host.
+using HostClock = std::function<airspace::TimeMs()>;
 
-/// All counts and the state of the moment in Prometheus' text format, version 0.0.4. How far a source is
-/// behind is told where its times are of a calendar.
-std::string prometheusText(Picture const& picture, TimeMs hostTime);
+/// All counts and the state of the moment in Prometheus' text format, version 0.0.4. How far a source is behind is
+/// given only where its times are of a calendar.
+std::string prometheusText(Picture const& picture, airspace::TimeMs hostTime);
 
 /// The same in a file, replaced as a whole with each picture.
 class PrometheusFile : public Output {
@@ -27,4 +27,4 @@ private:
     HostClock _clock;
 };
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

@@ -1,22 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "outputs/report_pages.h"
 
+#include "files/replaced_file.h"
 #include "outputs/columns.h"
+#include "outputs/output_text.h"
 #include "outputs/shown_aircraft.h"
-#include "outputs/text.h"
-#include "outputs/whole_file.h"
 
 #include <modes/html_document.h>
 
 #include <filesystem>
+#include <sstream>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
 namespace {
 
 constexpr std::size_t kAddressColumn = 1;
+constexpr char kIndex[] = "index.html";
 
 constexpr char kStyle[] = R"(
 body { font-family: sans-serif; margin: 2em; color: #222; background: #fff; }
@@ -26,9 +29,31 @@ br { display: none; }
 .general_table { border-collapse: collapse; margin-top: 0.5em; font-variant-numeric: tabular-nums; }
 .general_table, .general_table th, .general_table td { border: 1px solid #bbb; }
 .general_table th, .general_table td { padding: 0.25em 0.7em; text-align: left; white-space: nowrap; }
-.general_table th { background: #eef2f6; }
+.general_table th { background: #eef2f6; white-space: normal; }
 .general_table tr:nth-child(even) td { background: #f8fafc; }
+.notes { max-width: 45em; color: #555; font-size: 0.9em; }
+@media (max-width: 50em) {
+body { margin: 0.8em; }
+.general_table { display: block; max-width: 100%; border: none; overflow-x: auto; font-size: 0.8em; }
+.general_table th, .general_table td { padding: 0.4em 0.3em; white-space: normal; }
+}
 )";
+
+constexpr int kLastRankOnPhones = 5;
+constexpr char kReloadSeconds[] = "5";
+
+constexpr char kViewport[] = "width=device-width, initial-scale=1";
+
+constexpr char kIndexNotes[] =
+    "Units are in the headings. Altitudes are barometric, speeds are over ground, headings are clockwise from "
+    "north, versions in parentheses are assumed, ages count from the last message and the last position, times "
+    "are UTC. The labels are those of the program trevallo.";
+
+constexpr char kReportNotes[] =
+    "Altitudes are in feet, speeds in knots, vertical rates in feet per minute, headings in degrees clockwise from "
+    "north, latitudes and longitudes in degrees, positions in degrees, minutes and seconds; the signal amplitude "
+    "is a number from 0 to 255; times are UTC. The labels are those of the library trevallo, exactly as it writes "
+    "them.";
 
 std::string escaped(std::string const& text) {
     std::string result;
@@ -52,14 +77,18 @@ html::Element tableRow(char const* cellTag, std::vector<std::string> const& cell
     return row;
 }
 
-// A row of which the address leads to the page.
+html::Element link(std::string const& page, std::string const& text) {
+    html::Element element("a", text);
+    element.addAttribute("href", page);
+    return element;
+}
+
+// A row whose address links to the page.
 html::Element linkedRow(std::vector<std::string> const& cells) {
     auto row = tableRow("td", cells);
     auto& address = row.children[kAddressColumn];
-    html::Element link("a", address.content);
-    link.addAttribute("href", pageName(address.content));
+    address.children.push_back(link(pageName(address.content), address.content));
     address.content.clear();
-    address.children.push_back(link);
     return row;
 }
 
@@ -75,30 +104,74 @@ std::vector<std::string> headings(std::span<Column const> columns) {
 std::string timeText(Picture const& picture) {
     auto const time = modes::ADSBTargetReport::timeToString(picture.now);
     if (time.empty()) return "Nothing was heard yet.";
-    return timeKnown(picture)
-               ? "As of " + time + "."
-               : "As of " + time.substr(time.find('T') + 1) + " of a day that the recording does not tell.";
+    return timeKnown(picture) ? "As of " + time + "."
+                              : "As of " + time.substr(time.find('T') + 1) + " of an unknown day.";
 }
 
-std::string reportPage(Aircraft const& aircraft) {
-    auto report = *aircraft.report;
+html::Element meta(char const* attribute, std::string const& name, std::string const& content = "") {
+    html::Element element("meta", "");
+    element.voidElement = true;
+    element.addAttribute(attribute, name);
+    if (!content.empty()) element.addAttribute("content", content);
+    return element;
+}
+
+html::Element notes(char const* text) {
+    html::Element element("p", text);
+    element.addAttribute("class", "notes");
+    return element;
+}
+
+// Leaves out the columns that the live table leaves out first.
+std::string phoneStyle(std::span<Column const> columns) {
+    std::string rules;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (columns[i].rank <= kLastRankOnPhones) continue;
+        auto const place = ":nth-child(" + std::to_string(i + 1) + ")";
+        rules += (rules.empty() ? "th" : ",\nth") + place + ", td" + place;
+    }
+    return "@media (max-width: 50em) {\n" + rules + " { display: none; }\n}\n";
+}
+
+// Lines of a page, as those of the library are written.
+std::string textOf(std::vector<html::Element> const& elements) {
+    std::ostringstream text;
+    for (auto const& element : elements) {
+        element.toStringOpen(text, 4);
+        element.toStringContent(text, 4);
+        element.toStringClose(text, 4);
+    }
+    return text.str();
+}
+
+void insertBefore(std::string& page, std::string_view line, std::string const& text) {
+    page.insert(page.rfind(line), text);
+}
+
+// The library's page with what a reader in a browser needs around it.
+std::string reportPage(modes::ADSBTargetReport report) {
     bool const valid = report.callsignValid();
-    report.setCallsign(escaped(printable(report.callsign()))); // it comes over the air
+    report.setCallsign(escaped(files::printable(report.callsign()))); // it comes over the air
     report.setCallsignValid(valid);
-    return report.toHtml(kStyle);
+    auto page = report.toHtml(kStyle);
+    insertBefore(page, "  </head>\n", textOf({meta("charset", "utf-8"), meta("name", "viewport", kViewport)}));
+    html::Element way("p", "");
+    way.children.push_back(link(kIndex, "All aircraft"));
+    insertBefore(page, "    <h1>", textOf({way}));
+    insertBefore(page, "  </body>\n", textOf({notes(kReportNotes)}));
+    return page;
 }
 
 } // namespace
 
-std::string indexPage(Picture const& picture) {
+std::string indexPage(Picture const& picture, bool reloads) {
     auto const table = makeTable(picture);
     html::Document page("Aircraft");
     page.root.addAttribute("lang", "en");
-    html::Element charset("meta", "");
-    charset.voidElement = true;
-    charset.addAttribute("charset", "utf-8");
-    page.head.children.push_back(charset);
-    page.head.children.emplace_back("style", kStyle);
+    page.head.children.push_back(meta("charset", "utf-8"));
+    page.head.children.push_back(meta("name", "viewport", kViewport));
+    if (reloads) page.head.children.push_back(meta("http-equiv", "refresh", kReloadSeconds));
+    page.head.children.emplace_back("style", kStyle + phoneStyle(table.columns));
     page.body.children.emplace_back("h1", "Aircraft (" + std::to_string(table.rows.size()) + ")");
     page.body.children.emplace_back("p", escaped(timeText(picture)));
 
@@ -107,28 +180,35 @@ std::string indexPage(Picture const& picture) {
     rows.children.push_back(tableRow("th", headings(table.columns)));
     for (auto const& cells : table.rows) rows.children.push_back(linkedRow(cells));
     page.body.children.push_back(rows);
+    page.body.children.push_back(notes(kIndexNotes));
     return page.toString();
 }
 
-ReportPages::ReportPages(std::string folder) : _folder(std::move(folder)) { makeFolder(_folder); }
+ReportPages::ReportPages(std::string folder) : _folder(std::move(folder)) { files::makeFolder(_folder); }
 
 std::string ReportPages::path(std::string const& name) const {
     return (std::filesystem::path(_folder) / name).string();
 }
 
-void ReportPages::picture(Picture const& picture) {
+void ReportPages::picture(Picture const& picture) { write(picture, true); }
+
+void ReportPages::finish(Picture const& last) { write(last, false); }
+
+void ReportPages::write(Picture const& picture, bool continues) {
     Pages pages;
     for (auto const* aircraft : newestByAddress(picture)) {
-        auto const name = pageName(addressText(aircraft->report->icaoAddress()));
-        State const state{aircraft->report->lastUpdate(), aircraft->messages};
+        auto const name = pageName(airspace::addressText(aircraft->address));
+        State const state{aircraft->heard, aircraft->messages};
         auto const written = _pages.find(name);
         if (written == _pages.end() || written->second != state) {
-            writeWhole(path(name), reportPage(*aircraft));
+            auto const report = picture.report(*aircraft);
+            if (!report) continue;
+            files::writeMomentary(path(name), reportPage(*report));
             _pages[name] = state;
         }
         pages.emplace(name, state);
     }
-    writeWhole(path("index.html"), indexPage(picture));
+    files::writeMomentary(path(kIndex), indexPage(picture, continues));
     removeAllBut(pages);
     _pages.swap(pages);
 }
@@ -141,4 +221,4 @@ void ReportPages::removeAllBut(Pages const& pages) const {
     }
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/output.h"
+#include "outputs/output.h"
 
 #include <cstdint>
 #include <map>
 #include <string>
 #include <utility>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
 /// A folder with a report page for each aircraft (ADDRESS.html) and an index of them (index.html).
 ///
-/// The index is replaced with each picture, a page when something was heard of its aircraft; each as a whole.
-/// Where several sources hear an aircraft, its page is that of the one that heard it last. Pages of aircraft
+/// The index is replaced with each picture, and reloads until the end; a page when its aircraft was heard; each as a
+/// whole. Where several sources hear an aircraft, its page is that of the one that heard it last. Pages of aircraft
 /// that are gone go too; whatever else is in the folder stays.
 class ReportPages : public Output {
 public:
@@ -21,11 +21,13 @@ public:
     explicit ReportPages(std::string folder);
 
     void picture(Picture const& picture) override;
+    void finish(Picture const& last) override;
 
 private:
-    using State = std::pair<TimeMs, std::uint64_t>; // last update and number of messages
+    using State = std::pair<airspace::TimeMs, std::uint64_t>; // last update and number of messages
     using Pages = std::map<std::string, State>;
 
+    void write(Picture const& picture, bool continues);
     std::string path(std::string const& name) const;
     void removeAllBut(Pages const& pages) const;
 
@@ -33,7 +35,8 @@ private:
     Pages _pages; // written by this object, with the state that they show
 };
 
-/// The index: the table of aircraft, each address linked to its page.
-std::string indexPage(Picture const& picture);
+/// The index: the table of aircraft, each address linked to its page. With `reloads`, browsers load it again every few
+/// seconds.
+std::string indexPage(Picture const& picture, bool reloads = false);
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

@@ -1,21 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "outputs/sbs.h"
 
-#include "outputs/text.h"
+#include "outputs/output_text.h"
 
 #include <modes/adsb_message.h>
 #include <modes/df_message.h>
 
+#include <algorithm>
 #include <array>
+#include <optional>
 #include <utility>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
 namespace {
 
 using modes::ADSBMessage;
 using modes::DFMessage;
-using Report = modes::ADSBTargetReport;
 
 // The transmission types of the format.
 enum Kind : int {
@@ -30,10 +31,8 @@ enum Kind : int {
     kAllCall = 8,
 };
 
-Kind kindOfPayload(std::string const& payload) {
-    if (payload.empty()) return kNone;
-    auto const typeCode = static_cast<std::uint8_t>(static_cast<unsigned char>(payload[0]) >> 3);
-    switch (ADSBMessage::typeByCode(typeCode)) {
+Kind kindOfSquitter(airspace::Reply const& reply) {
+    switch (reply.type) {
     case ADSBMessage::ACID: return kIdentification;
     case ADSBMessage::POS_GND: return kSurfacePosition;
     case ADSBMessage::POS_AIR: return kAirbornePosition;
@@ -42,10 +41,8 @@ Kind kindOfPayload(std::string const& payload) {
     }
 }
 
-Kind kindOf(modes::ModeSMessage const& message) {
-    auto const* reply = dynamic_cast<DFMessage const*>(&message);
-    if (reply == nullptr) return kNone;
-    switch (reply->downlinkFormat()) {
+Kind kindOf(airspace::Reply const& reply) {
+    switch (reply.format.value_or(DFMessage::DF24)) {
     case DFMessage::DF0:
     case DFMessage::DF16: return kAirToAir;
     case DFMessage::DF4:
@@ -53,15 +50,14 @@ Kind kindOf(modes::ModeSMessage const& message) {
     case DFMessage::DF5:
     case DFMessage::DF21: return kSurveillanceIdentity;
     case DFMessage::DF11: return kAllCall;
-    case DFMessage::DF17:
-        return kindOfPayload(dynamic_cast<modes::DF17Message const&>(message).constFieldME().data());
+    case DFMessage::DF17: return kindOfSquitter(reply);
     default: return kNone;
     }
 }
 
 // "2024-05-01T12:34:56.789Z" as the two fields of the format: "2024/05/01,12:34:56.789".
-std::string dateAndTime(TimeMs time) {
-    auto text = Report::timeToString(time);
+std::string dateAndTime(airspace::TimeMs time) {
+    auto text = modes::ADSBTargetReport::timeToString(time);
     if (text.empty()) return ",";
     auto const separator = text.find('T');
     for (char& character : text) {
@@ -73,41 +69,38 @@ std::string dateAndTime(TimeMs time) {
 }
 
 // There is no way to quote a comma in this format.
-std::string callsign(Report const& report) {
-    auto text = printable(report.callsign());
-    for (char& character : text) {
-        if (character == ',') character = '?';
-    }
+std::string textOf(std::string const& callsign) {
+    auto text = files::printable(callsign);
+    std::ranges::replace(text, ',', '?');
     return text;
 }
 
-bool isEmergency(unsigned int squawk) { return squawk == 07500 || squawk == 07600 || squawk == 07700; }
-
-char const* flag(bool value) { return value ? "-1" : "0"; }
+std::string textOf(bool value) { return value ? "-1" : "0"; }
+std::string textOf(int value) { return std::to_string(value); }
+std::string textOf(double value) { return fixed(value, 1); }
 
 // The fields from the callsign on, each filled if it came with the message of this time.
 class Fields {
 public:
-    Fields(Report const& report, TimeMs time) : _report(report), _time(time) {}
+    Fields(airspace::Aircraft const& aircraft, airspace::TimeMs time) : _aircraft(aircraft), _time(time) {}
 
     std::string text() const {
-        auto const& r = _report;
-        bool const squawk = came(r.squawkValid(), r.squawkLastUpdate());
-        bool const position = came(r.positionValid(), r.positionLastUpdate());
+        auto const& a = _aircraft;
+        auto const squawk = came(a.squawk);
+        auto const position = came(a.position);
         std::array<std::string, 12> const fields{
-            filled(came(r.callsignValid(), r.callsignLastUpdate()), callsign(r)),
-            filled(came(r.altitudeBaroValid(), r.altitudeBaroLastUpdate()), std::to_string(r.altitudeBaro())),
-            filled(came(r.groundSpeedValid(), r.groundSpeedLastUpdate()), fixed(r.groundSpeed(), 1)),
-            filled(came(r.headingValid(), r.headingLastUpdate()), fixed(r.heading(), 1)),
-            filled(position, fixed(r.latitude(), 5)),
-            filled(position, fixed(r.longitude(), 5)),
-            filled(came(r.verticalRateBaroValid(), r.verticalRateBaroLastUpdate()),
-                   std::to_string(r.verticalRateBaro())),
-            filled(squawk, squawkText(r.squawk())),
-            filled(came(r.alertStatusValid(), r.alertStatusLastUpdate()), flag(r.alertStatus())),
-            filled(squawk, flag(isEmergency(r.squawk()))),
-            filled(came(r.spiStatusValid(), r.spiStatusLastUpdate()), flag(r.spiStatus())),
-            filled(came(r.groundStatusValid(), r.groundStatusLastUpdate()), flag(r.groundStatus())),
+            filled(came(a.callsign)),
+            filled(came(a.altitudeBaro)),
+            filled(came(a.groundSpeed)),
+            filled(came(a.heading)),
+            position ? fixed(position->latitude, 5) : std::string(),
+            position ? fixed(position->longitude, 5) : std::string(),
+            filled(came(a.verticalRateBaro)),
+            filled(squawk),
+            filled(came(a.alertStatus)),
+            squawk ? textOf(squawk->emergency() != airspace::Emergency::None) : std::string(),
+            filled(came(a.spiStatus)),
+            filled(came(a.groundStatus)),
         };
         std::string text;
         for (auto const& field : fields) text += "," + field;
@@ -115,36 +108,38 @@ public:
     }
 
 private:
-    bool came(bool valid, TimeMs lastUpdate) const { return valid && lastUpdate == _time; }
+    template <class T> std::optional<T> came(airspace::Item<T> const& item) const {
+        return item.updated == _time ? item.value : std::nullopt;
+    }
 
-    static std::string filled(bool is, std::string text) { return is ? std::move(text) : std::string(); }
+    template <class T> static std::string filled(std::optional<T> const& value) {
+        return value ? textOf(*value) : std::string();
+    }
 
-    Report const& _report;
-    TimeMs _time;
+    airspace::Aircraft const& _aircraft;
+    airspace::TimeMs _time;
 };
 
 } // namespace
 
-std::string sbsLine(modes::ModeSMessage const& message, Report const& report) {
-    auto const kind = kindOf(message);
-    if (kind == kNone) return {};
+std::string sbsLine(HeardFrame const& heard) {
+    auto const kind = kindOf(heard.reply);
+    if (kind == kNone || heard.aircraft == nullptr) return {};
     constexpr char session[] = "1";
-    auto const track = std::to_string(report.trackId());
-    auto const time = message.timeStamp();
-    auto const when = dateAndTime(time);
+    auto const track = std::to_string(heard.aircraft->track);
+    auto const when = dateAndTime(heard.frame.time);
     return "MSG," + std::to_string(kind) + "," + session + "," + track + "," +
-           addressText(report.icaoAddress()) + "," + track + "," + when + "," + when +
-           Fields(report, time).text() + "\r\n";
+           airspace::addressText(heard.aircraft->address) + "," + track + "," + when + "," + when +
+           Fields(*heard.aircraft, heard.frame.time).text() + "\r\n";
 }
 
 Sbs::Sbs(std::unique_ptr<Sink> sink) : _sink(std::move(sink)) {}
 
 void Sbs::heard(HeardFrame const& heard) {
-    if (heard.message == nullptr || heard.aircraft == nullptr) return;
-    auto const line = sbsLine(*heard.message, *heard.aircraft->report);
+    auto const line = sbsLine(heard);
     if (!line.empty()) _sink->write(line);
 }
 
 void Sbs::flush() { _sink->flush(); }
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

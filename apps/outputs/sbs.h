@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/output.h"
+#include "outputs/output.h"
 
 #include <string>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
-/// BaseStation text: a line of 22 comma-separated fields for each message that told something of an aircraft,
-/// ended by CR LF. A field is filled when this very message brought it, so that a logger never takes old
+/// BaseStation text: a line of 22 comma-separated fields for each message that reported something about an aircraft,
+/// ended by CR LF. A field is filled when this message itself carried it, so that a logger never takes old
 /// values for new ones. Dates and times are UTC.
 class Sbs : public Output {
 public:
@@ -24,7 +24,7 @@ private:
     std::unique_ptr<Sink> _sink;
 };
 
-/// The line of one message; empty for messages of kinds that the format does not have.
-std::string sbsLine(modes::ModeSMessage const& message, modes::ADSBTargetReport const& report);
+/// The line of one reply; empty for replies of kinds that the format does not have, and of no aircraft.
+std::string sbsLine(HeardFrame const& heard);
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

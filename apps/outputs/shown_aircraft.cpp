@@ -3,17 +3,15 @@
 
 #include <algorithm>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
 bool showsPosition(Aircraft const& aircraft) {
-    auto const& report = *aircraft.report;
-    return report.positionValid() && aircraft.age(report.positionLastUpdate()) <= kPositionShown;
+    return aircraft.position.value && aircraft.age(aircraft.position.updated) <= kPositionShown;
 }
 
 bool isLive(Aircraft const& aircraft) {
-    auto const& report = *aircraft.report;
-    bool const hadPosition = report.positionLastUpdate() != 0;
-    return aircraft.age(hadPosition ? report.positionLastUpdate() : report.lastUpdate()) <= kAircraftLive;
+    bool const hadPosition = aircraft.position.updated != 0;
+    return aircraft.age(hadPosition ? aircraft.position.updated : aircraft.heard) <= kAircraftLive;
 }
 
 std::vector<Aircraft const*> newestByAddress(Picture const& picture) {
@@ -21,8 +19,8 @@ std::vector<Aircraft const*> newestByAddress(Picture const& picture) {
     newest.reserve(picture.aircraft.size());
     for (auto const& aircraft : picture.aircraft) newest.push_back(&aircraft);
 
-    auto const address = [](Aircraft const* aircraft) { return aircraft->report->icaoAddress(); };
-    auto const age = [](Aircraft const* aircraft) { return aircraft->age(aircraft->report->lastUpdate()); };
+    auto const address = [](Aircraft const* aircraft) { return aircraft->address; };
+    auto const age = [](Aircraft const* aircraft) { return aircraft->age(aircraft->heard); };
     std::stable_sort(newest.begin(), newest.end(), [&](Aircraft const* a, Aircraft const* b) {
         return address(a) != address(b) ? address(a) < address(b) : age(a) < age(b);
     });
@@ -31,9 +29,7 @@ std::vector<Aircraft const*> newestByAddress(Picture const& picture) {
     return newest;
 }
 
-bool timeKnown(Picture const& picture) {
-    return std::ranges::all_of(picture.sources, &SourceState::timeKnown);
-}
+bool timeKnown(Picture const& picture) { return std::ranges::all_of(picture.sources, &SourceState::timeKnown); }
 
 bool timeKnown(Picture const& picture, Aircraft const& aircraft) {
     return std::all_of(picture.sources.begin(), picture.sources.end(), [&](SourceState const& source) {
@@ -42,4 +38,4 @@ bool timeKnown(Picture const& picture, Aircraft const& aircraft) {
     });
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

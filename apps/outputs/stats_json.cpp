@@ -3,14 +3,14 @@
 
 #include <modes/adsb_target_report.h>
 
-#include "outputs/text.h"
-#include "outputs/whole_file.h"
+#include "files/replaced_file.h"
+#include "outputs/output_text.h"
 
 #include <nlohmann/json.hpp>
 
 #include <utility>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
 namespace {
 
@@ -25,30 +25,28 @@ Json countsOf(Counters const& counters) {
     return counts;
 }
 
-Json timeText(TimeMs time) {
+Json timeText(airspace::TimeMs time) {
     return time == 0 ? Json(nullptr) : Json(modes::ADSBTargetReport::timeToString(time));
 }
 
 Json sourceOf(SourceState const& source) {
-    return {{"name", validUtf8(source.name)},          {"state", validUtf8(source.state)},
-            {"timeKnown", source.timeKnown},           {"now", timeText(source.now)},
-            {"lastFrame", timeText(source.lastFrame)}, {"counters", countsOf(source.counters)}};
+    return {{"name", validUtf8(source.name)}, {"state", validUtf8(source.state)}, {"timeKnown", source.timeKnown},
+        {"now", timeText(source.now)}, {"lastFrame", timeText(source.lastFrame)},
+        {"counters", countsOf(source.counters)}};
 }
 
 } // namespace
 
 std::string statsJson(Picture const& picture) {
-    Json object{{"now", timeText(picture.now)},
-                {"aircraft", picture.aircraft.size()},
-                {"counters", countsOf(picture.counters)},
-                {"sources", Json::array()}};
+    Json object{{"now", timeText(picture.now)}, {"aircraft", picture.aircraft.size()},
+        {"counters", countsOf(picture.counters)}, {"sources", Json::array()}};
     for (auto const& source : picture.sources) object["sources"].push_back(sourceOf(source));
     return object.dump() + "\n";
 }
 
-StatsJson::StatsJson(std::string file) : _file(std::move(file)) {}
+StatsJson::StatsJson(std::string file) : _file(std::move(file)) { files::makeFolderOf(_file); }
 
-void StatsJson::picture(Picture const& picture) { writeWhole(_file, statsJson(picture)); }
+void StatsJson::picture(Picture const& picture) { files::writeMomentary(_file, statsJson(picture)); }
 
 StatsLines::StatsLines(std::unique_ptr<Sink> sink) : _sink(std::move(sink)) {}
 
@@ -57,4 +55,4 @@ void StatsLines::picture(Picture const& picture) {
     _sink->flush();
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

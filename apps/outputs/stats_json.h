@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/output.h"
+#include "outputs/output.h"
 
 #include <memory>
 #include <string>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
 /// All counts as one JSON object in a file, of the run and of each source, replaced as a whole with each
 /// picture.
@@ -35,4 +35,4 @@ private:
 /// object by label.
 std::string statsJson(Picture const& picture);
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

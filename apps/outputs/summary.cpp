@@ -1,31 +1,29 @@
 // SPDX-License-Identifier: MIT
 #include "outputs/summary.h"
 
-#include "host/console.h"
 #include "outputs/columns.h"
+#include "terminal/console.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
 namespace {
 
-std::string labelled(CounterText const& counter) {
+std::string labelled(airspace::CountText const& counter) {
     auto text = std::string(counter.help);
     if (counter.label.empty()) return text;
-    return text.substr(0, text.size() - 1) + ": " + std::string(counter.label) + " " +
-           std::string(counter.value) + ".";
+    return text.substr(0, text.size() - 1) + ": " + std::string(counter.label) + " " + std::string(counter.value) + ".";
 }
 
 } // namespace
 
 std::string summaryLine(Picture const& picture) {
     auto const& counters = picture.counters;
-    auto text = std::to_string(counters.frames) + " frames, " +
-                std::to_string(counters.frames - counters.undecoded) + " decoded, " +
-                std::to_string(counters.tracked) + " tracked, " + std::to_string(picture.aircraft.size()) +
-                " aircraft";
+    auto text = std::to_string(counters.frames) + " frames, " + std::to_string(counters.frames - counters.undecoded) +
+                " decoded, " + std::to_string(counters.tracked) + " tracked, " +
+                std::to_string(picture.aircraft.size()) + " aircraft";
     if (counters.modeAcFrames > 0) text += ", " + std::to_string(counters.modeAcFrames) + " Mode A/C replies";
     return text + "\n";
 }
@@ -49,10 +47,10 @@ void Summary::finish(Picture const& last) {
     _sink->flush();
 }
 
-void SpokenSummary::finish(Picture const& last) {
+void StderrSummary::finish(Picture const& last) {
     auto text = summaryLine(last) + allCounts(last.counters);
-    text.pop_back(); // the line feed, of which saying it makes one
-    console::say(text);
+    text.pop_back(); // the line feed, which is added when it is written
+    terminal::console::say(text);
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/output.h"
+#include "outputs/output.h"
 
 #include <memory>
 #include <string>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
-/// A line of the most telling counts at the end, or all that are not 0.
+/// A line of the most important counts at the end, or all that are not 0.
 class Summary : public Output {
 public:
     Summary(std::unique_ptr<Sink> sink, bool isWhole);
@@ -22,7 +22,7 @@ private:
 };
 
 /// All counts that are not 0, on standard error at the end.
-class SpokenSummary : public Output {
+class StderrSummary : public Output {
 public:
     bool wantsPicture() override { return false; }
     bool isWorthRunningFor() const override { return false; }
@@ -35,4 +35,4 @@ std::string summaryLine(Picture const& picture);
 /// A line for each count that is not 0: the count and what it counts.
 std::string allCounts(Counters const& counters);
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

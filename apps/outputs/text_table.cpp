@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
 TextTable::TextTable(std::unique_ptr<Sink> sink) : _sink(std::move(sink)) {}
 
@@ -14,4 +14,4 @@ void TextTable::finish(Picture const& last) {
     _sink->flush();
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

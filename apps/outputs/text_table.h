@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/output.h"
+#include "outputs/output.h"
 
-namespace quorvel::host {
+namespace quorvel::outputs {
 
 /// The aircraft as a table of plain text, once, at the end.
 class TextTable : public Output {
@@ -17,4 +17,4 @@ private:
     std::unique_ptr<Sink> _sink;
 };
 
-} // namespace quorvel::host
+} // namespace quorvel::outputs

@@ -1,27 +1,29 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "net/sinks.h"
 #include "outputs/aircraft_json.h"
-#include "run/sinks.h"
 #include "run/track_run.h"
 
 #include <memory>
 #include <string>
 
-namespace quorvel::host {
+namespace quorvel::run {
 
-/// The document of web maps, made anew for whoever asks on a port.
-class AircraftJsonPort : public AircraftDocument {
+/// The document of web maps, made for each request on a port.
+class AircraftJsonPort : public outputs::Output {
 public:
-    /// Throws HostError when the port cannot be had.
+    /// Throws HostError when the port is not available.
     AircraftJsonPort(std::string const& target, TrackRun& run)
-        : _server(TextServer::make(
-              target, "application/json", [this, &run] { return text(run.picture()); }, run.network())) {}
+        : _server(net::TextServer::make(
+              target, "application/json", [&run] { return outputs::aircraftDocument(run.picture()); }, run.network())) {
+    }
 
-    void picture(Picture const& picture) override { forgetAllBut(picture); }
+    bool wantsPicture() override { return false; }
+    void finish(outputs::Picture const&) override {}
 
 private:
-    std::unique_ptr<TextServer> _server;
+    std::unique_ptr<net::TextServer> _server;
 };
 
-} // namespace quorvel::host
+} // namespace quorvel::run

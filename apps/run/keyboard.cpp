@@ -3,7 +3,7 @@
 
 #include <chrono>
 
-namespace quorvel::host {
+namespace quorvel::run {
 
 namespace {
 
@@ -11,7 +11,7 @@ constexpr std::chrono::milliseconds kLookAtSize{250};
 
 } // namespace
 
-Keyboard::Keyboard(LiveTable& table, TrackRun& run)
+Keyboard::Keyboard(outputs::LiveTable& table, TrackRun& run)
     : _table(table), _run(run), _keys(run.context(), table.keyFile()), _timer(run.context()) {
     waitForKey();
     waitForSize();
@@ -41,4 +41,4 @@ void Keyboard::poll() {
     if (_table.wantsToQuit()) _run.stop();
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::run

@@ -7,13 +7,13 @@
 #include <asio/posix/stream_descriptor.hpp>
 #include <asio/steady_timer.hpp>
 
-namespace quorvel::host {
+namespace quorvel::run {
 
-/// Lets the keys that are pressed, and changes of the terminal's size, reach the live table at once.
+/// Passes keys that are pressed, and changes of the terminal's size, to the live table at once.
 class Keyboard {
 public:
     /// Both must live as long as the keyboard.
-    Keyboard(LiveTable& table, TrackRun& run);
+    Keyboard(outputs::LiveTable& table, TrackRun& run);
     ~Keyboard();
     Keyboard(Keyboard const&) = delete;
     Keyboard& operator=(Keyboard const&) = delete;
@@ -23,10 +23,10 @@ private:
     void waitForSize();
     void poll();
 
-    LiveTable& _table;
+    outputs::LiveTable& _table;
     TrackRun& _run;
     asio::posix::stream_descriptor _keys;
     asio::steady_timer _timer;
 };
 
-} // namespace quorvel::host
+} // namespace quorvel::run

@@ -1,29 +1,29 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "net/sinks.h"
 #include "outputs/prometheus.h"
-#include "run/sinks.h"
 #include "run/track_run.h"
 
 #include <memory>
 #include <string>
 
-namespace quorvel::host {
+namespace quorvel::run {
 
-/// All counts of a run in Prometheus' text format, for whoever asks on a port.
-class PrometheusPort : public Output {
+/// All counts of a run in Prometheus' text format, for each request on a port.
+class PrometheusPort : public outputs::Output {
 public:
-    /// Throws HostError when the port cannot be had.
-    PrometheusPort(std::string const& target, TrackRun& run, HostClock const& clock)
-        : _server(TextServer::make(
+    /// Throws HostError when the port is not available.
+    PrometheusPort(std::string const& target, TrackRun& run, outputs::HostClock const& clock)
+        : _server(net::TextServer::make(
               target, "text/plain; version=0.0.4; charset=utf-8",
-              [&run, clock] { return prometheusText(run.picture(), clock()); }, run.network())) {}
+              [&run, clock] { return outputs::prometheusText(run.picture(), clock()); }, run.network())) {}
 
     bool wantsPicture() override { return false; }
-    void finish(Picture const&) override {}
+    void finish(outputs::Picture const&) override {}
 
 private:
-    std::unique_ptr<TextServer> _server;
+    std::unique_ptr<net::TextServer> _server;
 };
 
-} // namespace quorvel::host
+} // namespace quorvel::run

@@ -1,32 +1,35 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/aircraft_file.h"
-#include "host/output.h"
-#include "host/receiver.h"
-#include "host/stream_input.h"
-#include "run/sinks.h"
-#include "run/source_spec.h"
+#include "net/sinks.h"
+#include "net/source_spec.h"
+#include "outputs/output.h"
+#include "run/database_keeper.h"
+#include "run/failures.h"
+#include "run/output_set.h"
+#include "run/playback.h"
+#include "run/stations.h"
+#include <airspace/sky.h>
+#include <airspace/stream.h>
 
 #include <asio/io_context.hpp>
 #include <asio/signal_set.hpp>
 #include <asio/steady_timer.hpp>
 
-#include <chrono>
-#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
-namespace quorvel::host {
+namespace quorvel::run {
 
 struct TrackOptions {
-    std::vector<SourceSpec> sources;
-    std::vector<ReadOptions> reading; ///< one for each source
-    ReceiverOptions receiver;
+    std::vector<net::SourceSpec> sources;
+    std::vector<airspace::StreamOptions> reading; ///< one for each source
+    airspace::SkyOptions sky;
     bool isMerged = false; ///< all sources into one decoder and tracker, instead of one for each
-    double speed = 0;      ///< of recordings: 1 is real time; 0 is as fast as it goes
+    double speed = 0;      ///< of recordings: 1 is real time; 0 is full speed
     std::string database;  ///< file of the aircraft database; none when empty
 };
 
@@ -38,29 +41,29 @@ struct TrackOptions {
 class TrackRun {
 public:
     /// Throws HostError when the database cannot be read or a recording cannot be opened.
-    explicit TrackRun(TrackOptions options);
+    explicit TrackRun(TrackOptions const& options);
     ~TrackRun();
     TrackRun(TrackRun const&) = delete;
     TrackRun& operator=(TrackRun const&) = delete;
 
-    /// Where outputs live.
+    /// The loop that outputs run on.
     asio::io_context& context() { return _context; }
-    NetworkOutputs& network() { return _network; }
+    net::NetworkOutputs& network() { return _network; }
 
     /// Drops targets that were not heard for so many ms; 0 keeps them.
-    void setTimeout(TimeMs timeout);
+    void setTimeout(airspace::TimeMs timeout) { _stations.setTimeout(timeout); }
 
-    void add(std::unique_ptr<Output> output);
+    void add(std::unique_ptr<outputs::Output> output) { _outputs.add(std::move(output)); }
 
-    /// Whether there is a source other than recordings. Without one the time of the recordings tells when
-    /// outputs are shown the moment and aircraft are dropped, at whatever speed they are played.
-    bool hasLiveSource() const;
+    /// Whether there is a source other than recordings. Without one the time of the recordings decides when outputs get
+    /// a picture and aircraft are dropped, at whatever speed they are played.
+    bool hasLiveSource() const { return _stations.hasLive(); }
 
-    /// Whether a source comes at its own pace: it is no recording, or one that is played at a speed.
-    bool isLive() const;
+    /// Whether a source comes at its own pace: it is not a recording, or one that is played at a given speed.
+    bool isLive() const { return _playback.isPaced() || hasLiveSource(); }
 
-    /// Reads to the end. A failure of a source, an output or the database is said at once; it throws
-    /// FailureTold when there was one, after all else was done.
+    /// Reads to the end. A failure of a source, an output or the database is reported at once; if there was one,
+    /// AlreadyReported is thrown after everything else is done.
     void run();
 
     /// Ends the run as a signal would.
@@ -70,52 +73,33 @@ public:
     std::string const& signal() const { return _signal; }
 
     /// Everything that there is to show now.
-    Picture picture() const;
+    outputs::Picture picture() const;
 
 private:
-    struct Station;
-    struct Source;
-
-    std::string nameOf(SourceSpec const& spec) const;
-    void makeSource(SourceSpec const& spec, ReadOptions const& options);
-    void makeLive(Source& source, SourceSpec const& spec, ReadOptions const& options);
+    void makeSource(net::SourceSpec const& spec, airspace::StreamOptions const& options);
+    void makeLive(Source& source, net::SourceSpec const& spec, airspace::StreamOptions const& options);
     void waitForSignals();
     void tick();
-    void readRecordings();
-    Source* earliestRecording();
-    bool refillRecordings();
-    bool refill(Source& recording);
-    bool isDue(TimeMs time);
-    void take(Source& source, Frame const& frame);
+    void take(Source& source, airspace::Frame const& frame);
+    void takeRecorded(Source& source, airspace::Frame const& frame);
     void show();
-    void flush();
+    void stopAtEnd();
     void finish();
-    void saveDatabase();
-    void ended(Source& source);
-    template <class Step> bool attempt(Step const& step);
-    template <class Step> void tellOutputs(Step const& step);
-    TimeMs now() const;
+    void letReadersFinish();
 
-    TrackOptions _options;
     asio::io_context _context;
-    Counters _outputCounters;
-    NetworkOutputs _network;
+    outputs::Counters _outputCounters;
+    net::NetworkOutputs _network;
     asio::signal_set _signals;
     asio::steady_timer _ticking;
-    asio::steady_timer _pacing;
-    std::optional<AircraftFile> _database;
-    std::vector<std::unique_ptr<Station>> _stations;
-    std::vector<std::unique_ptr<Source>> _sources;
-    std::vector<std::unique_ptr<Output>> _outputs;
-    bool _wantsFrames = false;
-    bool _wantsAircraft = false;
+    Failures _failures;
+    std::optional<DatabaseKeeper> _database;
+    Stations _stations;
+    Playback _playback;
+    OutputSet _outputs;
     bool _isStopped = false;
-    TimeMs _shownSecond = 0;       // of recordings
-    std::optional<TimeMs> _played; // the time at which playing began
-    std::chrono::steady_clock::time_point _playedAt;
-    std::chrono::steady_clock::time_point _savedAt;
+    airspace::TimeMs _shownSecond = 0; // of recordings
     std::string _signal;
-    std::string _failure; // the last one
 };
 
-} // namespace quorvel::host
+} // namespace quorvel::run

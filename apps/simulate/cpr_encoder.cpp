@@ -12,11 +12,9 @@ constexpr double kPi = 3.14159265358979323846;
 constexpr int kEvenZones = 60;
 constexpr double kSteps = 131072.0; // 2^17
 
-double positiveRemainder(double value, double divisor) {
-    return value - divisor * std::floor(value / divisor);
-}
+double positiveRemainder(double value, double divisor) { return value - divisor * std::floor(value / divisor); }
 
-// Where in its zone a coordinate lies, in steps; `bits` of them fit into a zone.
+// Where in its zone a coordinate is, in steps; `bits` of them fit into a zone.
 double stepsInZone(double coordinate, double zone, double stepsPerZone) {
     return std::floor(stepsPerZone * positiveRemainder(coordinate, zone) / zone + 0.5);
 }
@@ -29,8 +27,7 @@ CompactPosition encode(double latitude, double longitude, bool odd, double steps
     double const latitudeZone = 360.0 / (kEvenZones - (odd ? 1 : 0));
     double const latitudeSteps = stepsInZone(latitude, latitudeZone, stepsPerZone);
     // The receiver counts longitude zones at the latitude that it will have decoded, so the sender does too.
-    double const decodedLatitude =
-        latitudeZone * (latitudeSteps / stepsPerZone + std::floor(latitude / latitudeZone));
+    double const decodedLatitude = latitudeZone * (latitudeSteps / stepsPerZone + std::floor(latitude / latitudeZone));
     int const zones = std::max(longitudeZones(decodedLatitude) - (odd ? 1 : 0), 1);
     return {low17Bits(latitudeSteps), low17Bits(stepsInZone(longitude, 360.0 / zones, stepsPerZone))};
 }

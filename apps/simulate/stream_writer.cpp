@@ -47,9 +47,9 @@ void appendFrame(std::string& stream, Frame const& frame, Encoding encoding, std
     auto const time = timeStamp(startOfDay + frame.nanoseconds);
     switch (encoding) {
     case Encoding::Avr: appendLine(stream, "", frame.bytes); break;
-    case Encoding::AvrWithTime: appendLine(stream, time, frame.bytes); break;
-    case Encoding::Beast: appendBeast(stream, time, frame, false); break;
-    case Encoding::BeastDoubled: appendBeast(stream, time, frame, true); break;
+    case Encoding::AvrStamped: appendLine(stream, time, frame.bytes); break;
+    case Encoding::Beast: appendBeast(stream, time, frame, true); break;
+    case Encoding::BeastPlain: appendBeast(stream, time, frame, false); break;
     }
 }
 

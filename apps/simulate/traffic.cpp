@@ -21,8 +21,7 @@ constexpr unsigned kAll = 0xF;
 constexpr unsigned kADSB = kAll & ~bitOf(Equipment::None);
 constexpr unsigned kNewADSB = bitOf(Equipment::Version1) | bitOf(Equipment::Version2);
 
-// What is sent without being asked, and how often: each interval varies by up to a fifth, as the standard
-// wants it.
+// What is sent without being asked, and how often: each interval varies by up to a fifth, as the standard requires.
 struct Transmission {
     unsigned equipment;
     std::uint64_t interval; // milliseconds
@@ -33,14 +32,12 @@ constexpr Transmission kTransmissions[] = {
     {kAll, 1000, [](Aircraft const& a, FlightState const&, Count) { return allCallReply(a, 0); }},
     {kAll, 1000, [](Aircraft const& a, FlightState const& s, Count) { return airAirReply(a, s); }},
     {kAll, 5000, [](Aircraft const& a, FlightState const& s, Count) { return longAirAirReply(a, s); }},
-    {kADSB, 500,
-     [](Aircraft const& a, FlightState const& s, Count n) { return positionSquitter(a, s, n % 2 != 0); }},
+    {kADSB, 500, [](Aircraft const& a, FlightState const& s, Count n) { return positionSquitter(a, s, n % 2 != 0); }},
     {kADSB, 500, [](Aircraft const& a, FlightState const& s, Count) { return velocitySquitter(a, s); }},
     {kADSB, 5000, [](Aircraft const& a, FlightState const&, Count) { return identificationSquitter(a); }},
     {kNewADSB, 5000, [](Aircraft const& a, FlightState const&, Count) { return aircraftStatusSquitter(a); }},
     {kNewADSB, 1250, [](Aircraft const& a, FlightState const&, Count) { return targetStatusSquitter(a); }},
-    {kNewADSB, 2500,
-     [](Aircraft const& a, FlightState const&, Count) { return operationalStatusSquitter(a); }},
+    {kNewADSB, 2500, [](Aircraft const& a, FlightState const&, Count) { return operationalStatusSquitter(a); }},
 };
 
 // A radar passes every four seconds and more, asks for four replies each time, one every few milliseconds.
@@ -50,8 +47,7 @@ constexpr std::uint64_t kInterrogation = 4;   // milliseconds between the replie
 constexpr Count kRepliesPerPass = 4;
 
 // All-call replies are for radars that have not locked the aircraft out; every other pass reads a register.
-std::string interrogated(Aircraft const& aircraft, FlightState const& state, std::uint32_t interrogator,
-                         Count count) {
+std::string interrogated(Aircraft const& aircraft, FlightState const& state, std::uint32_t interrogator, Count count) {
     bool const commB = count / kRepliesPerPass % 2 != 0;
     switch (count % kRepliesPerPass) {
     case 0: return allCallReply(aircraft, interrogator);
@@ -84,8 +80,7 @@ Traffic::Traffic(Settings const& settings)
 void Traffic::makeAircraft(Settings const& settings) {
     auto places = settings.places;
     if (places.empty()) {
-        for (std::size_t i = 0; i < settings.aircraft; i += kAircraftPerPlace)
-            places.push_back(randomPlace(_random));
+        for (std::size_t i = 0; i < settings.aircraft; i += kAircraftPerPlace) places.push_back(randomPlace(_random));
     }
     std::set<std::uint32_t> taken{0};
     while (_aircraft.size() < settings.aircraft) {
@@ -125,8 +120,7 @@ void Traffic::scheduleAgain(Event event) {
 std::string Traffic::frameOf(Event const& event) const {
     auto const& aircraft = _aircraft[event.aircraft];
     auto const state = aircraft.at(static_cast<double>(event.nanoseconds) / 1e9);
-    if (event.kind < std::size(kTransmissions))
-        return kTransmissions[event.kind].frame(aircraft, state, event.count);
+    if (event.kind < std::size(kTransmissions)) return kTransmissions[event.kind].frame(aircraft, state, event.count);
     auto const interrogator = static_cast<std::uint32_t>(event.kind - std::size(kTransmissions) + 1);
     return interrogated(aircraft, state, interrogator, event.count);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulate/aircraft.h"
+#include "simulate/flight.h"
 #include "simulate/random.h"
 
 #include <cstddef>

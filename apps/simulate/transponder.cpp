@@ -2,8 +2,8 @@
 #include "simulate/transponder.h"
 
 #include "simulate/bit_writer.h"
+#include "simulate/checksum.h"
 #include "simulate/cpr_encoder.h"
-#include "simulate/parity.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,9 +18,7 @@ constexpr double kRadians = 3.14159265358979323846 / 180.0;
 std::uint64_t rounded(double value) { return static_cast<std::uint64_t>(std::llround(value)); }
 
 // Steps of 25 ft from -1000 ft, 11 bits.
-std::uint64_t altitudeSteps(double feet) {
-    return std::min<std::uint64_t>(rounded((feet + 1000.0) / 25.0), 0x7FF);
-}
+std::uint64_t altitudeSteps(double feet) { return std::min<std::uint64_t>(rounded((feet + 1000.0) / 25.0), 0x7FF); }
 
 // 13 bits: six of the altitude, M = 0, one, Q = 1, four.
 std::uint64_t altitudeCode(double feet) {
@@ -70,8 +68,7 @@ std::string shortReply(unsigned format, std::uint64_t rest27Bits, std::uint32_t 
     return withParity(BitWriter().put(format, 5).put(rest27Bits, 27).bytes(), overlay);
 }
 
-std::string longReply(unsigned format, std::uint64_t rest27Bits, std::uint64_t message,
-                      std::uint32_t overlay) {
+std::string longReply(unsigned format, std::uint64_t rest27Bits, std::uint64_t message, std::uint32_t overlay) {
     return withParity(BitWriter().put(format, 5).put(rest27Bits, 27).put(message, 56).bytes(), overlay);
 }
 
@@ -121,9 +118,7 @@ std::uint64_t verticalRateBits(double feetPerMinute) {
     return (feetPerMinute < 0 ? std::uint64_t{1} << 9 : 0) | magnitude;
 }
 
-std::uint64_t versionNumber(Aircraft const& aircraft) {
-    return static_cast<std::uint64_t>(aircraft.equipment());
-}
+std::uint64_t versionNumber(Aircraft const& aircraft) { return static_cast<std::uint64_t>(aircraft.equipment()); }
 
 } // namespace
 
@@ -144,13 +139,13 @@ std::string identityReply(Aircraft const& aircraft) {
 }
 
 std::string commBAltitudeReply(Aircraft const& aircraft, FlightState const& state) {
-    return longReply(20, surveillanceBits(aircraft, altitudeCode(state.altitude)),
-                     identificationRegister(aircraft), aircraft.address());
+    return longReply(20, surveillanceBits(aircraft, altitudeCode(state.altitude)), identificationRegister(aircraft),
+        aircraft.address());
 }
 
 std::string commBIdentityReply(Aircraft const& aircraft) {
-    return longReply(21, surveillanceBits(aircraft, identityCode(aircraft.squawk())),
-                     identificationRegister(aircraft), aircraft.address());
+    return longReply(21, surveillanceBits(aircraft, identityCode(aircraft.squawk())), identificationRegister(aircraft),
+        aircraft.address());
 }
 
 std::string allCallReply(Aircraft const& aircraft, std::uint32_t interrogator) {
@@ -184,8 +179,7 @@ std::string velocitySquitter(Aircraft const& aircraft, FlightState const& state)
 
 std::string aircraftStatusSquitter(Aircraft const& aircraft) {
     return squitter(
-        aircraft,
-        BitWriter().put(28, 5).put(1, 3).put(0, 3).put(identityCode(aircraft.squawk()), 13).put(0, 32));
+        aircraft, BitWriter().put(28, 5).put(1, 3).put(0, 3).put(identityCode(aircraft.squawk()), 13).put(0, 32));
 }
 
 // Accuracy within 0.1 NM, integrity cross-checked, source integrity level 2.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulate/aircraft.h"
+#include "simulate/flight.h"
 
 #include <cstdint>
 #include <string>
@@ -17,10 +17,10 @@ std::string longAirAirReply(Aircraft const& aircraft, FlightState const& state);
 std::string altitudeReply(Aircraft const& aircraft, FlightState const& state);   ///< DF4
 std::string identityReply(Aircraft const& aircraft);                             ///< DF5
 std::string commBAltitudeReply(Aircraft const& aircraft,
-                               FlightState const& state); ///< DF20, identification in it
+    FlightState const& state);                            ///< DF20, identification in it
 std::string commBIdentityReply(Aircraft const& aircraft); ///< DF21, identification in it
 std::string allCallReply(Aircraft const& aircraft,
-                         std::uint32_t interrogator); ///< DF11, code 0 is a squitter
+    std::uint32_t interrogator); ///< DF11, code 0 is a squitter
 
 // Extended squitters (DF17), 14 bytes.
 std::string identificationSquitter(Aircraft const& aircraft);

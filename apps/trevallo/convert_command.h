@@ -5,9 +5,9 @@ namespace CLI {
 class App;
 }
 
-namespace quorvel::host {
+namespace quorvel::program {
 
 /// Adds `trevallo convert`: recordings of any encoding in, one of any other out.
 void addConvertCommand(CLI::App& app);
 
-} // namespace quorvel::host
+} // namespace quorvel::program

@@ -5,9 +5,9 @@ namespace CLI {
 class App;
 }
 
-namespace quorvel::host {
+namespace quorvel::program {
 
 /// Adds `trevallo db`: show, merge, check and mend files of the aircraft database.
 void addDbCommand(CLI::App& app);
 
-} // namespace quorvel::host
+} // namespace quorvel::program

@@ -5,9 +5,9 @@ namespace CLI {
 class App;
 }
 
-namespace quorvel::host {
+namespace quorvel::program {
 
 /// Adds `trevallo decode`: frames in, everything about them out.
 void addDecodeCommand(CLI::App& app);
 
-} // namespace quorvel::host
+} // namespace quorvel::program

@@ -3,30 +3,27 @@
 
 #include <CLI/CLI.hpp>
 
-namespace quorvel::host {
+#include <algorithm>
 
-namespace {
+namespace quorvel::program {
 
-std::string identifiers() {
-    std::string text;
-    for (auto const& encoding : kEncodings)
-        text += (text.empty() ? "" : "|") + std::string(encoding.identifier);
-    return text;
+std::vector<std::string> encodingNames() {
+    std::vector<std::string> names;
+    for (auto const& encoding : airspace::kEncodings) names.emplace_back(encoding.identifier);
+    return names;
 }
-
-std::string checkedEncoding(std::string const& text) {
-    return encodingOf(text) ? "" : "an encoding is one of " + identifiers();
-}
-
-} // namespace
 
 void addEncodingOption(CLI::App& command, std::string const& name, std::string const& description,
-                       std::optional<Encoding>& encoding) {
-    command
-        .add_option_function<std::string>(
-            name, [&encoding](std::string const& text) { encoding = encodingOf(text); }, description)
-        ->check(CLI::Validator(checkedEncoding, ""))
-        ->type_name(identifiers());
+    std::optional<airspace::Encoding>& encoding, std::vector<std::string> const& names) {
+    auto const choice = CLI::detail::join(names, "|");
+    auto const checked = [names, choice](std::string const& text) {
+        bool const isOne = std::ranges::find(names, text) != names.end();
+        return isOne ? std::string() : "an encoding is one of " + choice;
+    };
+    auto const take = [&encoding](std::string const& text) { encoding = airspace::encodingOf(text); };
+    command.add_option_function<std::string>(name, take, description)
+        ->check(CLI::Validator(checked, ""))
+        ->type_name(choice);
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::program

@@ -1,19 +1,24 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/encoding.h"
+#include <airspace/encoding.h>
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
 }
 
-namespace quorvel::host {
+namespace quorvel::program {
 
-/// Adds an option whose value names an encoding. `encoding` must outlive the command.
+/// What all encodings are called on the command line.
+std::vector<std::string> encodingNames();
+
+/// Adds an option whose value is one of these names; a name that is no encoding's leaves `encoding` empty. `encoding`
+/// must outlive the command.
 void addEncodingOption(CLI::App& command, std::string const& name, std::string const& description,
-                       std::optional<Encoding>& encoding);
+    std::optional<airspace::Encoding>& encoding, std::vector<std::string> const& names = encodingNames());
 
-} // namespace quorvel::host
+} // namespace quorvel::program

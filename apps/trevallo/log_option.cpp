@@ -7,22 +7,18 @@
 
 #include <map>
 
-namespace quorvel::host {
+namespace quorvel::program {
 
 void addLogOptions(CLI::App& command, LogSettings& settings) {
     using modes::Log;
-    static std::map<std::string, Log::Level> const kLevels{{"debug", Log::Debug},
-                                                           {"info", Log::Info},
-                                                           {"warning", Log::Warning},
-                                                           {"error", Log::Error},
-                                                           {"none", kNoLog}};
+    static std::map<std::string, Log::Level> const kLevels{
+        {"debug", Log::Debug}, {"info", Log::Info}, {"warning", Log::Warning}, {"error", Log::Error}, {"none", kNoLog}};
     command.add_option("--log", settings.level, "Lowest level of the library's log lines that are shown")
         ->transform(CLI::CheckedTransformer(kLevels).description(""))
         ->type_name("debug|info|warning|error|none");
-    command
-        .add_option("--log-file", settings.file, "Where the library's log lines go instead of standard error")
+    command.add_option("--log-file", settings.file, "Where the library's log lines go instead of standard error")
         ->check(checkedFile)
         ->type_name("FILE");
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::program

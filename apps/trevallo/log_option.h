@@ -9,12 +9,12 @@ namespace CLI {
 class App;
 }
 
-namespace quorvel::host {
+namespace quorvel::program {
 
 /// A level above all others: no line of the library's log is shown.
 inline constexpr auto kNoLog = static_cast<modes::Log::Level>(modes::Log::Error + 1);
 
-/// What of the library's log is shown, and where.
+/// Which lines of the library's log are shown, and where.
 struct LogSettings {
     modes::Log::Level level = kNoLog;
     std::string file; ///< standard error when empty
@@ -24,4 +24,4 @@ struct LogSettings {
 /// defaults.
 void addLogOptions(CLI::App& command, LogSettings& settings);
 
-} // namespace quorvel::host
+} // namespace quorvel::program

@@ -6,13 +6,12 @@
 #include <limits>
 #include <sstream>
 
-namespace quorvel::host {
+namespace quorvel::program {
 
 std::function<std::string(std::string const&)> checkedNumber(double least, double most) {
     return [least, most](std::string const& text) {
         double number = 0;
-        if (CLI::detail::lexical_cast(text, number) && number >= least && number <= most)
-            return std::string();
+        if (CLI::detail::lexical_cast(text, number) && number >= least && number <= most) return std::string();
         std::ostringstream range;
         range.precision(std::numeric_limits<double>::digits10);
         range << "it is a number from " << least << " to " << most;
@@ -20,4 +19,4 @@ std::function<std::string(std::string const&)> checkedNumber(double least, doubl
     };
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::program

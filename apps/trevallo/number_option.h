@@ -4,10 +4,10 @@
 #include <functional>
 #include <string>
 
-namespace quorvel::host {
+namespace quorvel::program {
 
-/// For CLI11's checks: empty for a number from `least` to `most`, an explanation for anything else. "nan",
-/// which is neither less nor more than any number, is none.
+/// For CLI11's checks: empty for a number from `least` to `most`, an explanation for anything else. "nan" is not
+/// accepted.
 std::function<std::string(std::string const&)> checkedNumber(double least, double most);
 
-} // namespace quorvel::host
+} // namespace quorvel::program

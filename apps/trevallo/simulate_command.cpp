@@ -1,29 +1,33 @@
 // SPDX-License-Identifier: MIT
 #include "trevallo/simulate_command.h"
 
-#include "host/host_error.h"
-#include "host/progress.h"
-#include "host/stderr_log.h"
+#include <airspace/encoding.h>
+
+#include "files/byte_sink.h"
+#include "files/stop_signals.h"
 #include "simulate/stream_writer.h"
 #include "simulate/traffic.h"
+#include "terminal/progress.h"
+#include "terminal/stderr_log.h"
+#include "trevallo/encoding_option.h"
 #include "trevallo/log_option.h"
 #include "trevallo/number_option.h"
 #include "trevallo/place_option.h"
+#include "trevallo/target_option.h"
 
 #include <CLI/CLI.hpp>
 
-#include <cmath>
+#include <algorithm>
 #include <cstdio>
-#include <map>
+#include <iostream>
 #include <memory>
 #include <optional>
 #include <sstream>
+#include <vector>
 
-namespace quorvel::host {
+namespace quorvel::program {
 
 namespace {
-
-using simulate::Encoding;
 
 constexpr std::size_t kPieceBytes = 64 * 1024;
 
@@ -31,44 +35,35 @@ struct Settings {
     simulate::Settings traffic;
     std::vector<std::string> places;
     std::string start = "12:00:00";
-    Encoding encoding = Encoding::AvrWithTime;
+    std::optional<airspace::Encoding> encoding; // with time stamps when not given
     std::string output = "-";
     std::string truth;
     LogSettings log;
 };
 
-std::map<std::string, Encoding> const kEncodings{{"avr", Encoding::Avr},
-                                                 {"avr-time", Encoding::AvrWithTime},
-                                                 {"beast", Encoding::Beast},
-                                                 {"beast-doubled", Encoding::BeastDoubled}};
-
-// A file for writing, or standard output for "-"; what cannot be written throws HostError.
-class Output {
-public:
-    explicit Output(std::string const& name)
-        : _name(name == "-" ? "standard output" : name)
-        , _file(name == "-" ? stdout : std::fopen(name.c_str(), "wb")) {
-        if (!_file) throw systemError("write", _name);
-    }
-    ~Output() {
-        if (_file && _file != stdout) std::fclose(_file);
-    }
-    Output(Output const&) = delete;
-    Output& operator=(Output const&) = delete;
-
-    void write(std::string const& bytes) {
-        if (std::fwrite(bytes.data(), 1, bytes.size(), _file) != bytes.size())
-            throw systemError("write", _name);
-    }
-
-    void finish() {
-        if (std::fflush(_file) != 0) throw systemError("write", _name);
-    }
-
-private:
-    std::string _name;
-    std::FILE* _file;
+struct WrittenEncoding {
+    airspace::Encoding named;
+    simulate::Encoding written;
 };
+
+constexpr WrittenEncoding kWritten[] = {
+    {airspace::Encoding::Avr, simulate::Encoding::Avr},
+    {airspace::Encoding::AvrStamped, simulate::Encoding::AvrStamped},
+    {airspace::Encoding::Beast, simulate::Encoding::Beast},
+    {airspace::Encoding::BeastPlain, simulate::Encoding::BeastPlain},
+};
+
+// The names that all other commands use.
+std::vector<std::string> writtenNames() {
+    std::vector<std::string> names;
+    for (auto const& encoding : kWritten) names.emplace_back(airspace::identifierOf(encoding.named));
+    return names;
+}
+
+simulate::Encoding written(std::optional<airspace::Encoding> named) {
+    return std::ranges::find(kWritten, named.value_or(airspace::Encoding::AvrStamped), &WrittenEncoding::named)
+        ->written;
+}
 
 // "HH:MM:SS", or an explanation.
 std::string parseTime(std::string const& text, std::uint64_t& nanoseconds) {
@@ -88,53 +83,47 @@ std::string checkedTime(std::string const& text) {
     return parseTime(text, nanoseconds);
 }
 
-// The true state of every aircraft in each second, for checking what a decoder makes of the stream.
+std::string truthOf(simulate::Aircraft const& aircraft, unsigned long long second) {
+    auto const state = aircraft.at(static_cast<double>(second));
+    bool const silent = aircraft.equipment() == simulate::Equipment::None;
+    char line[256] = "";
+    std::snprintf(line, sizeof line, "%llu,%06X,%s,%04o,%s,%d,%.6f,%.6f,%.1f,%.2f,%.3f,%.1f\n", second,
+        aircraft.address(), aircraft.callsign().c_str(), aircraft.squawk(),
+        silent ? "" : std::to_string(static_cast<int>(aircraft.equipment())).c_str(), aircraft.onGround() ? 1 : 0,
+        state.place.latitude, state.place.longitude, state.altitude, state.groundSpeed, state.track,
+        state.verticalRate);
+    return line;
+}
+
+// The true state of every aircraft in each second, to check the results of a decoder.
 void writeTruth(std::string const& name, simulate::Traffic const& traffic, double seconds) {
-    Output output(name);
-    output.write(
-        "second,icao_addr,callsign,squawk,version,on_ground,latitude,longitude,altitude_ft,ground_speed_kt,"
-        "track_deg,vertical_rate_fpm\n");
+    files::ByteSink output(name);
+    output.write("second,icao_addr,callsign,squawk,version,on_ground,latitude,longitude,altitude_ft,ground_speed_kt,"
+                 "track_deg,vertical_rate_fpm\n");
     for (unsigned long long second = 0; static_cast<double>(second) <= seconds; ++second) {
-        for (auto const& aircraft : traffic.aircraft()) {
-            auto const state = aircraft.at(static_cast<double>(second));
-            bool const silent = aircraft.equipment() == simulate::Equipment::None;
-            char line[256] = "";
-            std::snprintf(line, sizeof line, "%llu,%06X,%s,%04o,%s,%d,%.6f,%.6f,%.1f,%.2f,%.3f,%.1f\n",
-                          second, aircraft.address(), aircraft.callsign().c_str(), aircraft.squawk(),
-                          silent ? "" : std::to_string(static_cast<int>(aircraft.equipment())).c_str(),
-                          aircraft.onGround() ? 1 : 0, state.place.latitude, state.place.longitude,
-                          state.altitude, state.groundSpeed, state.track, state.verticalRate);
-            output.write(line);
-        }
+        if (files::StopSignals::requested()) break;
+        for (auto const& aircraft : traffic.aircraft()) output.write(truthOf(aircraft, second));
     }
     output.finish();
 }
 
-// The nanoseconds of a file; none of standard output, where the stream itself may be seen.
+// The nanoseconds of a file; none for standard output, which may show the stream itself.
 std::optional<std::uint64_t> lengthOf(Settings const& settings) {
     if (settings.output == "-") return {};
     return static_cast<std::uint64_t>(settings.traffic.seconds * 1e9);
 }
 
-void simulateTraffic(Settings settings) {
-    StderrLog const log(settings.log.level, settings.log.file);
-    for (auto const& text : settings.places) {
-        auto const place = parsePlace(text);
-        if (place) settings.traffic.places.push_back({place->latitude, place->longitude});
-    }
+void writeStream(Settings const& settings, simulate::Traffic& traffic) {
     std::uint64_t startOfDay = 0;
     parseTime(settings.start, startOfDay);
-
-    simulate::Traffic traffic(settings.traffic);
-    if (!settings.truth.empty()) writeTruth(settings.truth, traffic, settings.traffic.seconds);
-
-    Output output(settings.output);
-    Progress progress(settings.output, lengthOf(settings));
+    auto const encoding = written(settings.encoding);
+    files::ByteSink output(settings.output);
+    terminal::Progress progress(settings.output, lengthOf(settings));
     std::uint64_t frames = 0;
     std::string stream;
-    while (auto const frame = traffic.next()) {
+    for (auto frame = traffic.next(); frame && !files::StopSignals::requested(); frame = traffic.next()) {
         ++frames;
-        simulate::appendFrame(stream, *frame, settings.encoding, startOfDay);
+        simulate::appendFrame(stream, *frame, encoding, startOfDay);
         if (stream.size() < kPieceBytes) continue;
         output.write(stream);
         stream.clear();
@@ -142,6 +131,21 @@ void simulateTraffic(Settings settings) {
     }
     output.write(stream);
     output.finish();
+}
+
+void simulateTraffic(Settings settings) {
+    terminal::StderrLog const log(settings.log.level, settings.log.file);
+    for (auto const& text : settings.places) {
+        auto const place = parsePlace(text);
+        if (place) settings.traffic.places.push_back({place->latitude, place->longitude});
+    }
+    // A signal ends files with what they have. It ends the program where a reader of standard output holds it up.
+    std::optional<files::StopSignals> signals;
+    if (settings.output != "-") signals.emplace();
+    simulate::Traffic traffic(settings.traffic);
+    if (!settings.truth.empty()) writeTruth(settings.truth, traffic, settings.traffic.seconds);
+    if (!files::StopSignals::requested()) writeStream(settings, traffic);
+    if (files::StopSignals::requested()) std::cerr << "trevallo: stopped by " << files::StopSignals::name() << "\n";
 }
 
 } // namespace
@@ -163,14 +167,13 @@ void addSimulateCommand(CLI::App& app) {
         ->check(checkedNumber(0.0, 1.0))
         ->type_name("SHARE");
     command
-        ->add_option(
-            "--place", settings->places,
+        ->add_option("--place", settings->places,
             "What the aircraft fly around, several times if wanted; random places when it is not given")
         ->type_name("LAT,LON")
         ->check(checkedPlace)
         ->expected(1)
         ->take_all();
-    command->add_option("--radius", traffic.radius, "How far around, in nautical miles")
+    command->add_option("--radius", traffic.radius, "How far from it, in nautical miles")
         ->capture_default_str()
         ->check(checkedNumber(0.0, 10'000.0));
     command->add_option("--interrogators", traffic.interrogators, "How many radars the aircraft answer")
@@ -180,22 +183,23 @@ void addSimulateCommand(CLI::App& app) {
         ->capture_default_str()
         ->type_name("HH:MM:SS")
         ->check(checkedTime);
+    addEncodingOption(*command, "--format", "Encoding of the stream; avr-time when it is not given", settings->encoding,
+        writtenNames());
     command
-        ->add_option("--format", settings->encoding, "Encoding of the stream; avr-time when it is not given")
-        ->transform(CLI::CheckedTransformer(kEncodings).description(""))
-        ->type_name("avr|avr-time|beast|beast-doubled");
-    command->add_option("--output", settings->output, "Where to; - is standard output")
+        ->add_option("--output", settings->output,
+            "Where to; a file is compressed when its name ends in .gz or .zst; - is standard output")
         ->capture_default_str()
+        ->check(checkedFileOrStandardOutput)
         ->type_name("FILE");
-    command
-        ->add_option("--truth", settings->truth, "Write where each aircraft really was in each second (CSV)")
+    command->add_option("--truth", settings->truth, "Write where each aircraft really was in each second (CSV)")
+        ->check(checkedFileOrStandardOutput)
         ->type_name("FILE");
     addLogOptions(*command, settings->log);
     command->footer("Examples:\n"
                     "  trevallo simulate --format avr | head\n"
                     "  trevallo simulate --aircraft 200 --place 48.35,11.79 --bit-errors 0.05 \\\n"
-                    "      --format beast-doubled --output traffic.beast");
+                    "      --format beast --output traffic.beast");
     command->callback([settings] { simulateTraffic(*settings); });
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::program

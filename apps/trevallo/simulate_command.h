@@ -5,9 +5,9 @@ namespace CLI {
 class App;
 }
 
-namespace quorvel::host {
+namespace quorvel::program {
 
-/// Adds `trevallo simulate`: makes the stream of a receiver among simulated aircraft.
+/// Adds `trevallo simulate`: writes the stream of a receiver of simulated aircraft.
 void addSimulateCommand(CLI::App& app);
 
-} // namespace quorvel::host
+} // namespace quorvel::program

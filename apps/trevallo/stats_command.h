@@ -5,9 +5,9 @@ namespace CLI {
 class App;
 }
 
-namespace quorvel::host {
+namespace quorvel::program {
 
 /// Adds `trevallo stats`: what recordings hold.
 void addStatsCommand(CLI::App& app);
 
-} // namespace quorvel::host
+} // namespace quorvel::program

@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "trevallo/target_option.h"
 
-#include "run/sinks.h"
+#include "net/schemed_name.h"
+#include "net/sinks.h"
 
-namespace quorvel::host {
+namespace quorvel::program {
 
 namespace {
 
 std::string checkedPath(std::string const& target, std::string const& what) {
     if (target == "-") return "it cannot go to standard output: name a " + what;
-    if (isPort(target) || target.starts_with("tcp://")) return "it cannot go to the network: name a " + what;
+    if (net::isPort(target) || !net::schemedName(target).scheme.empty())
+        return "it cannot go to the network: name a " + what;
     return "";
 }
 
@@ -20,11 +22,9 @@ std::string checkedFile(std::string const& target) { return checkedPath(target, 
 std::string checkedFolder(std::string const& target) { return checkedPath(target, "folder"); }
 
 std::string checkedFileOrPort(std::string const& target) {
-    return isPort(target) ? "" : checkedPath(target, "file, or a port like :8080");
+    return net::isPort(target) ? "" : checkedPath(target, "file, or a port like :8080");
 }
 
-std::string checkedFileOrStandardOutput(std::string const& target) {
-    return target == "-" ? "" : checkedFile(target);
-}
+std::string checkedFileOrStandardOutput(std::string const& target) { return target == "-" ? "" : checkedFile(target); }
 
-} // namespace quorvel::host
+} // namespace quorvel::program

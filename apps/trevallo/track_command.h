@@ -5,9 +5,9 @@ namespace CLI {
 class App;
 }
 
-namespace quorvel::host {
+namespace quorvel::program {
 
 /// Adds `trevallo track`: recordings in, a table of aircraft and their pages out.
 void addTrackCommand(CLI::App& app);
 
-} // namespace quorvel::host
+} // namespace quorvel::program

@@ -8,8 +8,7 @@
 namespace quorvel::modes::bench {
 
 /// Spends the iterations of a benchmark on the items in turn.
-template <class Items, class Use>
-void takeTurns(benchmark::State& state, Items const& items, Use const& use) {
+template <class Items, class Use> void takeTurns(benchmark::State& state, Items const& items, Use const& use) {
     if (items.empty()) return state.SkipWithError("there is nothing to measure with");
     auto item = items.begin();
     for (auto _ : state) {

@@ -12,7 +12,7 @@ namespace quorvel::modes::bench {
 
 constexpr std::size_t kPieceSize = 64 * 1024; // as a socket delivers a busy stream
 
-/// Where the piece of a stream that begins at `from` ends. The text extractor takes complete lines only.
+/// Where the piece of a stream that starts at `from` ends. The text extractor takes complete lines only.
 inline std::size_t pieceEnd(std::string const& bytes, std::size_t from, ModeSEncapsulation::Format format) {
     auto const end = std::min(from + kPieceSize, bytes.size());
     return format == ModeSEncapsulation::Avr ? bytes.rfind('\n', end - 1) + 1 : end;
@@ -43,9 +43,8 @@ struct Receiver {
 
     /// The whole road: extract, decode, track. Returns the number of frames.
     std::int64_t take(std::string const& bytes, ModeSEncapsulation::Format format) {
-        return forEachFrame(bytes, format, [this](auto const& frame) {
-            tracker.procModeSMsg(decoder.decode(ModeSMessage::DOWNLINK, frame));
-        });
+        return forEachFrame(bytes, format,
+            [this](auto const& frame) { tracker.procModeSMsg(decoder.decode(ModeSMessage::DOWNLINK, frame)); });
     }
 };
 

@@ -26,10 +26,10 @@ struct LabelParams {
     int mRowNameIdx;
 };
 
-/// How cells are told apart and written.
+/// How cells are separated and written.
 struct SeparatorParams {
-    explicit SeparatorParams(char separator = ',', bool trim = false, bool hasCR = false,
-                             bool quotedLinebreaks = false, bool autoQuote = true, char quoteChar = '"')
+    explicit SeparatorParams(char separator = ',', bool trim = false, bool hasCR = false, bool quotedLinebreaks = false,
+        bool autoQuote = true, char quoteChar = '"')
         : mSeparator(separator)
         , mTrim(trim)
         , mHasCR(hasCR)
@@ -54,11 +54,8 @@ struct ConverterParams {
 
 /// Which lines are no rows.
 struct LineReaderParams {
-    explicit LineReaderParams(bool skipCommentLines = false, char commentPrefix = '#',
-                              bool skipEmptyLines = false)
-        : mSkipCommentLines(skipCommentLines)
-        , mCommentPrefix(commentPrefix)
-        , mSkipEmptyLines(skipEmptyLines) {}
+    explicit LineReaderParams(bool skipCommentLines = false, char commentPrefix = '#', bool skipEmptyLines = false)
+        : mSkipCommentLines(skipCommentLines), mCommentPrefix(commentPrefix), mSkipEmptyLines(skipEmptyLines) {}
 
     bool mSkipCommentLines;
     char mCommentPrefix;
@@ -72,9 +69,8 @@ template <class T> using ConvFunc = std::function<void(std::string const& text, 
 class Document {
 public:
     explicit Document(std::string const& path = std::string(), LabelParams const& labels = LabelParams(),
-                      SeparatorParams const& separators = SeparatorParams(),
-                      ConverterParams const& = ConverterParams(),
-                      LineReaderParams const& lines = LineReaderParams())
+        SeparatorParams const& separators = SeparatorParams(), ConverterParams const& = ConverterParams(),
+        LineReaderParams const& lines = LineReaderParams())
         : _labels(labels), _separators(separators), _lines(lines) {
         if (!path.empty()) parse(readFile(path));
     }
@@ -105,8 +101,8 @@ public:
     /// Puts a row before the one of this number, or at the end.
     template <class T> void InsertRow(std::size_t row, std::vector<T> const& cells = {}) {
         auto const at = std::min(row + labelRows(), _rows.size());
-        _rows.insert(_rows.begin() + static_cast<std::ptrdiff_t>(at),
-                     std::vector<std::string>(cells.begin(), cells.end()));
+        _rows.insert(
+            _rows.begin() + static_cast<std::ptrdiff_t>(at), std::vector<std::string>(cells.begin(), cells.end()));
     }
 
     void Save(std::string const& path) const {
@@ -155,12 +151,14 @@ private:
                 row.emplace_back();
                 continue;
             }
-            if (character == _separators.mQuoteChar && _separators.mAutoQuote) quoted = !quoted;
+            if (isQuote(character) && (row.back().empty() || isQuote(row.back().front()))) quoted = !quoted;
             row.back() += character;
         }
         for (auto& field : row) field = unquoted(trimmed(field));
         return row;
     }
+
+    bool isQuote(char character) const { return character == _separators.mQuoteChar && _separators.mAutoQuote; }
 
     bool isRow(Row const& row) const {
         bool const isEmpty = row.size() == 1 && row[0].empty();
@@ -177,8 +175,7 @@ private:
 
     std::string unquoted(std::string const& text) const {
         auto const quote = _separators.mQuoteChar;
-        if (!_separators.mAutoQuote || text.size() < 2 || text.front() != quote || text.back() != quote)
-            return text;
+        if (!_separators.mAutoQuote || text.size() < 2 || text.front() != quote || text.back() != quote) return text;
         std::string inner;
         for (std::size_t i = 1; i + 1 < text.size(); ++i) {
             inner += text[i];

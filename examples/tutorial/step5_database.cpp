@@ -19,11 +19,10 @@ void openDatabase(ADSBTracker& tracker) {
 
 void print(ADSBTargetReport const& report, unsigned long long now) {
     std::cout << report.icaoAddressString() << "  " << report.callsign() << "  squawk "
-              << (report.squawkValid() ? report.squawkString() : "unknown") << "  version "
-              << report.mopsVersion() << (report.mopsVersionConfirmed() ? " confirmed" : " assumed");
+              << (report.squawkValid() ? report.squawkString() : "unknown") << "  version " << report.mopsVersion()
+              << (report.mopsVersionConfirmed() ? " confirmed" : " assumed");
     if (report.positionValid()) {
-        std::cout << "  at " << report.positionString() << ", " << now - report.positionLastUpdate()
-                  << " ms ago";
+        std::cout << "  at " << report.positionString() << ", " << now - report.positionLastUpdate() << " ms ago";
     }
     std::cout << "\n";
 }

@@ -9,7 +9,7 @@ namespace quorvel::fuzz {
 
 inline int anyInteger(Input& input) { return static_cast<int>(input.number<std::uint32_t>()); }
 
-/// Any bits, so infinities and what is no number as well.
+/// Any bits, so infinities and NaN as well.
 inline double anyNumber(Input& input) {
     auto const bits = input.number<std::uint64_t>();
     double number = 0.0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Where the fuzzer, or the replay in its stead, enters a target.
+// Where the fuzzer, or the replay instead of it, enters a target.
 #include "harness/target.h"
 
 #include "harness/require.h"
@@ -22,8 +22,8 @@ public:
 
     void handle(Log::Level level, std::string const& line) override {
         quorvel::fuzz::require(level <= Log::Error, "a log line has one of the four levels");
-        quorvel::fuzz::require(line.front() == '[' && line.find("] ") != std::string::npos,
-                               "a log line names its module");
+        quorvel::fuzz::require(
+            line.front() == '[' && line.find("] ") != std::string::npos, "a log line names its module");
     }
 };
 

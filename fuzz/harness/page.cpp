@@ -36,7 +36,7 @@ std::map<std::string, unsigned> elementsOf(std::string_view page) {
 }
 
 void checkFrameOf(std::string_view page) {
-    require(page.starts_with("<!DOCTYPE html>\n<html lang=\"en\">\n"), "a page begins as one");
+    require(page.starts_with("<!DOCTYPE html>\n<html lang=\"en\">\n"), "a page starts as one");
     require(page.ends_with("</body>\n</html>\n"), "a page ends as one");
 }
 
@@ -62,12 +62,11 @@ void checkPageOfAnything(modes::ADSBTargetReport const& report, std::string cons
     checkFrameOf(page);
     require(page.find(style) != std::string::npos, "the style stands in the page as it is");
     require(page.find(report.callsign()) != std::string::npos || !report.callsignValid(),
-            "the callsign stands in the page as it is");
-    require(report.icaoAddressString().size() >= 6 || !report.icaoAddressValid(),
-            "an address has six places");
+        "the callsign stands in the page as it is");
+    require(report.icaoAddressString().size() >= 6 || !report.icaoAddressValid(), "an address has six places");
     require(report.squawkString().size() >= 4, "a squawk has four digits");
     require(report.positionString() == report.latitudeString() + report.longitudeString(),
-            "a position is latitude and longitude");
+        "a position is latitude and longitude");
     checkTime(modes::ADSBTargetReport::timeToString(report.lastUpdate()), report.lastUpdate());
 }
 

@@ -13,7 +13,7 @@ namespace quorvel::fuzz {
 /// hold no marks.
 void checkPage(modes::ADSBTargetReport const& report);
 
-/// The page of a report whose texts may be anything: it begins and ends as a page, and so do the other texts
+/// The page of a report whose texts may be anything: it starts and ends as a page, and so do the other texts
 /// of the report have their form.
 void checkPageOfAnything(modes::ADSBTargetReport const& report, std::string const& style);
 

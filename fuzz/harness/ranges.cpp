@@ -33,17 +33,14 @@ void checkField(ModeSMessageFieldAF const& field) { requireWithin<unsigned>(fiel
 
 void checkField(ModeSMessageFieldAP const& field) {
     requireWithin<unsigned>(field.addressParity(), 0, kLargest24Bits, "AP");
-    require(field.icaoAddress() == (field.parity() ^ field.addressParity()),
-            "an address is laid over the parity");
+    require(field.icaoAddress() == (field.parity() ^ field.addressParity()), "an address is overlaid on the parity");
 }
 
 void checkField(ModeSMessageFieldCA const& field) { requireWithin<unsigned>(field.capability(), 0, 7, "CA"); }
 
 void checkField(ModeSMessageFieldCF const& field) { requireWithin<unsigned>(field.code(), 0, 7, "CF"); }
 
-void checkField(ModeSMessageFieldFS const& field) {
-    requireWithin<unsigned>(field.flightStatus(), 0, 7, "FS");
-}
+void checkField(ModeSMessageFieldFS const& field) { requireWithin<unsigned>(field.flightStatus(), 0, 7, "FS"); }
 
 void checkField(ModeSMessageFieldID const& field) {
     requireWithin<unsigned>(field.identity(), 0, 07777, "ID");
@@ -55,9 +52,7 @@ void checkField(ModeSMessageFieldPI const& field) {
     require(field.interrogatorIdValid() == (field.interrogatorId() < 80), "interrogators are below 80");
 }
 
-void checkField(ModeSMessageFieldVS const& field) {
-    requireWithin<unsigned>(field.verticalStatus(), 0, 1, "VS");
-}
+void checkField(ModeSMessageFieldVS const& field) { requireWithin<unsigned>(field.verticalStatus(), 0, 1, "VS"); }
 
 template <class Message> void checkMessageField(Message const& field) {
     require(field.data().size() == kMessageBytes, "a message field has 7 bytes");
@@ -81,9 +76,8 @@ void checkAnyField(ModeSMessageField const& field) {
     require(!field.name().empty() && field.name() != "--", "a field has a name");
     require(!field.fullName().empty() && !field.description().empty(), "a field has texts");
     checkAsOneOf<ModeSMessageFieldAA, ModeSMessageFieldAC, ModeSMessageFieldAF, ModeSMessageFieldAP,
-                 ModeSMessageFieldCA, ModeSMessageFieldCF, ModeSMessageFieldFS, ModeSMessageFieldID,
-                 ModeSMessageFieldMB, ModeSMessageFieldME, ModeSMessageFieldMV, ModeSMessageFieldPI,
-                 ModeSMessageFieldVS>(field);
+        ModeSMessageFieldCA, ModeSMessageFieldCF, ModeSMessageFieldFS, ModeSMessageFieldID, ModeSMessageFieldMB,
+        ModeSMessageFieldME, ModeSMessageFieldMV, ModeSMessageFieldPI, ModeSMessageFieldVS>(field);
 }
 
 // Items of targets.
@@ -94,8 +88,7 @@ void checkIdentity(ADSBTarget const& target) {
     requireWithin<unsigned>(target.trackId(), 1, 4095, "track number");
     auto const callsign = target.callsign();
     require(callsign.empty() || callsign.size() == 8, "a callsign has 8 characters");
-    require(callsign.find_first_not_of(letters) == std::string::npos,
-            "a callsign has characters of its table");
+    require(callsign.find_first_not_of(letters) == std::string::npos, "a callsign has characters of its table");
     requireWithin<unsigned>(target.emitterCategory(), 0, 7, "emitter category");
     requireWithin<unsigned>(target.squawk(), 0, 07777, "squawk");
     requireWithin<unsigned>(target.transponderCommCapability(), 0, 7, "capability");
@@ -109,8 +102,7 @@ void checkMotion(ADSBTarget const& target) {
     requireWithin(target.groundSpeed(), 0.0, 4 * 1446.0, "ground speed"); // 1022 * sqrt 2, supersonic
     require(target.heading() >= 0.0 && target.heading() < 360.0, "a heading is below 360 degrees");
     requireWithin(target.verticalRateBaro(), -510 * 64, 510 * 64, "vertical rate");
-    requireWithin<unsigned>(target.groundStatus(), ADSBTarget::UNKNOWN, ADSBTarget::AIRBORNE,
-                            "ground status");
+    requireWithin<unsigned>(target.groundStatus(), ADSBTarget::UNKNOWN, ADSBTarget::AIRBORNE, "ground status");
 }
 
 void checkQuality(ADSBTarget const& target) {
@@ -121,8 +113,7 @@ void checkQuality(ADSBTarget const& target) {
     requireWithin<unsigned>(target.nacp(), 0, 11, "NACp");
     requireWithin<unsigned>(target.sil(), 0, 2, "SIL");
     require(!target.nucrValid() || target.mopsVersion() == MOPS_V0, "NUCr is of version 0");
-    require(!target.nicSupplementAValid() || target.mopsVersion() != MOPS_V0,
-            "supplement A is of later versions");
+    require(!target.nicSupplementAValid() || target.mopsVersion() != MOPS_V0, "supplement A is of later versions");
     require(!target.nicSupplementBValid() || target.mopsVersion() >= MOPS_V2, "supplement B is of version 2");
     require(!target.nicSupplementCValid() || target.mopsVersion() >= MOPS_V2, "supplement C is of version 2");
 }
@@ -149,9 +140,9 @@ void checkReply(ModeSMessage const& reply) {
     requireWithin<unsigned>(reply.calculatedParity(), 0, kLargest24Bits, "parity");
     requireWithin<unsigned>(reply.icaoAddress(), 0, kLargest24Bits, "address");
     require(reply.data().size() >= reply.size() && reply.dataHexString().size() == 2 * reply.data().size(),
-            "a reply holds its frame");
+        "a reply holds its frame");
     require(reply.icaoAddressHexString().size() >= 2 && reply.calculatedParityHexString().size() >= 2,
-            "numbers have two digits or more");
+        "numbers have two digits or more");
     require(!reply.description().empty(), "a reply is described");
 
     int end = 5; // of the format
@@ -175,24 +166,20 @@ void checkReport(ADSBTargetReport const& report, ADSBTarget const& target) {
                 report.icaoAddress() == target.icaoAddr() && report.callsign() == target.callsign() &&
                 report.emitterCategory() == target.emitterCategory() && report.squawk() == target.squawk() &&
                 report.mopsVersion() == target.mopsVersion(),
-            "a report has its target's identity");
+        "a report has its target's identity");
     require(report.latitude() == target.latitude() && report.longitude() == target.longitude() &&
-                report.altitudeBaro() == target.altitudeBaro() &&
-                report.groundSpeed() == target.groundSpeed() && report.heading() == target.heading() &&
-                report.verticalRateBaro() == target.verticalRateBaro() &&
+                report.altitudeBaro() == target.altitudeBaro() && report.groundSpeed() == target.groundSpeed() &&
+                report.heading() == target.heading() && report.verticalRateBaro() == target.verticalRateBaro() &&
                 report.groundStatus() == (target.groundStatus() == ADSBTarget::ON_GROUND),
-            "a report has its target's motion");
-    require(report.nucp() == target.nucp() && report.nucr() == target.nucp() &&
-                report.nic() == target.nic() && report.pic() == target.pic() &&
-                report.nacp() == target.nacp() && report.sil() == target.sil(),
-            "a report has its target's quality, and NUCp for NUCr");
-    require(report.positionValid() == target.positionValid() &&
-                report.squawkValid() == target.squawkValid() && report.silValid() == target.silValid() &&
-                report.nucrValid() == target.nucrValid() &&
+        "a report has its target's motion");
+    require(report.nucp() == target.nucp() && report.nucr() == target.nucp() && report.nic() == target.nic() &&
+                report.pic() == target.pic() && report.nacp() == target.nacp() && report.sil() == target.sil(),
+        "a report has its target's quality, and NUCp for NUCr");
+    require(report.positionValid() == target.positionValid() && report.squawkValid() == target.squawkValid() &&
+                report.silValid() == target.silValid() && report.nucrValid() == target.nucrValid() &&
                 report.callsignValid() == !target.callsign().empty(),
-            "a report has its target's verdicts");
-    require(report.valid() == (target.lastUpdate() != 0 && target.icaoAddrValid()),
-            "a report knows if it is valid");
+        "a report has its target's verdicts");
+    require(report.valid() == (target.lastUpdate() != 0 && target.icaoAddrValid()), "a report knows if it is valid");
 }
 
 } // namespace quorvel::fuzz

@@ -17,16 +17,16 @@ public:
     bool decodeImpl() override;
 
     AltitudeSource altitudeSource() const { return _altitudeSource; } ///< GNSS for type codes 20 to 22
-    unsigned int altResolution() const { return _altResolution; } ///< feet per step, 25 (Q bit set) or 100
+    unsigned int altResolution() const { return _altResolution; }     ///< feet per step, 25 (Q bit set) or 100
 
     /// Feet, from -1000. The low four bits of the altitude code are taken from the last payload byte, and 100
     /// ft codes are scaled like 25 ft ones, not Gillham-decoded (deliberate).
     int altitude() const { return _altitude; }
 
     bool timeApplicability() const { return _timeApplicability; } ///< T bit: sent at an exact 0.2 s of UTC
-    unsigned int cprFormat() const { return _cprFormat; }       ///< 1 even, 0 odd (the inverse of the F bit)
-    unsigned int cprLatitude() const { return _cprLatitude; }   ///< 17 bits
-    unsigned int cprLongitude() const { return _cprLongitude; } ///< 17 bits
+    unsigned int cprFormat() const { return _cprFormat; }         ///< 1 even, 0 odd (the inverse of the F bit)
+    unsigned int cprLatitude() const { return _cprLatitude; }     ///< 17 bits
+    unsigned int cprLongitude() const { return _cprLongitude; }   ///< 17 bits
 
 private:
     AltitudeSource _altitudeSource = BARO;
@@ -42,9 +42,7 @@ private:
 class TREVALLO_EXPORT ADSBAirbornePositionMessageV0 : public ADSBAirbornePositionMessage {
 public:
     bool decodeImpl() override;
-    bool singalAntena() const {
-        return _singalAntena;
-    } ///< single antenna flag (the spelling is the interface's own)
+    bool singalAntena() const { return _singalAntena; } ///< single antenna flag (the spelling is the interface's own)
 
 private:
     bool _singalAntena = false;
@@ -54,9 +52,7 @@ private:
 class TREVALLO_EXPORT ADSBAirbornePositionMessageV1 : public ADSBAirbornePositionMessage {
 public:
     bool decodeImpl() override;
-    bool singalAntena() const {
-        return _singalAntena;
-    } ///< single antenna flag (the spelling is the interface's own)
+    bool singalAntena() const { return _singalAntena; } ///< single antenna flag (the spelling is the interface's own)
 
 private:
     bool _singalAntena = false;

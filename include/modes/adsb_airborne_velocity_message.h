@@ -26,10 +26,8 @@ public:
     bool decodeImpl() override;
 
     VelocityType velocityType() const { return _velocityType; } ///< `GROUND_SPEED` before a decode
-    double groundSpeed() const { return _groundSpeed; } ///< knots; 0 when a component is not available
-    double heading() const {
-        return _heading;
-    } ///< track, degrees clockwise from true north, [0, 360); 0 without speed
+    double groundSpeed() const { return _groundSpeed; }         ///< knots; 0 when a component is not available
+    double heading() const { return _heading; } ///< track, degrees clockwise from true north, [0, 360); 0 without speed
 
     VerticalRateSource verticalRateSource() const { return _verticalRateSource; } ///< `BARO` before a decode
 

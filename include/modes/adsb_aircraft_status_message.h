@@ -27,10 +27,8 @@ public:
     std::string description() const override;
     bool decodeImpl() override;
 
-    Subtype subtype() const { return _subtype; } ///< `UNKNOWN` before the first decode
-    EmergencyState emergencyState() const {
-        return _emergencyState;
-    } ///< reported by the subtype `EMERGENCY` only
+    Subtype subtype() const { return _subtype; }                      ///< `UNKNOWN` before the first decode
+    EmergencyState emergencyState() const { return _emergencyState; } ///< reported by the subtype `EMERGENCY` only
 
 private:
     Subtype _subtype = Subtype::UNKNOWN;
@@ -46,7 +44,7 @@ public:
     std::string description() const override;
     bool decodeImpl() override;
 
-    /// Mode A code, 12 bits; made of the first two payload bytes (deliberate). 0 unless the subtype is
+    /// Mode A code, 12 bits; read from the first two payload bytes (deliberate). 0 unless the subtype is
     /// `EMERGENCY`.
     unsigned int modeACode() const { return _modeACode; }
     std::string modeAOctString() const; ///< four octal digits

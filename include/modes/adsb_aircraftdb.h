@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <modes/detail/address_map.h>
 #include <modes/export.h>
 #include <modes/mops_version.h>
 
@@ -15,11 +14,11 @@ class ADSBTarget;
 /// What is remembered of one aircraft.
 class TREVALLO_EXPORT Aircraft {
 public:
-    /// An aircraft of which nothing is known but its address.
+    /// An aircraft with nothing known but its address.
     explicit Aircraft(unsigned int const& icaoAddr);
 
     unsigned int icaoAddr() const { return _icaoAddr; } ///< 24-bit aircraft address
-    std::string icaoAddrString() const; ///< six upper-case hexadecimal digits with leading zeros
+    std::string icaoAddrString() const;                 ///< six upper-case hexadecimal digits with leading zeros
 
     /// ADS-B version that the aircraft was confirmed to follow; `MOPS_UNKNOWN` at the start.
     MOPSVersion mopsVersion() const { return _mopsVersion; }
@@ -43,6 +42,19 @@ private:
 /// all the same.
 class TREVALLO_EXPORT AircraftDB {
 public:
+    /// An empty table without a file name.
+    AircraftDB();
+
+    /// A copy is a table of its own, of the same `Aircraft` objects. A database that was moved from may only
+    /// be destroyed or assigned to.
+    AircraftDB(AircraftDB const& other);
+    AircraftDB(AircraftDB&& other) noexcept;
+    AircraftDB& operator=(AircraftDB const& other);
+    AircraftDB& operator=(AircraftDB&& other) noexcept;
+
+    /// Saves nothing.
+    ~AircraftDB();
+
     /// The aircraft of an address, or an empty pointer.
     std::shared_ptr<Aircraft> findAircraft(unsigned int const& icao) const;
 
@@ -68,8 +80,8 @@ public:
     bool save();
 
 private:
-    detail::AddressMap<std::shared_ptr<Aircraft>> _aircraft;
-    std::string _fileName;
+    struct TREVALLO_HIDDEN Impl;
+    std::unique_ptr<Impl> _impl;
 };
 
 } // namespace quorvel::modes

@@ -29,8 +29,7 @@ public:
         AC_STATUS = 5, ///< aircraft status: 28
         TG_STATUS = 6, ///< target state and status: 29
         OP_STATUS = 7, ///< operational status: 31
-        RESERVED =
-            8, ///< everything else, type code 0 included (deliberate: it is no position without position)
+        RESERVED = 8,  ///< everything else, type code 0 included (deliberate: it is not read as a position)
     };
 
     /// A message of this type that is not decoded yet.
@@ -56,11 +55,9 @@ public:
     std::string const& data() const { return _data; } ///< the 7 bytes; empty before the first decode
     std::string dataHexString() const;                ///< two upper-case hexadecimal digits for each byte
 
-    bool valid() const { return _valid; } ///< result of the last `decodeImpl`; false before
-    std::uint8_t typeCode() const {
-        return _typeCode;
-    }                                              ///< first five bits, 0 to 31; 0 before the first decode
-    ADSBMessageType type() const { return _type; } ///< as of the class, whatever the payload
+    bool valid() const { return _valid; }               ///< result of the last `decodeImpl`; false before
+    std::uint8_t typeCode() const { return _typeCode; } ///< first five bits, 0 to 31; 0 before the first decode
+    ADSBMessageType type() const { return _type; }      ///< as of the class, whatever the payload
 
     /// The type that a type code selects; `RESERVED` for 0, 24 to 27, 30 and all codes above 31.
     static ADSBMessageType typeByCode(std::uint8_t code);
@@ -72,7 +69,7 @@ public:
     std::string const& typeName() const { return typeName(_type); }
     std::string const& typeFullName() const { return typeFullName(_type); }
 
-    /// Time of reception in milliseconds since 1970-01-01 00:00:00 UTC. A new message bears the host's clock
+    /// Time of reception in milliseconds since 1970-01-01 00:00:00 UTC. A new message has the host's clock
     /// in whole seconds.
     std::uint64_t timeStamp() const { return _timeStamp; }
     void setTimeStamp(std::uint64_t time) { _timeStamp = time; }
@@ -93,8 +90,8 @@ private:
         std::size_t count;
     };
 
-    void makeListedFields();
-    void appendListedFields(std::vector<ADSBMessageField>& fields) const;
+    TREVALLO_HIDDEN void makeListedFields();
+    TREVALLO_HIDDEN void appendListedFields(std::vector<ADSBMessageField>& fields) const;
 
     std::string _data;
     bool _valid = false;

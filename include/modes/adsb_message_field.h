@@ -30,10 +30,9 @@ public:
 
     /// `pos` is the number of the field's first bit in the payload, counted from 0 (one less than in the
     /// tables of RTCA DO-260B), `bits` its width. The field is valid unless it is `UNKNOWN` or has no bits.
-    ADSBMessageField(Designator designator, std::uint8_t pos, std::uint8_t bits,
-                     std::string const& description);
+    ADSBMessageField(Designator designator, std::uint8_t pos, std::uint8_t bits, std::string const& description);
 
-    /// Name of a designator, "--" for `UNKNOWN` and beyond. The full name is the same text, save "Type" for
+    /// Name of a designator, "--" for `UNKNOWN` and beyond. The full name is the same text, except "Type" for
     /// `TYPE` (deliberate: hosts show it).
     static std::string const& designatorName(Designator designator);
     static std::string const& designatorFullName(Designator designator);
@@ -50,7 +49,7 @@ public:
     std::uint8_t bits() const { return _bits; }
     void setBits(std::uint8_t bits) { _bits = bits; }
 
-    /// Whether the field is one.
+    /// Whether the field is valid.
     bool valid() const { return _valid; }
     void setValid(bool valid) { _valid = valid; }
 

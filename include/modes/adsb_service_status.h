@@ -7,7 +7,7 @@
 
 namespace quorvel::modes {
 
-/// What a host tells about its surveillance service: who it is and how it reports targets. The library only
+/// What a host says about its surveillance service: who it is and how it reports targets. The library only
 /// keeps it.
 class TREVALLO_EXPORT ADSBServiceStatus {
 public:

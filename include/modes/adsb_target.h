@@ -17,16 +17,15 @@ namespace quorvel::modes {
 
 class ADSBTargetReport;
 
-/// Everything known about one aircraft, told apart by its 24-bit ICAO address.
+/// Everything known about one aircraft, identified by its 24-bit ICAO address.
 ///
 /// Every item keeps its value and the time of its last update (when a message last reported it); where
 /// changes matter it also keeps the time of its last change (when the value last became different, or was
 /// first reported). All times are milliseconds since 1970-01-01 00:00:00 UTC, 0 means never. Whether an item
-/// is valid follows from these times; the rule differs from item to item and stands with each of them.
+/// is valid follows from these times; the rule differs from item to item and is given with each of them.
 ///
-/// The last argument of a setter is the time of the message that carried the value. Where an item keeps the
-/// time of its last change, the first report always counts as a change, also of the initial value; what
-/// differs is said.
+/// The last argument of a setter is the time of the message that carried the value. Where an item keeps the time of its
+/// last change, the first report always counts as a change, even if it repeats the initial value; exceptions are noted.
 ///
 /// The tracker makes the targets and writes into them; hosts read them, or take snapshots with `report()`. A
 /// target that a host holds lives on after the tracker has dropped it. Not locked: used on the thread that
@@ -114,9 +113,7 @@ public:
     /// Source: CA field of all-call replies (ICAO Annex 10 Vol. IV, 3.1.2.5.2.2.1).
     unsigned char transponderCommCapability() const { return _transponderCommCapability.value; }
     bool transponderCommCapabilityValid() const { return _transponderCommCapability.lastUpdate != 0; }
-    unsigned long long transponderCommCapabilityLastUpdate() const {
-        return _transponderCommCapability.lastUpdate;
-    }
+    unsigned long long transponderCommCapabilityLastUpdate() const { return _transponderCommCapability.lastUpdate; }
 
     /// Whether the aircraft is on the ground. Valid once updated, and then possibly `UNKNOWN`.
     /// Source: flight status and vertical status fields; every airborne position message means airborne.
@@ -176,14 +173,10 @@ public:
     /// NIC supplements B and C. Valid once updated, from version 2 on (`MOPS_UNKNOWN` counts).
     /// Source: airborne position messages of version 2 (B); hosts (C).
     bool nicSupplementB() const { return _nicSupplementB.value; }
-    bool nicSupplementBValid() const {
-        return _nicSupplementB.lastUpdate != 0 && _mopsVersion.value >= MOPS_V2;
-    }
+    bool nicSupplementBValid() const { return _nicSupplementB.lastUpdate != 0 && _mopsVersion.value >= MOPS_V2; }
     unsigned long long nicSuppBLastUpdate() const { return _nicSupplementB.lastUpdate; }
     bool nicSupplementC() const { return _nicSupplementC.value; }
-    bool nicSupplementCValid() const {
-        return _nicSupplementC.lastUpdate != 0 && _mopsVersion.value >= MOPS_V2;
-    }
+    bool nicSupplementCValid() const { return _nicSupplementC.lastUpdate != 0 && _mopsVersion.value >= MOPS_V2; }
     unsigned long long nicSuppCLastUpdate() const { return _nicSupplementC.lastUpdate; }
 
     /// Position integrity category, 0 (unknown) to 14. Valid once updated.
@@ -216,7 +209,7 @@ public:
     void setLastUpdate(unsigned long long time);
 
     /// A change of the text is logged at `Info` once there was one. The second form gives the time of the
-    /// last change instead of finding it out.
+    /// last change instead of determining it.
     void setCallsign(std::string const& callsign, unsigned long long time);
     void setCallsign(std::string const& callsign, unsigned long long time, unsigned long long change);
 

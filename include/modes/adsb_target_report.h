@@ -79,9 +79,7 @@ public:
     unsigned char signalAmplitude() const { return _signalAmplitude.value; }
     bool signalAmplitudeValid() const { return _signalAmplitude.valid; }
     unsigned long long signalAmplitudeLastUpdate() const { return _signalAmplitude.lastUpdate; }
-    void setSignalAmplitude(unsigned char const& amplitude) {
-        _signalAmplitude.set(amplitude, amplitude != 0);
-    }
+    void setSignalAmplitude(unsigned char const& amplitude) { _signalAmplitude.set(amplitude, amplitude != 0); }
     void setSignalAmplitudeValid(bool valid) { _signalAmplitude.valid = valid; }
     void setSignalAmplitudeLastUpdate(unsigned long long const& time) { _signalAmplitude.lastUpdate = time; }
 
@@ -115,9 +113,7 @@ public:
     unsigned long long verticalRateBaroLastUpdate() const { return _verticalRateBaro.lastUpdate; }
     void setVerticalRateBaro(int rate) { _verticalRateBaro.set(rate, true); }
     void setVerticalRateBaroValid(bool valid) { _verticalRateBaro.valid = valid; }
-    void setVerticalRateBaroLastUpdate(unsigned long long const& time) {
-        _verticalRateBaro.lastUpdate = time;
-    }
+    void setVerticalRateBaroLastUpdate(unsigned long long const& time) { _verticalRateBaro.lastUpdate = time; }
 
     /// Whether the aircraft is on the ground. Setting it makes it valid.
     bool groundStatus() const { return _groundStatus.value; }
@@ -249,9 +245,8 @@ public:
     /// The Mode A code as at least four octal digits, valid or not.
     std::string squawkString() const;
 
-    /// Degrees, minutes and seconds with the hemisphere: "513000N", "0002530W". Seconds are rounded without a
-    /// carry, so they may read 60; 0 degrees is "S" and "W" (both deliberate). Empty for what is no finite
-    /// number of degrees.
+    /// Degrees, minutes and seconds with the hemisphere: "513000N", "0002530W". Seconds are rounded without a carry, so
+    /// they may read 60; 0 degrees is "S" and "W" (both deliberate). Empty unless the number of degrees is finite.
     std::string latitudeString() const;
     std::string longitudeString() const;
     std::string positionString() const; ///< latitude and longitude, nothing between them

@@ -9,13 +9,11 @@ namespace quorvel::modes {
 class TREVALLO_EXPORT ADSBTestMessage : public ADSBMessage {
 public:
     ADSBTestMessage();
-    std::string description() const override; ///< the subtype stands in it as one raw byte (deliberate)
+    std::string description() const override; ///< holds the subtype as one raw byte (deliberate)
     bool decodeImpl() override;
 
-    std::uint8_t subtype() const { return _subtype; } ///< 0 to 7
-    std::string const& testData() const {
-        return _testData;
-    } ///< the 6 bytes after the first; empty before a decode
+    std::uint8_t subtype() const { return _subtype; }         ///< 0 to 7
+    std::string const& testData() const { return _testData; } ///< the 6 bytes after the first; empty before a decode
 
 private:
     std::uint8_t _subtype = 0;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <modes/adsb_aircraftdb.h>
-#include <modes/adsb_decoder.h>
+#include <modes/adsb_message.h>
 #include <modes/adsb_target.h>
+#include <modes/df_message.h>
 #include <modes/export.h>
 #include <modes/modes_message.h>
 
@@ -24,7 +24,6 @@ class ADSBAirborneVelocityMessageV2;
 class ADSBAircraftOperationalStatusMessage;
 class ADSBIdentityMessage;
 class ADSBTargetReport;
-class TargetIndex;
 
 /// Keeps the table of targets up to date with decoded replies.
 ///
@@ -55,7 +54,10 @@ public:
     /// Saves nothing: a host that wants the database's file updated calls `saveAircraftDb` before.
     ~ADSBTracker();
 
-    /// Forgets every target, without a word to the aircraft database, and numbers tracks from 1 again.
+    ADSBTracker(ADSBTracker const&) = delete;
+    ADSBTracker& operator=(ADSBTracker const&) = delete;
+
+    /// Forgets every target, without updating the aircraft database, and numbers tracks from 1 again.
     /// Database and altitude checking stay.
     void reset();
 
@@ -91,37 +93,37 @@ public:
     std::shared_ptr<ADSBTarget> procDF17Msg(std::shared_ptr<DF17Message> const& message);
 
     /// Emitter category and callsign.
-    void procADSBIdentificationMsg(std::shared_ptr<ADSBTarget> const& target,
-                                   std::shared_ptr<ADSBIdentityMessage> const& message);
+    void procADSBIdentificationMsg(
+        std::shared_ptr<ADSBTarget> const& target, std::shared_ptr<ADSBIdentityMessage> const& message);
 
     /// Airborne state, altitude, position, quality indicators. Frames of both kinds make a position when
     /// they are at most 10 s apart, measured on the low 32 bits of their times.
-    void procADSBAirbornePositionMsg(std::shared_ptr<ADSBTarget> const& target,
-                                     std::shared_ptr<ADSBAirbornePositionMessage> const& message);
+    void procADSBAirbornePositionMsg(
+        std::shared_ptr<ADSBTarget> const& target, std::shared_ptr<ADSBAirbornePositionMessage> const& message);
 
     /// Ground speed, heading, barometric vertical rate and, for version 0, NUCr.
-    void procADSBAirborneVelocityMsg(std::shared_ptr<ADSBTarget> const& target,
-                                     std::shared_ptr<ADSBAirborneVelocityMessage> const& message);
+    void procADSBAirborneVelocityMsg(
+        std::shared_ptr<ADSBTarget> const& target, std::shared_ptr<ADSBAirborneVelocityMessage> const& message);
 
     /// MOPS version and NIC supplement A.
-    void procADSBAircraftOperationalStatusMsg(
-        std::shared_ptr<ADSBTarget> const& target,
+    void procADSBAircraftOperationalStatusMsg(std::shared_ptr<ADSBTarget> const& target,
         std::shared_ptr<ADSBAircraftOperationalStatusMessage> const& message);
 
     /// What only one version's messages carry: NIC supplement B in positions of version 2, NUCr in velocities
-    /// of version 0, nothing in the others. The handlers above call them for the target's version.
-    void procADSBAirbornePositionMsgV0(std::shared_ptr<ADSBTarget> const& target,
-                                       std::shared_ptr<ADSBAirbornePositionMessageV0> const& message);
-    void procADSBAirbornePositionMsgV1(std::shared_ptr<ADSBTarget> const& target,
-                                       std::shared_ptr<ADSBAirbornePositionMessageV1> const& message);
-    void procADSBAirbornePositionMsgV2(std::shared_ptr<ADSBTarget> const& target,
-                                       std::shared_ptr<ADSBAirbornePositionMessageV2> const& message);
-    void procADSBAirborneVelocityMsgV0(std::shared_ptr<ADSBTarget> const& target,
-                                       std::shared_ptr<ADSBAirborneVelocityMessageV0> const& message);
-    void procADSBAirborneVelocityMsgV1(std::shared_ptr<ADSBTarget> const& target,
-                                       std::shared_ptr<ADSBAirborneVelocityMessageV1> const& message);
-    void procADSBAirborneVelocityMsgV2(std::shared_ptr<ADSBTarget> const& target,
-                                       std::shared_ptr<ADSBAirborneVelocityMessageV2> const& message);
+    /// of version 0, nothing in the others. The handlers above take the same from a message of the target's
+    /// version. Here NIC supplement B is taken whatever that version is; NUCr only while it is 0.
+    void procADSBAirbornePositionMsgV0(
+        std::shared_ptr<ADSBTarget> const& target, std::shared_ptr<ADSBAirbornePositionMessageV0> const& message);
+    void procADSBAirbornePositionMsgV1(
+        std::shared_ptr<ADSBTarget> const& target, std::shared_ptr<ADSBAirbornePositionMessageV1> const& message);
+    void procADSBAirbornePositionMsgV2(
+        std::shared_ptr<ADSBTarget> const& target, std::shared_ptr<ADSBAirbornePositionMessageV2> const& message);
+    void procADSBAirborneVelocityMsgV0(
+        std::shared_ptr<ADSBTarget> const& target, std::shared_ptr<ADSBAirborneVelocityMessageV0> const& message);
+    void procADSBAirborneVelocityMsgV1(
+        std::shared_ptr<ADSBTarget> const& target, std::shared_ptr<ADSBAirborneVelocityMessageV1> const& message);
+    void procADSBAirborneVelocityMsgV2(
+        std::shared_ptr<ADSBTarget> const& target, std::shared_ptr<ADSBAirborneVelocityMessageV2> const& message);
 
     /// Decodes a 7-byte ME payload for the version that the aircraft is known to follow: the target's if
     /// confirmed, else the database's, else `MOPS_V0`. Changes nothing. Empty if it cannot be decoded.
@@ -156,8 +158,7 @@ public:
     /// their addresses.
     std::vector<std::shared_ptr<ADSBTarget>> allTargets() const;
     std::vector<std::shared_ptr<ADSBTarget>> allTargetsSince(unsigned long long since) const;
-    std::vector<std::shared_ptr<ADSBTarget>> allTargetsSince(unsigned long long since,
-                                                             unsigned long long until) const;
+    std::vector<std::shared_ptr<ADSBTarget>> allTargetsSince(unsigned long long since, unsigned long long until) const;
 
     /// Drops one target, and hands it to the aircraft database and the caller; empty, and nothing changes,
     /// unless the address is tracked under this number. Logged at `Debug`.
@@ -167,48 +168,11 @@ public:
     std::vector<std::shared_ptr<ADSBTarget>> killTargets(unsigned long long time);
 
     /// Sets a barometric altitude in feet unless the plausibility check rejects it.
-    void updateTargetAltituteBaro(std::shared_ptr<ADSBTarget> const& target, int altitude,
-                                  unsigned long long time);
+    void updateTargetAltituteBaro(std::shared_ptr<ADSBTarget> const& target, int altitude, unsigned long long time);
 
 private:
-    std::shared_ptr<ADSBTarget> track(DFMessage const& reply);
-    std::shared_ptr<ADSBTarget> track(DF0Message const& reply);
-    std::shared_ptr<ADSBTarget> track(DF4Message const& reply);
-    std::shared_ptr<ADSBTarget> track(DF5Message const& reply);
-    std::shared_ptr<ADSBTarget> track(DF11Message const& reply);
-    std::shared_ptr<ADSBTarget> track(DF16Message const& reply);
-    std::shared_ptr<ADSBTarget> track(DF17Message const& reply);
-    std::shared_ptr<ADSBTarget> track(DF20Message const& reply);
-    std::shared_ptr<ADSBTarget> track(DF21Message const& reply);
-    template <class Reply> std::shared_ptr<ADSBTarget> trackAs(DFMessage const& reply);
-    template <class Reply, class Copy>
-    std::shared_ptr<ADSBTarget> trackTrusted(Reply const& reply, Copy const& copy);
-    template <class Reply> std::shared_ptr<ADSBTarget> trackAirAir(Reply const& reply);
-    template <class Reply> std::shared_ptr<ADSBTarget> trackAltitude(Reply const& reply);
-    template <class Reply> std::shared_ptr<ADSBTarget> trackIdentity(Reply const& reply);
-
-    void trackPayload(ADSBTarget& target, DF17Message const& reply);
-    void update(ADSBTarget& target, ADSBMessage const& message);
-    void update(ADSBTarget& target, ADSBIdentityMessage const& message);
-    void update(ADSBTarget& target, ADSBAirbornePositionMessage const& message);
-    void update(ADSBTarget& target, ADSBAirborneVelocityMessage const& message);
-    void update(ADSBTarget& target, ADSBAircraftOperationalStatusMessage const& message);
-    void updateAltitude(ADSBTarget& target, int altitude, unsigned long long time);
-    void storeCPRFrame(ADSBTarget& target, ADSBAirbornePositionMessage const& message) const;
-
-    MOPSVersion versionFromDatabase(unsigned int icaoAddr) const;
-    void confirmVersionFromDatabase(ADSBTarget& target, unsigned long long time) const;
-    void inferVersion0(ADSBTarget& target, unsigned long long time) const;
-    void renumber(ADSBTarget& target, unsigned int trackId);
-    std::shared_ptr<ADSBTarget> kill(ADSBTarget const& target);
-
-    unsigned int _version0ConfirmCount = 20; // extended squitters without a status message
-    ADSBDecoder _decoder;
-    AircraftDB _aircraftDb;
-    std::unique_ptr<TargetIndex> _targets;
-    bool _altitudeChecking = false;
-    unsigned int _altitudeCheckPeriod = 4;          // s
-    unsigned int _altitudeCheckMaxDifference = 150; // ft
+    struct TREVALLO_HIDDEN Impl;
+    std::unique_ptr<Impl> _impl;
 };
 
 } // namespace quorvel::modes

@@ -10,7 +10,7 @@ namespace quorvel::modes {
 ///
 /// Each reply class has its fields as members, with a mutable and a const accessor for each; `fields()` lists
 /// them in frame order. Formats whose parity is overlaid with the address (AP) take the address from there:
-/// they cannot tell damaged frames from intact ones.
+/// they cannot distinguish damaged frames from intact ones.
 class TREVALLO_EXPORT DFMessage : public ModeSMessage {
 public:
     /// The value is the number of the format. `DF24` stands for all codes from 24 to 31, which share their
@@ -222,7 +222,7 @@ private:
     ModeSMessageFieldPI _fieldPI;
 };
 
-/// Extended squitter of a device that is no transponder (ICAO Annex 10 Vol. IV, 3.1.2.8.7), 112 bits: CF, AA,
+/// Extended squitter of a device that is not a transponder (ICAO Annex 10 Vol. IV, 3.1.2.8.7), 112 bits: CF, AA,
 /// ME, PI. Parity as in DF17.
 class TREVALLO_EXPORT DF18Message : public DFMessage {
 public:

@@ -15,10 +15,16 @@
 #define TREVALLO_EXPORT __attribute__((visibility("default")))
 #endif
 
+/// Marks what stays hidden although it is in an exported class.
+#if defined(__GNUC__) && !defined(_WIN32) && !defined(TREVALLO_STATIC)
+#define TREVALLO_HIDDEN __attribute__((visibility("hidden")))
+#else
+#define TREVALLO_HIDDEN
+#endif
+
 /// Lets compilers that can do so check printf-style arguments (positions counted from 1, static functions).
 #if defined(__GNUC__)
-#define TREVALLO_PRINTF(formatPosition, firstArgument)                                                       \
-    __attribute__((format(printf, formatPosition, firstArgument)))
+#define TREVALLO_PRINTF(formatPosition, firstArgument) __attribute__((format(printf, formatPosition, firstArgument)))
 #else
 #define TREVALLO_PRINTF(formatPosition, firstArgument)
 #endif

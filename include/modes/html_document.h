@@ -73,7 +73,7 @@ public:
     Element& body; ///< the root's second child
 
 private:
-    explicit Document(Element&& tree);
+    TREVALLO_HIDDEN explicit Document(Element&& tree);
 };
 
 } // namespace html

@@ -31,21 +31,22 @@ public:
     /// Emits one line, unless `level` is below the show level. What the handler throws passes to the caller.
     static void log(Level level, std::string const& module, std::string const& text);
 
-    /// As above with printf-style arguments; the text is cut at 1023 characters.
+    /// As above with printf-style arguments; the text is cut at 1023 characters. It is formatted whether the
+    /// line is emitted or not.
     TREVALLO_PRINTF(3, 4) static void log(Level level, std::string const& module, char const* format, ...);
 
     /// Sets the lowest level that is emitted, for the whole process. `Info` at the start.
     static void setShowLevel(Level level);
 
     /// Installs the sink for all lines. The handler stays the caller's and must live as long as it is
-    /// installed; a null pointer brings the output back to `std::clog`.
+    /// installed; a null pointer restores the output to `std::clog`.
     static void setLogHandler(LogHandler* handler);
 
 private:
     friend bool logShows(Level level) noexcept;
 
-    static std::atomic<Level> _showLevel;
-    static std::atomic<LogHandler*> _logHandler;
+    TREVALLO_HIDDEN static std::atomic<Level> _showLevel;
+    TREVALLO_HIDDEN static std::atomic<LogHandler*> _logHandler;
 };
 
 /// Sink for the log lines of the library, to be derived from by the host, which owns it and deletes it itself

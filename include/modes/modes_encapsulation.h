@@ -24,8 +24,8 @@ public:
         Unknown = 0, ///< "unknown"
         RawHex = 1,  ///< "hex": written only
         RawBin = 2,  ///< "bin": the bytes of one frame
-        Avr = 3, ///< "avr": text lines such as "*5D4CA2D46B609F;", with a time stamp when they begin with "@"
-        Beast = 4, ///< "beast": binary stream, 0x1A before each frame; read only
+        Avr = 3,     ///< "avr": text lines such as "*5D4CA2D46B609F;", with a time stamp when they begin with "@"
+        Beast = 4,   ///< "beast": binary stream, 0x1A before each frame; read only
     };
 
     /// Frames in the order of the stream.
@@ -51,7 +51,7 @@ public:
     ///
     /// A receiver's own time stamp (Beast, and AVR lines with "@") is 48 bits: 18 bits second of the UTC day,
     /// 30 bits nanosecond. The date is that of the host's clock, so a frame from just before midnight that is
-    /// read just after it lands on the new day. Frames without a time stamp bear the host's time.
+    /// read just after it lands on the new day. Frames without a time stamp get the host's time.
     static Records extract(std::string& buffer, Format const& format);
 
     /// Empties the buffer and finds nothing: hexadecimal input is deliberately not read.
@@ -61,14 +61,14 @@ public:
     /// empty.
     static Records extractRawBin(std::string& buffer);
 
-    /// Takes all lines of the buffer, a last one without its line feed included: a host passes complete lines
-    /// only. Lines begin with "*", ":" or "@" and end with ";"; lines that begin with "?" are dropped in
-    /// silence, all other bad lines with a line in the log.
+    /// Takes all lines of the buffer, a last one without its line feed included: a host passes complete lines only.
+    /// Lines begin with "*", ":" or "@" and end with ";"; lines that begin with "?" are dropped silently, all other bad
+    /// lines with a line in the log.
     static Records extractAvr(std::string& buffer);
 
-    /// Takes all complete frames of types "1" to "3" and drops what is between them; an incomplete frame
-    /// stays in the buffer. Bytes are taken as they are: a host whose receiver doubles 0x1A inside frames
-    /// undoubles them first.
+    /// Takes all complete frames of types "1" to "3" and drops what is between them; an incomplete frame stays in the
+    /// buffer. Bytes are taken as they are: a host whose receiver doubles 0x1A inside frames removes the doubling
+    /// first.
     static Records extractBeast(std::string& buffer);
 
     /// Writes a frame in a format; empty for `Unknown`, `Beast` (deliberate: there is no Beast encoder) and

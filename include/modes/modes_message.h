@@ -61,11 +61,11 @@ public:
     std::string const& modeSMsgTypeName() const;                ///< "Uplink" or "Downlink"
     unsigned char size() const;                                 ///< `bits()` in whole bytes: 7 or 14
 
-    /// Where the time stamp comes from; the host's clock until somebody else is named.
+    /// Where the time stamp comes from; the host's clock until set otherwise.
     TimeSource timeSource() const { return _timeSource; }
     void setTimeSource(TimeSource const& source) { _timeSource = source; }
 
-    /// Time of reception in milliseconds since 1970-01-01 00:00:00 UTC. A new message bears the host's clock
+    /// Time of reception in milliseconds since 1970-01-01 00:00:00 UTC. A new message has the host's clock
     /// in whole seconds.
     unsigned long long timeStamp() const { return _timeStamp; }
     void setTimeStamp(unsigned long long const& time) { _timeStamp = time; }
@@ -99,8 +99,7 @@ public:
     bool fixError1Bit(std::string& bytes, unsigned char& pos, unsigned int parity) const;
 
     /// The same with two bits, `pos1` < `pos2`; the first pair that fits in lexicographic order.
-    bool fixError2Bits(std::string& bytes, unsigned char& pos1, unsigned char& pos2,
-                       unsigned int parity) const;
+    bool fixError2Bits(std::string& bytes, unsigned char& pos1, unsigned char& pos2, unsigned int parity) const;
 
 private:
     std::string _data;

@@ -86,7 +86,7 @@ public:
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
     unsigned int icaoAddress() const { return _icaoAddress; } ///< 24 bits
-    std::string icaoAddressHexString() const; ///< at least two upper-case digits, not padded to six
+    std::string icaoAddressHexString() const;                 ///< at least two upper-case digits, not padded to six
 
 private:
     unsigned int _icaoAddress = 0;
@@ -95,7 +95,7 @@ private:
 /// Altitude code (ICAO Annex 10 Vol. IV, 3.1.2.6.5.4).
 ///
 /// The 11 bits left without M and Q are one binary number in every case: 100 ft and metric replies are
-/// deliberately not decoded any other way. The decoder grades metric replies as not to be trusted.
+/// deliberately not decoded any other way. The decoder grades metric replies as untrusted.
 class TREVALLO_EXPORT ModeSMessageFieldAC : public ModeSMessageField {
 public:
     ModeSMessageFieldAC();
@@ -103,11 +103,9 @@ public:
     std::string description() const override;
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
-    unsigned int altitudeUnit() const { return _altitudeUnit; } ///< M bit: 0 feet, 1 metric
-    unsigned int altitudeResolution() const {
-        return _altitudeResolution;
-    }                                          ///< feet per step: 25 (Q bit set) or 100
-    int altitude() const { return _altitude; } ///< feet, from -1000
+    unsigned int altitudeUnit() const { return _altitudeUnit; }             ///< M bit: 0 feet, 1 metric
+    unsigned int altitudeResolution() const { return _altitudeResolution; } ///< feet per step: 25 (Q bit set) or 100
+    int altitude() const { return _altitude; }                              ///< feet, from -1000
 
 private:
     unsigned int _altitudeUnit = 0;
@@ -129,7 +127,7 @@ private:
     unsigned char _code = 0;
 };
 
-/// Address/parity: the parity with the aircraft address laid over it (ICAO Annex 10 Vol. IV, 3.1.2.3.2.1.3).
+/// Address/parity: the parity overlaid with the aircraft address (ICAO Annex 10 Vol. IV, 3.1.2.3.2.1.3).
 class TREVALLO_EXPORT ModeSMessageFieldAP : public ModeSMessageField {
 public:
     ModeSMessageFieldAP();
@@ -253,7 +251,7 @@ private:
     std::string _data;
 };
 
-/// Parity/interrogator identifier: the parity with the code of the interrogator laid over it
+/// Parity/interrogator identifier: the parity overlaid with the code of the interrogator
 /// (ICAO Annex 10 Vol. IV, 3.1.2.3.2.1.4).
 class TREVALLO_EXPORT ModeSMessageFieldPI : public ModeSMessageField {
 public:
@@ -263,14 +261,14 @@ public:
     bool decodeImpl(std::string const& data, unsigned char pos) override;
 
     unsigned int parityInterrogatorId() const { return _parityInterrogatorId; } ///< the 24 bits as received
-    std::string parityInterrogatorIdHexString() const; ///< at least two upper-case digits
-    unsigned int parity() const { return _parity; }    ///< of an intact frame, or as given to `setParity`
+    std::string parityInterrogatorIdHexString() const;                          ///< at least two upper-case digits
+    unsigned int parity() const { return _parity; }                 ///< of an intact frame, or as given to `setParity`
     unsigned int interrogatorId() const { return _interrogatorId; } ///< parity XOR the bits received
 
     /// Interrogator identifiers lie below this: II codes are 0 to 15, SI codes follow up to 79.
     static constexpr unsigned int kInterrogatorIds = 80;
 
-    /// Whether the interrogator identifier is one.
+    /// Whether the interrogator identifier is valid.
     bool interrogatorIdValid() const { return _interrogatorId < kInterrogatorIds; }
 
     /// Takes the frame's calculated parity; the interrogator identifier follows from it.

@@ -19,7 +19,7 @@ enum MOPSVersion : std::uint32_t {
 
 /// Reads a version from decimal text, as the aircraft database stores it: "0", "1" and "2" give that version,
 /// every other number (negative ones included) gives `MOPS_UNKNOWN`. Throws what `std::stoi` throws
-/// (`std::invalid_argument`, `std::out_of_range`) for text that is no number; `out` is then left as it was.
+/// (`std::invalid_argument`, `std::out_of_range`) for text that is not a number; `out` is then left as it was.
 TREVALLO_EXPORT void ConvMOPSVersion(std::string const& text, MOPSVersion& out);
 
 } // namespace quorvel::modes

@@ -11,8 +11,7 @@ namespace quorvel::modes {
 class TREVALLO_EXPORT Trevallo {
 public:
     std::string version(); ///< "MAJOR.MINOR.PATCH", for example "1.0.2"
-    std::string
-    build(); ///< short hash of the revision, 7 characters; "0000000" for a build outside a git checkout
+    std::string build();   ///< short hash of the revision, 7 characters; "0000000" for a build outside a git checkout
     std::string about();   ///< one line on where the library comes from
     std::string contact(); ///< web address of the makers
 };

@@ -21,6 +21,7 @@ import zipfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROJECT = tomllib.loads((ROOT / "pyproject.toml").read_text(encoding="utf-8"))["project"]
+HEADERS = (ROOT / "include/modes", ROOT / "include/airspace")
 MOST_JOBS = 4  # a compiler of templates takes some hundred megabytes
 
 
@@ -72,7 +73,7 @@ def write_dist_info(folder: pathlib.Path) -> pathlib.Path:
 
 def build(build_folder: pathlib.Path, prefix: pathlib.Path) -> None:
     def cmake(*arguments) -> None:
-        # what CMake says is for whoever watches; the standard output is pip's
+        # what CMake says is for the user; standard output belongs to pip
         subprocess.run(["cmake", *map(str, arguments)], check=True, stdout=sys.stderr)
 
     is_new = not (build_folder / "CMakeCache.txt").exists()
@@ -90,7 +91,7 @@ def record_line(name: str, content: bytes) -> str:
 
 
 def write_archive(archive: pathlib.Path, tree: pathlib.Path) -> None:
-    """The same tree gives the same bytes: every file bears the first date that archives know."""
+    """The same tree gives the same bytes: every file has the first date that archives can hold."""
     files = sorted(path for path in tree.rglob("*") if path.is_file())
     record = f"{stem()}.dist-info/RECORD"
     lines = []
@@ -126,14 +127,16 @@ def build_wheel(wheel_directory, config_settings=None, metadata_directory=None) 
 
 
 def build_sdist(sdist_directory, config_settings=None) -> str:
-    """What git knows of: the archive of a checkout."""
+    """What git knows of, and what the headers say, so that installing the archive needs no Doxygen."""
     listed = subprocess.run(["git", "-C", ROOT, "ls-files", "-z"], check=True, stdout=subprocess.PIPE).stdout
     name = f"{stem()}.tar.gz"
     with tarfile.open(pathlib.Path(sdist_directory, name), "w:gz") as archive:
         for file in filter(None, listed.decode().split("\0")):
             archive.add(ROOT / file, f"{stem()}/{file}", recursive=False)
-        with tempfile.NamedTemporaryFile("w", encoding="utf-8") as information:
-            information.write(metadata())
-            information.flush()
-            archive.add(information.name, f"{stem()}/PKG-INFO")
+        with tempfile.TemporaryDirectory() as made:
+            information, texts = pathlib.Path(made, "PKG-INFO"), pathlib.Path(made, "texts.h")
+            information.write_text(metadata(), encoding="utf-8")
+            subprocess.run([sys.executable, "-B", ROOT / "python/tools/make_texts.py", texts, *HEADERS], check=True)
+            archive.add(information, f"{stem()}/PKG-INFO")
+            archive.add(texts, f"{stem()}/python/generated/texts.h")
     return name

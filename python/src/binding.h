@@ -16,9 +16,8 @@ using namespace py::literals;
 
 /// What the headers say of a class or member. A name that they do not have does not compile.
 consteval char const* textOf(std::string_view of) {
-    auto const found =
-        std::lower_bound(kTexts.begin(), kTexts.end(), of,
-                         [](Text const& text, std::string_view name) { return text.of < name; });
+    auto const found = std::lower_bound(
+        kTexts.begin(), kTexts.end(), of, [](Text const& text, std::string_view name) { return text.of < name; });
     if (found == kTexts.end() || found->of != of) throw std::invalid_argument("no such member");
     return found->text;
 }
@@ -29,21 +28,28 @@ struct Name {
     char const* text;
 };
 
+/// The name without the namespace in front of it.
+consteval char const* lastOf(std::string_view name) {
+    auto const colons = name.rfind("::");
+    return name.data() + (colons == std::string_view::npos ? 0 : colons + 2);
+}
+
 // MEMBER(ADSBTarget, report) is the name and the function of a member, NAME(ADSBTarget, report) the name
 // alone (for what needs a function of its own here), CLASS(ADSBTarget) the name of a class.
-#define TREVALLO_NAME(Class, member)                                                                         \
+#define TREVALLO_NAME(Class, member)                                                                                   \
     quorvel::modes::python::Name { #member, quorvel::modes::python::textOf(#Class "::" #member) }
 #define TREVALLO_MEMBER(Class, member) TREVALLO_NAME(Class, member), &Class::member
-#define TREVALLO_CLASS(Class)                                                                                \
-    quorvel::modes::python::Name { #Class, quorvel::modes::python::textOf(#Class) }
-#define TREVALLO_FUNCTION(function)                                                                          \
-    quorvel::modes::python::Name { #function, quorvel::modes::python::textOf(#function) }
+#define TREVALLO_CLASS(Class)                                                                                          \
+    quorvel::modes::python::Name { quorvel::modes::python::lastOf(#Class), quorvel::modes::python::textOf(#Class) }
+#define TREVALLO_FUNCTION(function)                                                                                    \
+    quorvel::modes::python::Name {                                                                                     \
+        quorvel::modes::python::lastOf(#function), quorvel::modes::python::textOf(#function)                           \
+    }
 
 /// A function of an object that must be there: called by its class's name, a function may be given `None` for
 /// its object, which a bare pointer to the function would follow.
 template <class Function> Function const& onObject(Function const& function) { return function; }
-template <class Result, class Object, class... Arguments>
-auto onObject(Result (Object::*function)(Arguments...)) {
+template <class Result, class Object, class... Arguments> auto onObject(Result (Object::*function)(Arguments...)) {
     return [function](Object& object, Arguments... arguments) -> Result {
         return (object.*function)(std::forward<Arguments>(arguments)...);
     };
@@ -80,8 +86,7 @@ public:
     }
 
     template <class Getter, class SetterName, class Setter>
-    Class& property(Name const& name, Getter const& getter, SetterName const& setterName,
-                    Setter const& setter) {
+    Class& property(Name const& name, Getter const& getter, SetterName const& setterName, Setter const& setter) {
         this->def_property(name.name, onObject(getter), onObject(setter), name.text);
         return method(setterName, setter, "value"_a);
     }
@@ -92,7 +97,7 @@ public:
         return *this;
     }
 
-    /// One more form of a method, which is told of with the first.
+    /// One more form of a method, which is documented with the first.
     template <class Function, class... Extra>
     Class& overload(char const* name, Function const& function, Extra const&... extra) {
         this->def(name, onObject(function), extra...);
@@ -115,7 +120,7 @@ template <class E> void defineEnumeration(py::handle scope) {
         enumerators.append(py::make_tuple(name, static_cast<std::underlying_type_t<E>>(value)));
     }
     auto type = py::module_::import("enum").attr("IntEnum")(
-        Described::kName, enumerators, "module"_a = "trevallo", "qualname"_a = Described::kQualifiedName);
+        Described::kName, enumerators, "module"_a = Described::kModule, "qualname"_a = Described::kQualifiedName);
     type.attr("__doc__") = Described::kText;
     scope.attr(Described::kName) = type;
     if (!Described::kIsScoped) {
@@ -140,8 +145,7 @@ template <class T> auto orNone(std::shared_ptr<T> result) {
     return OrNone<std::remove_const_t<T>>{std::const_pointer_cast<std::remove_const_t<T>>(std::move(result))};
 }
 
-template <class Result, class Object, class... Arguments, class Function>
-auto passingNone(Function function) {
+template <class Result, class Object, class... Arguments, class Function> auto passingNone(Function function) {
     return [function](Object& object, typename Maybe<std::decay_t<Arguments>>::In const&... arguments) {
         if constexpr (std::is_void_v<Result>) {
             (object.*function)(Maybe<std::decay_t<Arguments>>::pass(arguments)...);
@@ -150,8 +154,7 @@ auto passingNone(Function function) {
         }
     };
 }
-template <class Result, class Object, class... Arguments>
-auto withNone(Result (Object::*function)(Arguments...)) {
+template <class Result, class Object, class... Arguments> auto withNone(Result (Object::*function)(Arguments...)) {
     return passingNone<Result, Object, Arguments...>(function);
 }
 template <class Result, class Object, class... Arguments>
@@ -166,9 +169,13 @@ template <class Object, class Result> auto asBytes(Result (Object::*reader)() co
 
 /// "<trevallo.ADSBTarget 4840D6>"
 inline std::string shown(py::handle object, std::string const& what) {
-    auto const name = py::type::handle_of(object).attr("__name__").cast<std::string>();
-    return "<trevallo." + name + (what.empty() ? "" : " ") + what + ">";
+    auto const type = py::type::handle_of(object);
+    auto const name = type.attr("__module__").cast<std::string>() + "." + type.attr("__name__").cast<std::string>();
+    return "<" + name + (what.empty() ? "" : " ") + what + ">";
 }
+
+/// Raises `ValueError` for a stream whose encoding cannot be detected.
+[[noreturn]] void raiseUnknownEncoding(airspace::Stream const& stream);
 
 // The parts of the module, in the order in which they are defined.
 void defineCore(py::module_& module);
@@ -180,6 +187,8 @@ void defineReport(py::module_& module);
 void defineTarget(py::module_& module);
 void defineTracker(py::module_& module);
 void defineStream(py::module_& module);
+void defineAirspace(py::module_& parent);
+void defineReadings(py::module_& airspace);
 void defineHtml(py::module_& module);
 
 } // namespace quorvel::modes::python

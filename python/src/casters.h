@@ -52,8 +52,7 @@ private:
 template <class T> struct OrNone { std::shared_ptr<T> pointer; };
 
 template <class E, class = void> inline constexpr bool isEnumeration = false;
-template <class E>
-inline constexpr bool isEnumeration<E, std::void_t<decltype(Enumeration<E>::kName)>> = true;
+template <class E> inline constexpr bool isEnumeration<E, std::void_t<decltype(Enumeration<E>::kName)>> = true;
 
 /// The Python class (an `enum.IntEnum`) of an enumeration of the library, and its members by value. They live
 /// as long as the process.
@@ -68,7 +67,7 @@ namespace pybind11::detail {
 
 namespace trevallo = quorvel::modes::python;
 
-/// Only members of the enumeration itself are taken, so that overloads can tell enumerations apart. A value
+/// Only members of the enumeration itself are taken, so that overloads can distinguish enumerations. A value
 /// that has no name comes out as a plain number.
 template <class E> struct type_caster<E, std::enable_if_t<trevallo::isEnumeration<E>>> {
     PYBIND11_TYPE_CASTER(E, const_name(trevallo::Enumeration<E>::kFullName));

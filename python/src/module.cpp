@@ -19,6 +19,7 @@ void define(py::module_& module) {
     defineTarget(module);
     defineTracker(module);
     defineStream(module);
+    defineAirspace(module);
     defineHtml(module);
     module.attr("__name__") = name;
     module.attr("__version__") = Trevallo().version();

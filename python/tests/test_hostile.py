@@ -83,7 +83,7 @@ def is_made(kind: type) -> bool:
 
 
 def look_at(thing: object) -> int:
-    """Reads every property and tells how many members there are."""
+    """Reads every property and returns how many members there are."""
     repr(thing)
     return len([getattr(thing, name) for name in dir(thing) if not name.startswith("_")])
 

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
 """The module has all that the public headers have, under the same names."""
+import dataclasses
 import enum
 import inspect
 import re
@@ -15,23 +16,71 @@ from conftest import ROOT
 sys.path.insert(0, str(ROOT / "python/tools"))
 import headers  # noqa: E402
 
-SCOPES = headers.read_headers(ROOT / "include/modes")
+# What readings are made of: Python has `read`, whose values are a dictionary.
+READINGS = {
+    "Accuracy", "ActiveAdvisory", "AddressKind", "AdvisoryBroadcast", "AirReferencedState", "AirbornePosition",
+    "AirborneVelocity", "AircraftIdentification", "AircraftRegistration", "AircraftSize", "AirspeedType",
+    "AllCallReply", "AltitudeCode", "AltitudeCoding", "AltitudeReply", "AltitudeType", "AntennaOffset",
+    "AutopilotModes", "Capability", "CoarsePosition", "CommBAltitudeReply", "CommBIdentityReply",
+    "CommonUsageCapability", "CompactPosition", "DataLinkCapability", "EmergencyState", "EmergencyStatus",
+    "ExtendedLengthReply", "ExtendedSquitter", "FlightStatus", "GroundStationManagement", "Hazard",
+    "HazardMeteorology", "HeadingAndSpeed", "HorizontalVelocity", "Identification", "IdentityReply", "KnownState",
+    "LongAirAirReply", "MaximumAirspeed", "MessageHeader", "MilitarySquitter", "MixedSenseAdvisory",
+    "NavigationIntegrity", "NicSupplements", "NoPosition", "OperationalStatus", "OtherReply", "Reading", "Register",
+    "RegisterChoice", "RegisterName", "RegisterNumbers", "RegisterSet", "ResolutionAdvisory", "RoutineMeteorology",
+    "SameSenseAdvisory", "SelectedAltitudeSource", "SelectedIntention", "ShortAirAirReply", "SilBasis", "SixBitText",
+    "SourceIntegrity", "SpeedRange", "SquitterOrigin", "SurfacePosition", "SurveillanceHeader", "SurveillanceStatus",
+    "TargetAltitudeSource", "TargetState", "TargetStateVersion1", "TestMessage", "ThreatType", "TisBVelocity",
+    "TrackAndTurn", "UnreadSquitter", "VerticalRateSource", "WakeVortexClass", "accuracyOfGva", "accuracyOfNacP",
+    "accuracyOfNacV", "accuracyOfNucP", "addressDigits", "airspeedOfReply", "antennaOffsetOf", "chooseRegister",
+    "faultProbabilityOfSda", "fittingRegisters", "globalPosition", "headerOf", "kMetresPerNauticalMile", "kRegisters",
+    "localPosition", "longitudeZones", "nameOfTypeCode", "navigationIntegrity", "navigationUncertainty",
+    "pairWindowSeconds", "readAltitudeCode", "readCoarsePosition", "readIdentityCode", "readRegister",
+    "readResolutionAdvisory", "readSquitterAltitudeCode", "readSquitterContent", "registerBytes",
+    "registerOfTypeCode", "sizeOf", "sourceIntegrity", "speedOfMovement", "subtypeOf", "visitField", "visitFields",
+    "visitFittingRegisters",
+}
+
+# Classes and functions that Python has no use for: options are keywords of constructors, counts are dictionaries.
+NOT_IN_PYTHON = {
+    "trevallo.airspace": {
+        "Counts", "CountText", "Decompressor", "EncodingName", "ItemText", "PositionLimits", "SkyOptions", "StreamOptions",
+        "TimeOptions", "appendEncoded", "findEncoding", "kEncodings", "kLongFrameBytes", "kModeAcFrameBytes", "kSampleBytes",
+        "kShortFrameBytes", "listed", "looksDoubled", "modeSFrameBytes", "timeOfDayStamp", "undoubledBeast", "view",
+        "visitItems", "onDropped", "wakeVortexClass",
+    } | READINGS,
+}
+
+
+def in_python(scope: headers.Scope) -> headers.Scope:
+    """What of a scope Python has."""
+    left_out = NOT_IN_PYTHON.get(scope.module, set())
+    return dataclasses.replace(
+        scope, members=[member for member in scope.members if member.name not in left_out],
+        enumerations=[enumeration for enumeration in scope.enumerations if enumeration.name not in left_out])
+
+
+SCOPES = [in_python(scope) for scope in headers.read_headers(ROOT / "include/modes", ROOT / "include/airspace")
+          if scope.name.split("::")[0] not in NOT_IN_PYTHON.get(scope.module, set())]
 
 # What is otherwise in Python, and why.
 OPERATORS = {"operator<": "__lt__", "operator=": None}  # assignment gives another name to the same object
 MAKE_SOMETHING_ANEW = {"ADSBTarget.report", "ADSBTracker.allTargets", "Document.toString"}  # calls, no properties
 WITHOUT_READER = {"setParity", "setInterrogatorId", "setMOPSVersionConfirmed", "setMOPSVersionAssumed",
-                  "setAircraftDbFile", "setLogHandler", "setShowLevel"}  # they do more than to store, or nothing is kept
+                  "setAircraftDbFile", "setLogHandler", "setShowLevel", "setTimeout"}  # they do more than to store, or nothing is kept
 OTHER_FORM = {
     "ADSBMessage.typeName", "ADSBMessage.typeFullName",  # a static and an ordinary function in one
     "ModeSMessage.fixError1Bit", "ModeSMessage.fixError2Bits",  # what C++ writes to arguments is returned
     "ConvMOPSVersion",
+    "Stream.feed", "Stream.settle", "Stream.finish",  # return the frames
+    "read",  # gives a class of its own, and is told more
+    "nameOf",  # of encodings alone
     "Element.toStringOpen", "Element.toStringContent", "Element.toStringClose",  # return text, need no stream
 }
 
 
 def home(scope: headers.Scope) -> Any:
-    place: Any = trevallo.html if scope.namespace == "html" else trevallo
+    place: Any = sys.modules[scope.module]
     for part in filter(None, scope.name.split("::")):
         place = getattr(place, part)
     return place
@@ -96,7 +145,7 @@ def test_a_setter_of_one_value_can_be_written_as_an_assignment() -> None:
 
 
 def parameter_names(member: headers.Member) -> list[str]:
-    return [re.findall(r"\w+", parameter)[-1] for parameter in member.parameters]
+    return [headers.in_python(re.findall(r"\w+", parameter)[-1]) for parameter in member.parameters]
 
 
 def test_parameters_have_the_names_that_they_have_in_the_headers() -> None:
@@ -118,8 +167,9 @@ def test_every_enumeration_is_an_int_enum_with_the_same_enumerators() -> None:
         for enumeration in scope.enumerations:
             python_enum = getattr(home(scope), enumeration.name)
             assert issubclass(python_enum, enum.IntEnum)
-            assert [member.name for member in python_enum] == [name for name, _ in enumeration.enumerators]
-            for name, _ in enumeration.enumerators:
+            names = [headers.in_python(name) for name, _ in enumeration.enumerators]
+            assert [member.name for member in python_enum] == names
+            for name in names:
                 assert hasattr(home(scope), name) != enumeration.is_scoped
 
 
@@ -149,4 +199,5 @@ def test_classes_say_that_they_are_of_the_package() -> None:
     assert trevallo.ADSBTarget.__module__ == "trevallo"
     assert trevallo.Log.Level.__qualname__ == "Log.Level"
     assert trevallo.html.Element.__module__ == "trevallo.html"
+    assert trevallo.airspace.Sky.__module__ == trevallo.airspace.Encoding.__module__ == "trevallo.airspace"
     assert trevallo.__version__ == trevallo.Trevallo().version

@@ -199,7 +199,7 @@ def test_zones_of_longitude_are_counted() -> None:
     assert trevallo.cprDlonFunction(0.0, 0) == pytest.approx(360 / 59)
 
 
-def test_a_service_status_keeps_what_it_is_told() -> None:
+def test_a_service_status_keeps_what_it_is_given() -> None:
     status = trevallo.ADSBServiceStatus()
     status.reportMode = status.ON_UPDATE
     status.setReportPeriod(250)

@@ -1,14 +1,20 @@
 # SPDX-License-Identifier: MIT
-"""Reads the public headers: their classes, functions and enumerations, and what the `///` comments say of them.
-
-A comment before a declaration is about it and those that follow without a blank line; one behind a declaration
-(`///<`) is about that one alone.
-"""
+"""Reads the public headers as Doxygen understands them: their classes, functions and enumerations, and what their
+comments say of them."""
 from __future__ import annotations
 
 import dataclasses
+import keyword
+import os
 import pathlib
-import re
+import subprocess
+import tempfile
+import textwrap
+import xml.etree.ElementTree
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+WIDTH = 100  # of the lines of a text
+MODULES = {"": "trevallo", "quorvel::modes": "trevallo", "html": "trevallo.html", "quorvel::airspace": "trevallo.airspace"}
 
 
 @dataclasses.dataclass
@@ -41,204 +47,102 @@ class Scope:
     bases: list[str] = dataclasses.field(default_factory=list)
     members: list[Member] = dataclasses.field(default_factory=list)
     enumerations: list[Enumeration] = dataclasses.field(default_factory=list)
-    classes: list[Scope] = dataclasses.field(default_factory=list)
+
+    @property
+    def module(self) -> str:
+        """The module that has it in Python."""
+        return MODULES[self.namespace]
 
 
-def read_headers(folder: pathlib.Path) -> list[Scope]:
-    """All namespaces' own members (one scope for each header that has any) and all classes, nested ones behind theirs."""
-    scopes: list[Scope] = []
-    for path in sorted(folder.glob("*.h")):
-        _Reader(path.read_text(encoding="utf-8")).read(scopes)
-    return scopes
+# What differs from the settings of the site.
+SETTINGS = """
+@INCLUDE = docs/Doxyfile
+INPUT = {folders}
+OUTPUT_DIRECTORY = {output}
+GENERATE_HTML = NO
+GENERATE_XML = YES
+XML_PROGRAMLISTING = NO
+JAVADOC_AUTOBRIEF = NO
+"""
 
 
-# What a header is made of, as far as it matters here.
-_TOKEN = re.compile(
-    r"""(?P<trailing>(?:[ \t]*///<[^\n]*\n)(?:[ \t]*///<[^\n]*\n)*)
-      | (?P<before>[ \t]*///(?!<)[^\n]*\n)
-      | (?P<comment>//[^\n]*)
-      | (?P<directive>^\#(?:[^\n]*\\\n)*[^\n]*)
-      | (?P<blank>\n[ \t]*(?=\n))
-      | (?P<space>\s+)
-      | (?P<text>"(?:[^"\\]|\\.)*" | '(?:[^'\\]|\\.)')
-      | (?P<mark>::|[{}();,=<>:\[\]&*~!|+\-./%?^])
-      | (?P<word>[A-Za-z_0-9']+)""",
-    re.X | re.M,
-)
-_ACCESS = {"public", "protected", "private"}
+def in_python(name: str) -> str:
+    """A name as Python can have it: its keywords get an underscore behind them."""
+    return f"{name}_" if keyword.iskeyword(name) else name
 
 
-class _Reader:
-    def __init__(self, header: str):
-        self.tokens = []
-        position = 0
-        while position < len(header):
-            match = _TOKEN.match(header, position)
-            if not match:
-                raise ValueError(f"cannot read {header[position : position + 40]!r}")
-            position = match.end()
-            if match.lastgroup not in {"comment", "space", "directive"}:
-                self.tokens.append((match.lastgroup, match.group()))
-        self.at = 0
+def read_headers(*folders: pathlib.Path) -> list[Scope]:
+    """The namespaces and the public classes of the headers in these folders, nested classes behind theirs."""
+    with tempfile.TemporaryDirectory() as output:
+        settings = SETTINGS.format(folders=" ".join(f'"{folder.resolve()}"' for folder in folders), output=f'"{output}"')
+        subprocess.run(["doxygen", "-"], input=settings, cwd=ROOT, env={**os.environ, "TREVALLO_VERSION": ""}, text=True,
+                       check=True)
+        compounds = [compound for file in pathlib.Path(output, "xml").glob("*.xml")
+                     for compound in xml.etree.ElementTree.parse(file).iter("compounddef")]
+    namespaces = {_name(compound) for compound in compounds if compound.get("kind") == "namespace"}
+    classes = [compound for compound in compounds
+               if compound.get("kind") in {"class", "struct"} and compound.get("prot") == "public"]
+    spaces = [compound for compound in compounds if compound.get("kind") == "namespace"]
+    scopes = [_scope(compound, namespaces) for compound in sorted(spaces, key=_name) + sorted(classes, key=_place)]
+    return [scope for scope in scopes if scope.name or scope.members or scope.enumerations]
 
-    def read(self, scopes: list[Scope]) -> None:
-        self._read_namespace("", scopes)
 
-    def _read_namespace(self, namespace: str, scopes: list[Scope]) -> None:
-        own = Scope("", namespace=namespace)
-        self._read_members(own, is_public=True)
-        if own.members or own.enumerations:
-            scopes.append(own)
-        for nested in own.classes:
-            self._flatten(nested, scopes)
+def _name(compound: xml.etree.ElementTree.Element) -> str:
+    return compound.findtext("compoundname", "")
 
-    def _flatten(self, scope: Scope, scopes: list[Scope]) -> None:
-        scopes.append(scope)
-        for nested in scope.classes:
-            nested.name = f"{scope.name}::{nested.name}"
-            nested.namespace = scope.namespace
-            self._flatten(nested, scopes)
 
-    def _read_members(self, scope: Scope, is_public: bool) -> None:
-        before: list[str] = []  # lines of the comment that is being collected
-        text = ""  # of the group of declarations
-        words: list[str] = []  # of the declaration that is being read
-        while self.at < len(self.tokens):
-            kind, token = self.tokens[self.at]
-            self.at += 1
-            if kind == "before":
-                before.append(token.strip().removeprefix("///").removeprefix(" "))
-                continue
-            if before:
-                text, before = _joined(before), []
-            if kind == "blank":
-                if not words:
-                    text = ""
-            elif kind == "trailing":
-                pass  # taken with the declaration before it, or of a part of one
-            elif token == "}" and not words:
-                self._accept(";")
-                return
-            elif token == ":" and words and words[-1] in _ACCESS:
-                is_public = words.pop() == "public"
-            elif token in {";", "{"}:
-                self._read_declaration(scope if is_public else Scope(""), words, token, text)
-                words = []
-            else:
-                words.append(token)
+def _place(element: xml.etree.ElementTree.Element) -> tuple[str, int, int]:
+    location = element.find("location")
+    assert location is not None
+    return location.get("file", ""), int(location.get("line", "0")), int(location.get("column", "0"))
 
-    def _read_declaration(self, scope: Scope, words: list[str], end: str, text: str) -> None:
-        if words[:1] == ["namespace"] and end == "{":
-            self._read_namespace_into(scope, "".join(words[1:]))
-        elif words[:1] == ["enum"] and end == "{":
-            scope.enumerations.append(self._read_enumeration(words, text))
-        elif words[:1] in (["class"], ["struct"]) and end == "{":
-            scope.classes.append(self._read_class(words, text))
+
+def _scope(compound: xml.etree.ElementTree.Element, namespaces: set[str]) -> Scope:
+    name = _name(compound)
+    namespace = max((space for space in namespaces if f"{name}::".startswith(f"{space}::")), key=len, default="")
+    scope = Scope(name[len(namespace):].removeprefix("::"), _text(compound), namespace)
+    scope.bases = [(base.text or "").split("::")[-1] for base in compound.findall("basecompoundref")]
+    for member in sorted(compound.findall("sectiondef/memberdef[@prot='public']"), key=_place):
+        if member.get("kind") == "enum":
+            scope.enumerations.append(_enumeration(member))
+        elif member.get("kind") in {"function", "variable"} and "~" not in member.findtext("name", ""):
+            scope.members.append(_member(member))
+    return scope
+
+
+def _enumeration(element: xml.etree.ElementTree.Element) -> Enumeration:
+    enumerators = [(value.findtext("name", ""), _text(value)) for value in element.findall("enumvalue")]
+    return Enumeration(element.findtext("name", ""), _text(element), element.get("strong") == "yes", enumerators)
+
+
+def _member(element: xml.etree.ElementTree.Element) -> Member:
+    parameters = [" ".join("".join(part.itertext()) for part in parameter if part.tag in {"type", "declname"})
+                  for parameter in element.findall("param")]
+    return Member(element.findtext("name", ""), _text(element), parameters, element.get("kind") == "function",
+                  element.get("static") == "yes", element.get("const") == "yes")
+
+
+def _text(element: xml.etree.ElementTree.Element) -> str:
+    paragraphs = element.findall("briefdescription/para") + element.findall("detaileddescription/para")
+    return "\n\n".join(block for paragraph in paragraphs for block in _blocks(paragraph))
+
+
+def _blocks(paragraph: xml.etree.ElementTree.Element) -> list[str]:
+    """The running text of a paragraph, and the code in it, which stands by itself."""
+    blocks, running = [], paragraph.text or ""
+    for part in paragraph:
+        if part.tag == "verbatim":
+            blocks += [_wrapped(running), textwrap.indent(textwrap.dedent(part.text or "").strip("\n"), "    ")]
+            running = ""
+        elif part.tag == "computeroutput":
+            running += f"`{''.join(part.itertext())}`"
+        elif part.tag == "ref":
+            running += "".join(part.itertext())
         else:
-            if end == "{":
-                self._skip_block()
-            trailing = self._trailing()
-            if not _is_declaration_of_nothing(words):
-                scope.members.append(_member(words, trailing or text))
-
-    def _read_namespace_into(self, scope: Scope, name: str) -> None:
-        inner = Scope("", namespace=name)
-        self._read_members(inner, is_public=True)
-        for nested in inner.classes:
-            nested.namespace = name
-        scope.classes += inner.classes
-        if inner.members or inner.enumerations:
-            scope.classes.append(inner)
-            inner.classes = []
-
-    def _read_enumeration(self, words: list[str], text: str) -> Enumeration:
-        is_scoped = words[1] == "class"
-        enumeration = Enumeration(words[2 if is_scoped else 1], text, is_scoped, [])
-        name = ""
-        while True:
-            kind, token = self.tokens[self.at]
-            self.at += 1
-            if kind == "trailing":
-                own, note = enumeration.enumerators[-1]
-                enumeration.enumerators[-1] = (own, _joined([note, _trailing_text(token)]).strip())
-            elif token == "}":
-                self._accept(";")
-                return enumeration
-            elif token == "=":
-                name = "="
-            elif token == ",":
-                name = ""
-            elif kind == "word" and not name:
-                name = token
-                enumeration.enumerators.append((name, ""))
-
-    def _read_class(self, words: list[str], text: str) -> Scope:
-        key, name, *rest = [word for word in words if word not in {"TREVALLO_EXPORT", "final"}]
-        bases = [word for word in rest if word[0].isalpha() and word != "public"]
-        scope = Scope(name, text, bases=bases)
-        self._read_members(scope, is_public=key == "struct")
-        return scope
-
-    def _skip_block(self) -> None:
-        depth = 1
-        while depth:
-            token = self.tokens[self.at][1]
-            self.at += 1
-            depth += {"{": 1, "}": -1}.get(token, 0)
-
-    def _trailing(self) -> str:
-        kind, token = self.tokens[self.at] if self.at < len(self.tokens) else ("", "")
-        return _trailing_text(token) if kind == "trailing" else ""
-
-    def _accept(self, token: str) -> None:
-        if self.at < len(self.tokens) and self.tokens[self.at][1] == token:
-            self.at += 1
+            raise ValueError(f"nobody has said how to write a <{part.tag}> of Doxygen's")
+        running += part.tail or ""
+    return [block for block in [*blocks, _wrapped(running)] if block]
 
 
-def _trailing_text(token: str) -> str:
-    return _joined([line.strip().removeprefix("///<").strip() for line in token.splitlines()])
-
-
-def _joined(lines: list[str]) -> str:
-    return "\n".join(lines).strip("\n")
-
-
-def _is_declaration_of_nothing(words: list[str]) -> bool:
-    """Friends, names of types, classes that are only announced, and destructors."""
-    return not words or words[0] in {"friend", "using", "class", "struct", "template"} or "~" in words
-
-
-def _member(words: list[str], text: str) -> Member:
-    words = [word for word in words if word not in {"TREVALLO_EXPORT", "virtual", "explicit"}]
-    if words[0] == "TREVALLO_PRINTF":
-        words = words[words.index(")") + 1 :]
-    before_value = words[: words.index("=")] if "=" in words and "operator" not in words else words
-    if "(" not in before_value:
-        return Member(before_value[-1], text, [], False, "static" in words, "constexpr" in words)
-    opening = words.index("(")
-    closing = _closing(words, opening)
-    is_operator = "operator" in words[:opening]
-    name = "".join(words[words.index("operator") : opening]) if is_operator else words[opening - 1]
-    parameters = _split(words[opening + 1 : closing])
-    return Member(name, text, parameters, True, "static" in words[:opening], "const" in words[closing:])
-
-
-def _closing(words: list[str], opening: int) -> int:
-    depth = 0
-    for at in range(opening, len(words)):
-        depth += {"(": 1, ")": -1}.get(words[at], 0)
-        if depth == 0:
-            return at
-    raise ValueError(f"no end of {' '.join(words)}")
-
-
-def _split(words: list[str]) -> list[str]:
-    parameters: list[list[str]] = [[]]
-    depth = 0
-    for word in words:
-        depth += {"<": 1, ">": -1}.get(word, 0)
-        if word == "," and depth == 0:
-            parameters.append([])
-        else:
-            parameters[-1].append(word)
-    return [" ".join(parameter) for parameter in parameters if parameter]
+def _wrapped(text: str) -> str:
+    return textwrap.fill(text.strip(), WIDTH, break_long_words=False, break_on_hyphens=False)

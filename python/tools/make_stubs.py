@@ -13,17 +13,27 @@ import textwrap
 
 PREAMBLE = {
     "trevallo": '''\
+import datetime
 import enum
 import os
-from typing import Callable, Optional, Union, overload
+from typing import Callable, Literal, Optional, Union, overload
 
 import numpy
 import numpy.typing
 
-from . import html as html
+from . import airspace as airspace, html as html
 
 __version__: str
 ''',
+    "trevallo.airspace": """\
+import builtins
+import enum
+from typing import Generic, Optional, TypeVar, Union
+
+from . import ADSBMessage, ADSBTargetReport, ADSBTracker, ModeSMessage, MOPSVersion
+
+T = TypeVar("T")
+""",
     "trevallo.html": "from typing import overload\n",
 }
 
@@ -33,16 +43,25 @@ BY_HAND = {
     "ADSBMessage.typeName": ["(self: Union[ADSBMessage, ADSBMessage.ADSBMessageType]) -> str"],
     "ADSBMessage.typeFullName": ["(self: Union[ADSBMessage, ADSBMessage.ADSBMessageType]) -> str"],
     "LogHandler.handle": ["(self, level: Log.Level, line: str) -> object"],
+    "Frame.of": ["(bytes: builtins.bytes, time: int = 0) -> Frame"],
+    "Message.to_dict": ["(self) -> dict[str, Union[bool, int, float, str, list[str]]]"],
+    "read": ["(frame: Union[bytes, str], register: Optional[str] = None,"
+             " reference: Optional[tuple[float, float]] = None) -> Message"],
+    "decode_stream": ["(data: bytes, format: Optional[ModeSEncapsulation.Format] = None, *, doubled: Optional[bool] = None,"
+                      " timeout: float = 600.0, time: Literal['auto', 'receiver', '12mhz', 'arrival'] = 'auto',"
+                      " date: Union[None, str, datetime.date] = None) -> numpy.typing.NDArray[numpy.void]"],
 }
 TYPES = {
     r"numpy\.ndarray": "numpy.typing.NDArray[numpy.void]",
     r"\bos\.PathLike\b": "Union[str, os.PathLike[str]]",
-    r"\btrevallo\.html\.": "",
-    r"\btrevallo\.": "",
+    r"\btrevallo\.((airspace|html)\.)?": "",
     r"\bList\[": "list[",
     r"\bTuple\[": "tuple[",
+    r"\bDict\[": "dict[",
 }
-BY_HAND_PROPERTIES = {"Element.attributes": "list[Element.Attribute]", "Element.children": "list[Element]",
+BY_HAND_BASES = {"Item": ["Generic[T]"]}
+BY_HAND_PROPERTIES = {"Item.value": "Optional[T]", "Frame.bytes": "builtins.bytes",
+                      "Element.attributes": "list[Element.Attribute]", "Element.children": "list[Element]",
                       "Document.head": "Element", "Document.body": "Element"}
 
 
@@ -111,6 +130,7 @@ def write_enumeration(enumeration: type) -> list[str]:
 def write_class(path: str, described: type) -> list[str]:
     bases = [base.__qualname__ for base in described.__bases__ if base.__module__.startswith("trevallo")]
     bases += [base.__name__ for base in described.__bases__ if base is OSError]
+    bases += BY_HAND_BASES.get(path, [])
     lines = [f"class {described.__name__}({', '.join(bases)}):" if bases else f"class {described.__name__}:"]
     body = docstring(described.__doc__ or "").splitlines()
     for name, member in described.__dict__.items():
@@ -152,7 +172,8 @@ def main(package: str) -> None:
     sys.dont_write_bytecode = True
     module = importlib.import_module("trevallo")
     (folder / "__init__.pyi").write_text(write_module(module), encoding="utf-8")
-    (folder / "html.pyi").write_text(write_module(module.html), encoding="utf-8")
+    for part in (module.airspace, module.html):
+        (folder / f"{part.__name__.rpartition('.')[2]}.pyi").write_text(write_module(part), encoding="utf-8")
 
 
 if __name__ == "__main__":

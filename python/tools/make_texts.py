@@ -1,13 +1,13 @@
 # SPDX-License-Identifier: MIT
-"""make_texts.py HEADERS OUTPUT: writes a C++ header with the documentation of the public headers, for the docstrings,
-and with their enumerations. What the headers say is said there once, for both languages."""
+"""make_texts.py OUTPUT FOLDER...: writes a C++ header with the documentation of the public headers in these folders, for
+the docstrings, and with their enumerations. What the headers say is said there once, for both languages."""
 import pathlib
 import re
 import sys
 
 import headers
 
-# What is otherwise in Python. A blank stands for any space between words, line ends included.
+# What is otherwise in Python. A blank matches any space between words, line ends included.
 IN_PYTHON = {
     r"\bAn empty pointer\b": "`None`",
     r"\b(an )?empty pointer\b": "`None`",
@@ -18,10 +18,10 @@ IN_PYTHON = {
     r"makes the CSV library's exception \(`std::ios_base::failure`\) reach the caller": "raises `DatabaseFileError`",
     r"What the CSV library throws for files that cannot be read or written passes to the caller\.":
         "Raises `DatabaseFileError` for files that cannot be read or written.",
-    r"Throws what `std::stoi` throws \(`std::invalid_argument`, `std::out_of_range`\) for text that is no number;"
-    r" `out` is then left as it was\.": "Raises `ValueError` for text that is no number.",
-    r"The handler stays the caller's and must live as long as it is installed; a null pointer brings":
-        "It is a callable\nthat takes level and line, or a `LogHandler`; `None` brings",
+    r"Throws what `std::stoi` throws \(`std::invalid_argument`, `std::out_of_range`\) for text that is not a number;"
+    r" `out` is then left as it was\.": "Raises `ValueError` for text that is not a number.",
+    r"The handler stays the caller's and must live as long as it is installed; a null pointer restores":
+        "It is a callable\nthat takes level and line, or a `LogHandler`; `None` restores",
     r", which owns it and deletes it itself \(through its own type: there is no virtual destructor\)": "",
     r"\n\nAs above with printf-style arguments; the text is cut at 1023 characters\.": "",
     r"Fields are members of a message and are never deleted through this base; it has no virtual destructor\.":
@@ -39,20 +39,47 @@ IN_PYTHON = {
     for target in tracker.allTargets():
         show(target.report())
     tracker.killTargets(now - 60_000)""",
+    r" airspace::Stream stream;.*?stream\.finish\(now\(\), frames\);": """
+
+    stream = Stream()
+    while piece := more():
+        frames = stream.feed(piece, now())
+    frames = stream.finish(now())""",
+    r"Appends the frames that the next bytes complete\.": "Returns the frames that the next bytes complete.",
+    r"Appends what is left at the end of the stream\.": "Returns the frames that are left at the end of the stream.",
+    r"Decides from what has come so far,": "Returns the frames of what has come so far, as far as can be decided,",
+    r"False, from then on, when": "Raises `ValueError`, from then on, when",
+    r"False as above": "Raises `ValueError` as above",
+    r" Nothing throws but std::bad_alloc\.": "",
+    r" airspace::Sky sky;.*?show\(aircraft\);": """
+
+    sky = Sky()
+    for frame in frames:
+        sky.take(frame)
+    for aircraft in sky.aircraft(stream.now):
+        show(aircraft)""",
+    r", its `const` functions too;": ";",
+    r"Bad frames never throw:": "Bad frames raise nothing:",
+    r"Once warm, no memory is allocated for a frame\.": "",
     r"\btrue\b": "True",
     r"\bfalse\b": "False",
     r"\bthrows\b": "raises",
 }
 
 
+unused = set(IN_PYTHON)  # a text that was reworded takes its line here with it
+
+
 def in_python(text: str) -> str:
     for pattern, replacement in IN_PYTHON.items():
-        text = re.sub(pattern.replace(" ", r"\s+"), lambda _, put=replacement: put, text, flags=re.S)
+        text, count = re.subn(pattern.replace(" ", r"\s+"), lambda _, put=replacement: put, text, flags=re.S)
+        if count:
+            unused.discard(pattern)
     return text
 
 
 def texts_of(scope: headers.Scope, by_name: dict[str, headers.Scope]) -> dict[str, str]:
-    """The text of each member. Overloads tell theirs together; an override without one has that of its base."""
+    """The text of each member. Overloads share theirs; an override without one has that of its base."""
     texts: dict[str, list[str]] = {}
     for member in scope.members:
         if member.name == "operator=" or is_copying(scope, member):
@@ -76,6 +103,12 @@ def raw(text: str) -> str:
     return f'R"~({text})~"'
 
 
+def name_in_bindings(scope: headers.Scope) -> str:
+    """Both libraries have a class `Aircraft`: that of hosts is distinguished by its namespace."""
+    space = "airspace" if scope.namespace.endswith("::airspace") else ""
+    return "::".join(part for part in (space, scope.name) if part)
+
+
 def cpp_type(scope: headers.Scope, name: str) -> str:
     return "::".join(part for part in (scope.namespace, scope.name, name) if part)
 
@@ -84,32 +117,35 @@ def write_enumeration(scope: headers.Scope, enumeration: headers.Enumeration, ou
     type_name = cpp_type(scope, enumeration.name)
     members = f"{type_name}::" if enumeration.is_scoped or not scope.name else cpp_type(scope, "") + "::"
     qualified = ".".join(part for part in (scope.name, enumeration.name) if part)
-    told = [f"{name}: {text}" for name, text in enumeration.enumerators if text]
+    told = [f"{headers.in_python(name)}: {text}" for name, text in enumeration.enumerators if text]
     text = "\n\n".join(part for part in (enumeration.text, "\n".join(told)) if part)
     print(f"""
 template <> struct Enumeration<{type_name}> {{
     static constexpr char kName[] = "{enumeration.name}";
     static constexpr char kQualifiedName[] = "{qualified}";
-    static constexpr char kFullName[] = "trevallo.{qualified}";
+    static constexpr char kModule[] = "{scope.module}";
+    static constexpr char kFullName[] = "{scope.module}.{qualified}";
     static constexpr char const* kText = {raw(in_python(text))};
     static constexpr bool kIsScoped = {str(enumeration.is_scoped).lower()};
     static constexpr std::pair<char const*, {type_name}> kEnumerators[] = {{""", file=out)
     for name, _ in enumeration.enumerators:
-        print(f'        {{"{name}", {members}{name}}},', file=out)
+        print(f'        {{"{headers.in_python(name)}", {members}{name}}},', file=out)
     print("    };\n};", file=out)
 
 
-def main(folder: str, output: str) -> None:
-    scopes = headers.read_headers(pathlib.Path(folder))
+def main(output: str, *folders: str) -> None:
+    scopes = headers.read_headers(*map(pathlib.Path, folders))
     by_name = {scope.name: scope for scope in scopes if scope.name}
     texts = {}
     for scope in scopes:
+        own_name = name_in_bindings(scope)
         if scope.name:
-            texts[scope.name] = scope.text
+            texts[own_name] = scope.text
         for name, text in texts_of(scope, by_name).items():
-            texts[f"{scope.name}::{name}" if scope.name else name] = text
+            texts[f"{own_name}::{name}" if own_name else name] = text
     with open(output, "w", encoding="utf-8") as out:
-        print("#pragma once\n\n#include \"text.h\"\n\n#include <modes/modes.h>\n\n"
+        umbrellas = "".join(f"#include <{name}/{name}.h>\n" for name in (pathlib.Path(folder).name for folder in folders))
+        print(f"#pragma once\n\n#include \"header_text.h\"\n\n{umbrellas}\n"
               "#include <array>\n#include <utility>\n\nnamespace quorvel::modes::python {\n", file=out)
         print(f"inline constexpr std::array<Text, {len(texts)}> kTexts{{{{", file=out)
         for name, text in sorted(texts.items()):
@@ -119,6 +155,9 @@ def main(folder: str, output: str) -> None:
             for enumeration in scope.enumerations:
                 write_enumeration(scope, enumeration, out)
         print("\n} // namespace quorvel::modes::python", file=out)
+    if unused:
+        pathlib.Path(output).unlink()
+        sys.exit("These texts of the headers are no longer there:\n" + "\n".join(sorted(unused)))
 
 
 if __name__ == "__main__":

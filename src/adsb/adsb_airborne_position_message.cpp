@@ -8,9 +8,8 @@ namespace quorvel::modes {
 
 namespace {
 
-constexpr PayloadField kSource{ADSBMessageField::ALTSRC, kTypeCodePosition,
-                               kTypeCodeWidth};                      // told by the type code
-constexpr PayloadField kResolution{ADSBMessageField::ALTRES, 15, 1}; // the Q bit
+constexpr PayloadField kSource{ADSBMessageField::ALTSRC, kTypeCodePosition, kTypeCodeWidth}; // given by the type code
+constexpr PayloadField kResolution{ADSBMessageField::ALTRES, 15, 1};                         // the Q bit
 constexpr PayloadField kAltitude{ADSBMessageField::ALT, 8, 12};
 constexpr PayloadField kSingleAntenna{ADSBMessageField::SAF, 7, 1};
 constexpr PayloadField kNicSupplementB{ADSBMessageField::NICB, 7, 1};
@@ -21,8 +20,7 @@ NameTable const kSourceNames{{"BARO", "GNSS"}, "GNSS"};
 NameTable const kResolutionNames{{"100FT", "25FT"}, "--"}; // by the Q bit
 
 ADSBAirbornePositionMessage::AltitudeSource altitudeSourceOf(std::uint8_t typeCode) {
-    return typeCode < kFirstGnssTypeCode ? ADSBAirbornePositionMessage::BARO
-                                         : ADSBAirbornePositionMessage::GNSS;
+    return typeCode < kFirstGnssTypeCode ? ADSBAirbornePositionMessage::BARO : ADSBAirbornePositionMessage::GNSS;
 }
 
 unsigned int resolutionOf(Payload const& payload) { return payload.flag(kResolution) ? 25 : 100; }

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <modes/adsb_airborne_velocity_message.h>
 
-#include <modes/log.h>
-
 #include "adsb/payload_fields.h"
+#include "core/log_if_shown.h"
 #include "core/text.h"
 
 #include <cmath>
@@ -101,13 +100,13 @@ bool ADSBAirborneVelocityMessage::decodeImpl() {
     Payload const payload(*this);
     auto const subtype = payload.read(kSubtype);
     if (subtype < GROUND_SPEED || subtype > AIR_SPEED_SUPER_SONIC) {
-        Log::log(Log::Error, kModule, "Unknown Subtype=%u.", subtype);
+        logIfShown(Log::Error, kModule, "Unknown Subtype=%u.", subtype);
         return false;
     }
     _velocityType = static_cast<VelocityType>(subtype);
     PayloadFields::list(*this, kListedSubtype);
     if (!isGroundSpeed(_velocityType)) {
-        Log::log(Log::Warning, kModule, "Unsupported AIR_SPD message detected.");
+        logIfShown(Log::Warning, kModule, "Unsupported AIR_SPD message detected.");
         return false;
     }
 

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <modes/adsb_aircraft_status_message.h>
 
-#include <modes/log.h>
-
 #include "adsb/payload_fields.h"
+#include "core/log_if_shown.h"
 #include "core/text.h"
 
 namespace quorvel::modes {
@@ -20,8 +19,7 @@ NameTable const kSubtypeNames{{"NO_INFO", "EMERGENCY", "TCAS_RA"}, "--"};
 NameTable const kEmergencyStateNames{
     {"NO_EMG", "EMERGENCY", "MEDICAL", "MIN_FUEL", "NO_COMM", "HIJACK", "AC_DOWNED", "UNDEFINED"}, "--"};
 
-// Deliberate and visible to hosts: the code is made of the first two payload bytes, not of the field's own
-// bits.
+// Deliberate and visible to hosts: the code is read from the first two payload bytes, not from the field's own bits.
 unsigned int modeAFromFirstBytes(Payload const& payload) {
     constexpr PayloadField kHighBits{ADSBMessageField::MODEA, 12, 4};
     constexpr PayloadField kLowBits{ADSBMessageField::MODEA, 0, 8};
@@ -64,7 +62,7 @@ bool ADSBAircraftStatusMessage::decodeImpl() {
     Payload const payload(*this);
     auto const code = payload.read(kSubtype);
     if (code >= static_cast<unsigned int>(Subtype::UNKNOWN)) {
-        Log::log(Log::Error, kModule, "Unknown Subtype=%u.", code);
+        logIfShown(Log::Error, kModule, "Unknown Subtype=%u.", code);
         _subtype = Subtype::UNKNOWN;
         return false;
     }
@@ -72,7 +70,7 @@ bool ADSBAircraftStatusMessage::decodeImpl() {
     if (_subtype == Subtype::EMERGENCY) {
         _emergencyState = payload.read<EmergencyState>(kEmergencyState);
     } else {
-        Log::log(Log::Error, kModule, "Unsupported subtype %u detected.", code);
+        logIfShown(Log::Error, kModule, "Unsupported subtype %u detected.", code);
     }
     PayloadFields::list(*this, kStatusFields);
     return true;
@@ -85,7 +83,7 @@ std::string ADSBAircraftStatusMessageV2::description() const {
 bool ADSBAircraftStatusMessageV2::decodeImpl() {
     if (!ADSBAircraftStatusMessage::decodeImpl()) return false;
     if (subtype() == Subtype::TCAS_RA) {
-        Log::log(Log::Warning, kModule, "Unsupported TCAS RA message detected.");
+        logIfShown(Log::Warning, kModule, "Unsupported TCAS RA message detected.");
         return false;
     }
     if (subtype() == Subtype::EMERGENCY) {

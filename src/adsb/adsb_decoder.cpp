@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <modes/adsb_decoder.h>
 
-#include <modes/log.h>
-
 #include "adsb/message_class.h"
 #include "adsb/type_code.h"
+#include "core/log_if_shown.h"
 
 namespace quorvel::modes {
 
@@ -19,20 +18,19 @@ ADSBMessage::ADSBMessageType decodableType(std::string const& me) {
     auto const typeCode = typeCodeOf(me);
     auto const type = ADSBMessage::typeByCode(typeCode);
     if (type == ADSBMessage::RESERVED) {
-        Log::log(Log::Warning, kModule, "Unsupported type code = %u (%s).", typeCode,
-                 ADSBMessage::typeFullName(type).c_str());
+        logIfShown(Log::Warning, kModule, "Unsupported type code = %u (%s).", typeCode,
+            ADSBMessage::typeFullName(type).c_str());
     }
     return type;
 }
 
-ADSBDecoder::ADSBDecoder() { Log::log(Log::Info, kModule, "Initialized."); }
+ADSBDecoder::ADSBDecoder() { logIfShown(Log::Info, kModule, "Initialized."); }
 
 std::shared_ptr<ADSBMessage> ADSBDecoder::decode(MOPSVersion version, std::string const& me) const {
-    return withMessageClass(decodableType(me), version,
-                            [&me]<class Message>() -> std::shared_ptr<ADSBMessage> {
-                                auto message = std::make_shared<Message>();
-                                return message->decode(me) ? message : nullptr;
-                            });
+    return withMessageClass(decodableType(me), version, [&me]<class Message>() -> std::shared_ptr<ADSBMessage> {
+        auto message = std::make_shared<Message>();
+        return message->decode(me) ? message : nullptr;
+    });
 }
 
 } // namespace quorvel::modes

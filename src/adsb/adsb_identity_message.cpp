@@ -18,7 +18,7 @@ constexpr std::size_t kCharacters = 8;
 
 constexpr PayloadField characterField(std::size_t index) {
     return {static_cast<ADSBMessageField::Designator>(ADSBMessageField::ACIDCHAR1 + index),
-            static_cast<std::uint8_t>(kFirstCharacterPosition + kCharacterBits * index), kCharacterBits};
+        static_cast<std::uint8_t>(kFirstCharacterPosition + kCharacterBits * index), kCharacterBits};
 }
 
 // RTCA DO-260B, table 2-18; codes without a character show as "?".

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <modes/adsb_message.h>
 
-#include <modes/log.h>
-
 #include "adsb/payload_fields.h"
 #include "adsb/type_code.h"
 #include "core/clock.h"
 #include "core/hex.h"
+#include "core/log_if_shown.h"
 #include "core/names.h"
 #include "core/short_bytes.h"
 
@@ -20,34 +19,34 @@ std::string const kModule = "ADSBMessage";
 
 NameTable const kTypeNames{
     {"ACID", "POS_GND", "POS_AIR", "AIR_VEL", "TEST", "AC_STATUS", "TG_STATUS", "OP_STATUS"}, "RESERVED"};
-NameTable const kTypeFullNames{{"Aircraft Identification", "Surface Position", "Airborne Position",
-                                "Airborne Velocities", "Test", "Aircraft Status",
-                                "Target State and Status Information", "Aircraft Operation Status"},
-                               "Reserved"};
+NameTable const kTypeFullNames{
+    {"Aircraft Identification", "Surface Position", "Airborne Position", "Airborne Velocities", "Test",
+        "Aircraft Status", "Target State and Status Information", "Aircraft Operation Status"},
+    "Reserved"};
 static_assert(decltype(kTypeNames)::size() == ADSBMessage::RESERVED);
 static_assert(decltype(kTypeFullNames)::size() == ADSBMessage::RESERVED);
 
+using enum ADSBMessage::ADSBMessageType;
+
 constexpr ADSBMessage::ADSBMessageType kTypes[] = {
-    ADSBMessage::RESERVED,                                                                       // 0
-    ADSBMessage::ACID,      ADSBMessage::ACID,     ADSBMessage::ACID,     ADSBMessage::ACID,     // 1 to 4
-    ADSBMessage::POS_GND,   ADSBMessage::POS_GND,  ADSBMessage::POS_GND,  ADSBMessage::POS_GND,  // 5 to 8
-    ADSBMessage::POS_AIR,   ADSBMessage::POS_AIR,  ADSBMessage::POS_AIR,  ADSBMessage::POS_AIR,  // 9 to 12
-    ADSBMessage::POS_AIR,   ADSBMessage::POS_AIR,  ADSBMessage::POS_AIR,  ADSBMessage::POS_AIR,  // 13 to 16
-    ADSBMessage::POS_AIR,   ADSBMessage::POS_AIR,                                                // 17, 18
-    ADSBMessage::AIR_VEL,                                                                        // 19
-    ADSBMessage::POS_AIR,   ADSBMessage::POS_AIR,  ADSBMessage::POS_AIR,                         // 20 to 22
-    ADSBMessage::TEST,                                                                           // 23
-    ADSBMessage::RESERVED,  ADSBMessage::RESERVED, ADSBMessage::RESERVED, ADSBMessage::RESERVED, // 24 to 27
-    ADSBMessage::AC_STATUS,                                                                      // 28
-    ADSBMessage::TG_STATUS,                                                                      // 29
-    ADSBMessage::RESERVED,                                                                       // 30
-    ADSBMessage::OP_STATUS,                                                                      // 31
+    RESERVED,                                                                                 // 0
+    ACID, ACID, ACID, ACID,                                                                   // 1 to 4
+    POS_GND, POS_GND, POS_GND, POS_GND,                                                       // 5 to 8
+    POS_AIR, POS_AIR, POS_AIR, POS_AIR, POS_AIR, POS_AIR, POS_AIR, POS_AIR, POS_AIR, POS_AIR, // 9 to 18
+    AIR_VEL,                                                                                  // 19
+    POS_AIR, POS_AIR, POS_AIR,                                                                // 20 to 22
+    TEST,                                                                                     // 23
+    RESERVED, RESERVED, RESERVED, RESERVED,                                                   // 24 to 27
+    AC_STATUS,                                                                                // 28
+    TG_STATUS,                                                                                // 29
+    RESERVED,                                                                                 // 30
+    OP_STATUS,                                                                                // 31
 };
 static_assert(std::size(kTypes) == 1U << kTypeCodeWidth);
 
 std::string typeText(ADSBMessage const& message, PayloadField const&) { return message.typeName(); }
 
-// Both stand in the first five bits: the code itself and the type that it selects.
+// Both are in the first five bits: the code itself and the type that it selects.
 constexpr ListedField kTypeFields[] = {
     {{ADSBMessageField::TYPE, kTypeCodePosition, kTypeCodeWidth}, typeText},
     {{ADSBMessageField::TYPECODE, kTypeCodePosition, kTypeCodeWidth}, numberText},
@@ -70,7 +69,7 @@ bool ADSBMessage::decode(std::string const& me) {
     assignBytes(_data, me.data(), kPayloadBytes);
     _typeCode = typeCodeOf(_data);
     if (typeByCode(_typeCode) != _type) {
-        Log::log(Log::Error, kModule, "Type code mismatch.");
+        logIfShown(Log::Error, kModule, "Type code mismatch.");
         return false;
     }
     PayloadFields::list(*this, kTypeFields);

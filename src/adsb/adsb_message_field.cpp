@@ -8,12 +8,18 @@ namespace quorvel::modes {
 namespace {
 
 NameTable const kNames{
-    {"TYPE",    "TYPE_CODE",  "EMT_SET",  "EMT_CAT",  "CHAR_1",   "CHAR_2",    "CHAR_3",    "CHAR_4",
-     "CHAR_5",  "CHAR_6",     "CHAR_7",   "CHAR_8",   "MOV_CODE", "GND_SPD",   "HDG_STATE", "HDG",
-     "SAF",     "NIC_SUPP_B", "ALT_SRC",  "ALT_RES",  "ALT",      "T",         "CPR_FMT",   "CPR_LAT",
-     "CPR_LON", "SUB_TYPE",   "NUC_R",    "DIR_EW",   "DIR_NS",   "VEL_EW",    "VEL_NS",    "VR_SRC",
-     "VR_SIGN", "VR",         "SUB_TYPE", "DATA",     "SUB_TYPE", "EMG_STATE", "MODE_A",    "SUB_TYPE",
-     "NAC_P",   "NIC_BARO",   "SIL",      "SIL_SUPP", "SUB_TYPE", "VER_NUM",   "NIC_SUPP_A"},
+    {
+        "TYPE", "TYPE_CODE", "EMT_SET", "EMT_CAT",                                              // all, identification
+        "CHAR_1", "CHAR_2", "CHAR_3", "CHAR_4", "CHAR_5", "CHAR_6", "CHAR_7", "CHAR_8",         // identification
+        "MOV_CODE", "GND_SPD", "HDG_STATE", "HDG",                                              // surface position
+        "SAF", "NIC_SUPP_B", "ALT_SRC", "ALT_RES", "ALT",                                       // airborne position
+        "T", "CPR_FMT", "CPR_LAT", "CPR_LON",                                                   // both positions
+        "SUB_TYPE", "NUC_R", "DIR_EW", "DIR_NS", "VEL_EW", "VEL_NS", "VR_SRC", "VR_SIGN", "VR", // airborne velocity
+        "SUB_TYPE", "DATA",                                                                     // test
+        "SUB_TYPE", "EMG_STATE", "MODE_A",                                                      // aircraft status
+        "SUB_TYPE", "NAC_P", "NIC_BARO", "SIL", "SIL_SUPP",                                     // target state
+        "SUB_TYPE", "VER_NUM", "NIC_SUPP_A",                                                    // operational status
+    },
     "--"};
 static_assert(decltype(kNames)::size() == ADSBMessageField::UNKNOWN);
 
@@ -25,8 +31,8 @@ std::string const kNoDescription = "NO_DESCRIPTION";
 
 } // namespace
 
-ADSBMessageField::ADSBMessageField(Designator designator, std::uint8_t pos, std::uint8_t bits,
-                                   std::string const& description)
+ADSBMessageField::ADSBMessageField(
+    Designator designator, std::uint8_t pos, std::uint8_t bits, std::string const& description)
     : _designator(designator)
     , _pos(pos)
     , _bits(bits)

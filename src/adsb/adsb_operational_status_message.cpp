@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <modes/adsb_operational_status_message.h>
 
-#include <modes/log.h>
-
 #include "adsb/payload_fields.h"
+#include "core/log_if_shown.h"
 
 namespace quorvel::modes {
 
@@ -32,11 +31,11 @@ bool ADSBAircraftOperationalStatusMessage::decodeImpl() {
     Payload const payload(*this);
     _versionNumber = payload.read<std::uint8_t>(kVersion);
     if (_versionNumber == 0) {
-        Log::log(Log::Error, kModule, "MOPS Version 0 detected.");
+        logIfShown(Log::Error, kModule, "MOPS Version 0 detected.");
         return false;
     }
     if (_versionNumber >= MOPS_UNKNOWN) {
-        Log::log(Log::Error, kModule, "Unsupported MOPS Version %u detected.", _versionNumber);
+        logIfShown(Log::Error, kModule, "Unsupported MOPS Version %u detected.", _versionNumber);
     }
     _nicSupplementA = payload.flag(kNicSupplementA);
     PayloadFields::list(*this, kFields);

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <modes/adsb_surface_position_message.h>
 
-#include <modes/log.h>
-
 #include "adsb/payload_fields.h"
 #include "adsb/position_fields.h"
+#include "core/log_if_shown.h"
 #include "core/text.h"
 
 namespace quorvel::modes {
@@ -27,16 +26,21 @@ struct MovementBand {
     double step;
 };
 constexpr MovementBand kMovement[] = {
-    {2, 2, 0.125, 0.0},  {3, 8, 0.125, 0.14583332}, {9, 12, 1.0, 0.25},     {13, 38, 2.0, 0.5},
-    {39, 93, 15.0, 1.0}, {94, 108, 70.0, 2.0},      {109, 123, 100.0, 5.0}, {124, 124, 175.0, 0.0},
+    {2, 2, 0.125, 0.0},
+    {3, 8, 0.125, 0.14583332},
+    {9, 12, 1.0, 0.25},
+    {13, 38, 2.0, 0.5},
+    {39, 93, 15.0, 1.0},
+    {94, 108, 70.0, 2.0},
+    {109, 123, 100.0, 5.0},
+    {124, 124, 175.0, 0.0},
 };
 constexpr unsigned int kLastMovementCode = 124;
 
 // Knots; 0 for no information (0), stopped (1) and the reserved codes.
 double movementSpeed(unsigned int code) {
     for (auto const& band : kMovement) {
-        if (band.firstCode <= code && code <= band.lastCode)
-            return (code - band.firstCode) * band.step + band.speed;
+        if (band.firstCode <= code && code <= band.lastCode) return (code - band.firstCode) * band.step + band.speed;
     }
     return 0.0;
 }
@@ -76,7 +80,7 @@ bool ADSBSurfacePositionMessage::decodeImpl() {
     _movementCode = payload.read<std::uint8_t>(kMovementCode);
     _movement = 1 <= _movementCode && _movementCode <= kLastMovementCode;
     if (_movementCode > kLastMovementCode) {
-        Log::log(Log::Error, kModule, "Reserved Movement Code: %u.", _movementCode);
+        logIfShown(Log::Error, kModule, "Reserved Movement Code: %u.", _movementCode);
     }
     _groundSpeed = movementSpeed(_movementCode);
     _headingValid = payload.flag(kHeadingState);

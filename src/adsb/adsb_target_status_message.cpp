@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <modes/adsb_target_status_message.h>
 
-#include <modes/log.h>
-
 #include "adsb/payload_fields.h"
+#include "core/log_if_shown.h"
 
 namespace quorvel::modes {
 
@@ -39,7 +38,7 @@ bool ADSBTargetStatusMessage::decodeImpl() {
     Payload const payload(*this);
     _subtype = payload.read<std::uint8_t>(kSubtype);
     if (_subtype > 1) {
-        Log::log(Log::Error, kModule, "Unknown Subtype=%u.", _subtype);
+        logIfShown(Log::Error, kModule, "Unknown Subtype=%u.", _subtype);
         return false;
     }
     _nacp = payload.read<std::uint8_t>(kNacp);

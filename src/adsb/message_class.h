@@ -47,8 +47,7 @@ auto withClassOf(MOPSVersion version, Use const& use) {
 
 /// Calls `use.operator()<Message>()` with the class that decodes a type of message at a version, and returns
 /// its result: a default one where the version does not have the type.
-template <class Use>
-auto withMessageClass(ADSBMessage::ADSBMessageType type, MOPSVersion version, Use const& use) {
+template <class Use> auto withMessageClass(ADSBMessage::ADSBMessageType type, MOPSVersion version, Use const& use) {
     using detail::NoClass;
     using detail::withClassOf;
     using Identity = ADSBIdentityMessage;

@@ -13,7 +13,7 @@
 
 namespace quorvel::modes {
 
-/// A field of a payload and where it stands.
+/// A field of a payload and its position.
 struct PayloadField {
     ADSBMessageField::Designator designator;
     std::uint8_t pos;

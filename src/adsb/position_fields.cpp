@@ -22,8 +22,7 @@ constexpr ListedField kFields[] = {
 } // namespace
 
 PositionFields readPositionFields(Payload const& payload) {
-    return {payload.flag(kTime), payload.flag(kFormat) ? 0U : 1U, payload.read(kLatitude),
-            payload.read(kLongitude)};
+    return {payload.flag(kTime), payload.flag(kFormat) ? 0U : 1U, payload.read(kLatitude), payload.read(kLongitude)};
 }
 
 void listPositionFields(ADSBMessage& message) { PayloadFields::list(message, kFields); }

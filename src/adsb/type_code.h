@@ -4,6 +4,7 @@
 #include <modes/adsb_message.h>
 
 #include "core/bits.h"
+#include "core/wire.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,12 +12,11 @@
 
 namespace quorvel::modes {
 
-/// Length of an ME payload.
-inline constexpr std::size_t kPayloadBytes = 7;
+using wire::kPayloadBytes;
 
 /// The type code: the first five bits of a payload.
 inline constexpr std::uint8_t kTypeCodePosition = 0;
-inline constexpr std::uint8_t kTypeCodeWidth = 5;
+inline constexpr std::uint8_t kTypeCodeWidth = wire::kTypeCodeBits;
 
 inline std::uint8_t typeCodeOf(std::string_view payload) {
     return bits<std::uint8_t>(payload, kTypeCodePosition, kTypeCodeWidth);

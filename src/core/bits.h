@@ -22,8 +22,7 @@ inline bool bit(std::string_view bytes, std::size_t position) {
 
 /// The number made of the `width` bits from `position` on, most significant first; at most 57 bits, which no
 /// alignment spreads over more than eight bytes.
-template <class Value = std::uint32_t>
-Value bits(std::string_view bytes, std::size_t position, std::size_t width) {
+template <class Value = std::uint32_t> Value bits(std::string_view bytes, std::size_t position, std::size_t width) {
     assert(width <= 57 && width <= 8 * sizeof(Value) && position + width <= 8 * bytes.size());
     std::size_t const end = position + width;
     std::uint64_t value = 0;
@@ -34,7 +33,7 @@ Value bits(std::string_view bytes, std::size_t position, std::size_t width) {
     return static_cast<Value>(value & ((std::uint64_t{1} << width) - 1));
 }
 
-/// Bits that lie scattered in two neighbouring bytes, made into a number in the order of a list of positions,
+/// Bits that are scattered over two neighbouring bytes, combined into a number in the order of a list of positions,
 /// most significant first. What each byte adds to the number is looked up.
 class ScatteredBits {
 public:

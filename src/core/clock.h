@@ -6,7 +6,7 @@
 
 namespace quorvel::modes::clock {
 
-// The only place that reads the system clock. Tests put a source of their own in its stead.
+// The only place that reads the system clock. Tests replace it with a source of their own.
 
 using TimePoint = std::chrono::system_clock::time_point;
 using Source = TimePoint (*)();

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/file_replacement.h"
 
-#include "core/clock.h"
-
 #include <atomic>
 #include <cstdint>
 #include <fstream>
@@ -25,42 +23,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The file that the path leads to. A link to nothing leads to where its file would be made.
-fs::path followed(fs::path path) {
-    constexpr int kMostLinks = 40;
-    for (int links = 0; links < kMostLinks; ++links) {
-        std::error_code error;
-        if (!fs::is_symlink(path, error)) return path;
-        auto const link = fs::read_symlink(path, error);
-        if (error) return path;
-        path = path.parent_path() / link;
-    }
-    return path;
-}
-
-bool mayBeWritten(fs::path const& path) { return std::ofstream(path, std::ios::app).is_open(); }
-
-bool isReplaceable(fs::path const& path) {
-    std::error_code error;
-    auto const type = fs::status(path, error).type();
-    return type == fs::file_type::not_found || (type == fs::file_type::regular && mayBeWritten(path));
-}
-
-// A name of its own, so that two who write the same file do not write into each other's: in this process they
-// have different numbers, in another one a different place in memory or time.
-fs::path beside(fs::path const& path) {
-    static std::atomic<unsigned> count = 0;
-    auto const number = count++;
-    auto const place = reinterpret_cast<std::uintptr_t>(&number);
-    return path.parent_path() / (".trevallo-" + std::to_string(clock::nowMilliseconds()) + "-" +
-                                 std::to_string(place) + "-" + std::to_string(number) + ".new");
-}
-
 [[noreturn]] void fail(std::string const& what, std::string const& path, std::error_code const& error) {
     throw std::ios_base::failure("cannot " + what + " " + path, error);
 }
 
 #if TREVALLO_POSIX_FILES
+
+constexpr auto kUnchanged = static_cast<uid_t>(-1);
+
+long processNumber() { return ::getpid(); }
 
 std::error_code lastError() { return {errno, std::generic_category()}; }
 
@@ -84,15 +55,18 @@ void flushFolder(fs::path const& path) {
     }
 }
 
-// Permissions and, where that is allowed, the owner.
+// Permissions and, where that is allowed, the owner, or the group at least.
 void takeOver(std::string const& from, std::string const& to) {
     struct stat old {};
     if (::stat(from.c_str(), &old) != 0) return;
-    if (::chown(to.c_str(), old.st_uid, old.st_gid) != 0) errno = 0; // only for the mighty
+    auto const chown = [&](uid_t owner) { return ::chown(to.c_str(), owner, old.st_gid) == 0; };
+    if (!chown(old.st_uid) && !chown(kUnchanged)) errno = 0; // only root may give files away
     if (::chmod(to.c_str(), old.st_mode & 07777) != 0) fail("keep the permissions of", from, lastError());
 }
 
 #else
+
+long processNumber() { return 0; }
 
 void flushFile(std::string const&) {}
 void flushFolder(fs::path const&) {}
@@ -105,10 +79,48 @@ void takeOver(std::string const& from, std::string const& to) {
 
 #endif
 
+// The file that the path leads to. A link to nothing leads to where its file would be made. Not for devices and pipes:
+// where /dev/stdout leads to a pipe, the text of the link is no path.
+fs::path followed(fs::path path) {
+    constexpr int kMostLinks = 40;
+    for (int links = 0; links < kMostLinks; ++links) {
+        std::error_code error;
+        if (!fs::is_symlink(path, error)) return path;
+        auto const link = fs::read_symlink(path, error);
+        if (error) return path;
+        path = path.parent_path() / link;
+    }
+    return path;
+}
+
+// An ordinary file, or none yet: no device, pipe or folder.
+bool isOrdinary(fs::path const& path) {
+    std::error_code error;
+    auto const type = fs::status(path, error).type();
+    return type == fs::file_type::regular || type == fs::file_type::not_found;
+}
+
+bool mayBeWritten(fs::path const& path) {
+    std::error_code error;
+    return !fs::exists(path, error) || std::ofstream(path, std::ios::app).is_open();
+}
+
+// A name of its own, so that two processes or threads that write the same file do not write into each other's: within a
+// process the counts differ, on one machine the process numbers, and across machines that share a folder the place of
+// the stack.
+fs::path beside(fs::path const& path) {
+    static std::atomic<unsigned> written = 0;
+    auto const count = written++;
+    auto const place = reinterpret_cast<std::uintptr_t>(&count);
+    return path.parent_path() / (".trevallo-" + std::to_string(processNumber()) + "-" + std::to_string(place) + "-" +
+                                    std::to_string(count) + ".new");
+}
+
 } // namespace
 
-FileReplacement::FileReplacement(std::string const& path) : _replaced(followed(path).string()) {
-    _written = isReplaceable(_replaced) ? beside(_replaced).string() : _replaced;
+FileReplacement::FileReplacement(std::string const& path)
+    : _replaced(isOrdinary(path) ? followed(path).string() : path) {
+    _written = isOrdinary(_replaced) && mayBeWritten(_replaced) ? beside(_replaced).string() : _replaced;
 }
 
 FileReplacement::~FileReplacement() {
@@ -117,13 +129,17 @@ FileReplacement::~FileReplacement() {
 }
 
 void FileReplacement::commit() {
+    if (!isDirect()) flushFile(_written);
+    commitUnflushed();
+    if (!isDirect()) flushFolder(fs::path(_replaced).parent_path());
+}
+
+void FileReplacement::commitUnflushed() {
     if (!isDirect()) {
-        flushFile(_written);
         takeOver(_replaced, _written);
         std::error_code error;
         fs::rename(_written, _replaced, error);
         if (error) fail("replace", _replaced, error);
-        flushFolder(fs::path(_replaced).parent_path());
     }
     _committed = true;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <modes/log.h>
 
-#include "core/log_shows.h"
+#include "core/log_if_shown.h"
 
 #include <algorithm>
 #include <cstdarg>
@@ -23,6 +23,12 @@ std::size_t widenModuleColumn(std::uint64_t length) {
     while (width < length && !moduleWidth.compare_exchange_weak(width, length, kRelaxed)) {
     }
     return static_cast<std::size_t>(std::max(width, length));
+}
+
+TREVALLO_PRINTF(1, 0) std::string formattedText(char const* format, va_list arguments) {
+    char text[kFormatBufferSize] = "";
+    std::vsnprintf(text, sizeof text, format, arguments);
+    return text;
 }
 
 } // namespace
@@ -47,13 +53,21 @@ void Log::log(Level level, std::string const& module, std::string const& text) {
 }
 
 void Log::log(Level level, std::string const& module, char const* format, ...) {
-    if (!logShows(level)) return; // most lines of a busy receiver are formatted for nobody
-    char text[kFormatBufferSize] = "";
+    // Deliberate and visible to hosts (%n): suppressed lines are formatted, too.
     va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(text, sizeof text, format, arguments);
+    auto const text = formattedText(format, arguments);
     va_end(arguments);
-    log(level, module, std::string(text));
+    log(level, module, text);
+}
+
+void logIfShown(Log::Level level, std::string const& module, char const* format, ...) {
+    if (!logShows(level)) return;
+    va_list arguments;
+    va_start(arguments, format);
+    auto const text = formattedText(format, arguments);
+    va_end(arguments);
+    Log::log(level, module, text);
 }
 
 void Log::setShowLevel(Level level) { _showLevel.store(level, kRelaxed); }

@@ -8,10 +8,9 @@
 
 namespace quorvel::modes {
 
-// Records and messages come and go by the million: what a thread gives back it takes again, without a way
-// through the general allocator, which cost a third of the road of a frame. A thread keeps a limited amount,
-// and nothing beyond its end. Objects may be released on any thread, also after the end of its thread-local
-// ones.
+// Records and messages come and go by the million: a thread reuses what it has released, instead of going through the
+// general allocator, which cost a third of the time of a frame. A thread keeps a limited amount, and nothing beyond its
+// end. Objects may be released on any thread, also after the end of its thread-local ones.
 
 #if defined(__SANITIZE_ADDRESS__)
 #define TREVALLO_RECYCLES 0 // recycled memory would hide a use after the release

@@ -8,11 +8,8 @@
 
 namespace quorvel::modes {
 
-/// The bytes at `data`. The interface counts in 64 bits on every machine; what lies in memory fits its
-/// size_t.
-inline std::string bytesAt(char const* data, unsigned long long size) {
-    return {data, static_cast<std::size_t>(size)};
-}
+/// The bytes at `data`. The interface counts in 64 bits on every machine; what is in memory fits its size_t.
+inline std::string bytesAt(char const* data, unsigned long long size) { return {data, static_cast<std::size_t>(size)}; }
 
 /// printf-style formatting into a string, for short texts: what exceeds 63 characters is cut.
 TREVALLO_PRINTF(1, 2) std::string formatted(char const* format, ...);

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 // AVR text lines: "*" or ":" and the frame in hexadecimal digits, or "@" and a 48-bit time stamp before the
-// frame; then ";". Lines that begin with "?" are comments of receivers.
+// frame; then ";". Lines that start with "?" are comments of receivers.
 #include <modes/modes_encapsulation.h>
 
 #include <modes/log.h>
 
 #include "core/clock.h"
 #include "core/hex.h"
-#include "core/log_shows.h"
+#include "core/log_if_shown.h"
+#include "core/wire.h"
 #include "modes/frame_record.h"
-#include "modes/receiver_time.h"
 
 #include <algorithm>
 #include <array>
@@ -24,28 +24,15 @@ constexpr char kTimedHead = '@';
 constexpr char kSilentHead = '?';
 constexpr char kTail = ';';
 
-constexpr unsigned kNoDigit = 16;
-
-// The values of the hexadecimal digits by character.
-constexpr auto kDigitValues = [] {
-    std::array<unsigned char, 256> values{};
-    for (auto& value : values) value = kNoDigit;
-    for (unsigned char i = 0; i < 10; ++i) values['0' + i] = i;
-    for (unsigned char i = 10; i < 16; ++i) values['A' + i - 10] = values['a' + i - 10] = i;
-    return values;
-}();
-
-unsigned digitValue(char character) { return kDigitValues[static_cast<unsigned char>(character)]; }
-
 bool isBlank(char character) { return character == ' ' || ('\t' <= character && character <= '\r'); }
 
-// The byte of two characters as the base 16 conversion of C reads them: what is no digit ends the number, one
-// blank or sign may stand before it.
+// The byte of two characters as the base 16 conversion of C reads them: anything that is not a digit ends the number,
+// one blank or sign may stand before it.
 char byteOf(char first, char second) {
-    auto const high = digitValue(first);
-    auto const low = digitValue(second);
-    if (high != kNoDigit) return static_cast<char>(low != kNoDigit ? high << 4 | low : high);
-    if (low == kNoDigit) return 0;
+    unsigned const high = hexDigitValue(first);
+    unsigned const low = hexDigitValue(second);
+    if (high != kNoHexDigit) return static_cast<char>(low != kNoHexDigit ? high << 4 | low : high);
+    if (low == kNoHexDigit) return 0;
     if (first == '-') return static_cast<char>(0U - low);
     return static_cast<char>(first == '+' || isBlank(first) ? low : 0);
 }
@@ -53,18 +40,14 @@ char byteOf(char first, char second) {
 // The number of bytes between head and tail of a line; a lone digit at the end is ignored.
 std::size_t bytesIn(std::string_view line) { return line.size() < 2 ? 0 : (line.size() - 2) / 2; }
 
-bool isFrameLength(std::size_t bytes) {
-    return bytes == kModeACFrameBytes || bytes == kShortFrameBytes || bytes == kLongFrameBytes;
-}
-
 void logCorrupted(char const* text) {
     if (logShows(Log::Info)) Log::log(Log::Info, kEncapsulationModule, std::string(text));
 }
 
 void logLine(std::string_view line) {
-    if (!logShows(Log::Debug)) return; // every line comes by here
-    Log::log(Log::Debug, kEncapsulationModule, "Get AVR line (size = %u): %s",
-             static_cast<unsigned>(line.size()), std::string(line).c_str());
+    if (!logShows(Log::Debug)) return; // called for every line
+    Log::log(Log::Debug, kEncapsulationModule, "Get AVR line (size = %u): %s", static_cast<unsigned>(line.size()),
+        std::string(line).c_str());
 }
 
 struct ExtractionTime {
@@ -88,17 +71,24 @@ std::shared_ptr<ModeSEncapsulation> readLine(std::string_view line, ExtractionTi
         return {};
     }
 
-    auto const timeBytes = timed ? kReceiverTimeBytes : 0;
+    auto const timeBytes = timed ? wire::kStampBytes : 0;
     auto const size = bytesIn(line);
-    if (size < timeBytes || !isFrameLength(size - timeBytes)) {
+    if (size < timeBytes || !wire::isFrameLength(size - timeBytes)) {
         logCorrupted("Corrupted AVR message (length error):");
         return {};
     }
-    std::array<char, kReceiverTimeBytes + kLongFrameBytes> bytes;
+    std::array<char, wire::kStampBytes + wire::kLongFrameBytes> bytes;
     for (std::size_t i = 0; i < size; ++i) bytes[i] = byteOf(line[1 + 2 * i], line[2 + 2 * i]);
     std::string_view const decoded(bytes.data(), size);
-    auto const time = timed ? receiverTime(decoded.substr(0, timeBytes), host.midnight) : host.now;
+    auto const time = timed ? host.midnight + wire::timeOfDayMs(wire::stampAt(decoded, 0)) : host.now;
     return RecordAccess::make(time, decoded.substr(timeBytes));
+}
+
+// The nanosecond part holds the millisecond times 1000, which is what this encoding has always written
+// (deliberate).
+std::uint64_t writtenStamp(std::uint64_t milliseconds) {
+    auto const ofDay = milliseconds % wire::kDayMs;
+    return wire::stampOf(ofDay / 1000, ofDay % 1000 * 1000);
 }
 
 } // namespace
@@ -106,7 +96,7 @@ std::shared_ptr<ModeSEncapsulation> readLine(std::string_view line, ExtractionTi
 ModeSEncapsulation::Records ModeSEncapsulation::extractAvr(std::string& buffer) {
     Records records;
     auto const now = clock::nowMilliseconds();
-    ExtractionTime const host{now, midnightBefore(now)};
+    ExtractionTime const host{now, wire::midnightBefore(now)};
     std::string_view lines = buffer;
     while (!lines.empty()) {
         auto const end = std::min(lines.find('\n'), lines.size());
@@ -119,14 +109,9 @@ ModeSEncapsulation::Records ModeSEncapsulation::extractAvr(std::string& buffer) 
 
 std::string ModeSEncapsulation::encapsulateAvr(ModeSEncapsulation const& record) {
     std::string line;
-    line.reserve(2 * record._data.size() + 3 + 2 * kReceiverTimeBytes);
+    line.reserve(2 * record._data.size() + 3 + 2 * wire::kStampBytes);
     line += record._timeStamp != 0 ? kTimedHead : '*';
-    if (record._timeStamp != 0) {
-        auto const time = receiverTimeBits(record._timeStamp);
-        for (unsigned shift = 8 * kReceiverTimeBytes; shift > 0; shift -= 4) {
-            line += hexDigits[time >> (shift - 4) & 0xF];
-        }
-    }
+    if (record._timeStamp != 0) appendHex(line, writtenStamp(record._timeStamp), 2 * wire::kStampBytes);
     appendHex(line, record._data);
     line += kTail;
     line += '\n';

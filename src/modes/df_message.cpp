@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <modes/df_message.h>
 
-#include <modes/log.h>
-
+#include "core/log_if_shown.h"
 #include "core/names.h"
+#include "core/wire.h"
 #include "modes/layout.h"
 
 #include <algorithm>
@@ -18,14 +18,14 @@ std::string const kModuleDF18 = "DF18Message";
 std::string const kModuleDF19 = "DF19Message";
 
 // Codes above 24 are all of format 24, so its name is the fallback.
-NameTable const kFormatNames{{"DF-0",  "DF-1",  "DF-2",  "DF-3",  "DF-4",  "DF-5",  "DF-6",  "DF-7",
-                              "DF-8",  "DF-9",  "DF-10", "DF-11", "DF-12", "DF-13", "DF-14", "DF-15",
-                              "DF-16", "DF-17", "DF-18", "DF-19", "DF-20", "DF-21", "DF-22", "DF-23"},
-                             "DF-24"};
+NameTable const kFormatNames{
+    {"DF-0", "DF-1", "DF-2", "DF-3", "DF-4", "DF-5", "DF-6", "DF-7", "DF-8", "DF-9", "DF-10", "DF-11", "DF-12", "DF-13",
+        "DF-14", "DF-15", "DF-16", "DF-17", "DF-18", "DF-19", "DF-20", "DF-21", "DF-22", "DF-23"},
+    "DF-24"};
 static_assert(decltype(kFormatNames)::size() == DFMessage::DF24);
 
-constexpr unsigned char kShortReplyBits = 56;
-constexpr unsigned char kLongReplyBits = 112;
+constexpr unsigned char kShortReplyBits = 8 * wire::kShortFrameBytes;
+constexpr unsigned char kLongReplyBits = 8 * wire::kLongFrameBytes;
 
 // "FS: AIR; AC: 18800"
 template <class... Fields> std::string describe(Fields const&... fields) {
@@ -52,7 +52,7 @@ template <class Reply, class Fields>
 bool decodeExtendedSquitter(Reply& reply, Fields const& fields, std::string const& module) {
     bool const valid = fields.decode(reply.data());
     if (reply.fieldPI().setInterrogatorId(0) != reply.calculatedParity()) {
-        Log::log(Log::Info, module, "Parity check failed.");
+        logIfShown(Log::Info, module, "Parity check failed.");
         return false;
     }
     reply.setIcaoAddress(reply.constFieldAA().icaoAddress());
@@ -67,9 +67,8 @@ std::string DFMessage::description() const { return "Mode-S " + downlinkFormatNa
 
 bool DFMessage::decodeImpl() {
     if (data().size() < size()) return false;
-    if (data().empty() ||
-        downlinkFormatByCode(static_cast<unsigned char>(data()[0]) >> 3) != _downlinkFormat) {
-        Log::log(Log::Info, kModule, "DF format mismatch.");
+    if (data().empty() || downlinkFormatByCode(wire::formatCode(data())) != _downlinkFormat) {
+        logIfShown(Log::Info, kModule, "DF format mismatch.");
         return false;
     }
     return true;
@@ -138,8 +137,7 @@ bool DF11Message::decodeImpl() {
 // DF16: long air-air surveillance
 
 template <class Reply> auto DF16Message::layout(Reply& reply) {
-    return Layout(At{reply._fieldVS, 5}, At{reply._fieldAC, 19}, At{reply._fieldMV, 32},
-                  At{reply._fieldAP, 88});
+    return Layout(At{reply._fieldVS, 5}, At{reply._fieldAC, 19}, At{reply._fieldMV, 32}, At{reply._fieldAP, 88});
 }
 
 DF16Message::DF16Message() : DFMessage(DF16) {}
@@ -151,8 +149,7 @@ bool DF16Message::decodeImpl() { return decodeAddressParity(*this, layout(*this)
 // DF17: extended squitter
 
 template <class Reply> auto DF17Message::layout(Reply& reply) {
-    return Layout(At{reply._fieldCA, 5}, At{reply._fieldAA, 8}, At{reply._fieldME, 32},
-                  At{reply._fieldPI, 88});
+    return Layout(At{reply._fieldCA, 5}, At{reply._fieldAA, 8}, At{reply._fieldME, 32}, At{reply._fieldPI, 88});
 }
 
 DF17Message::DF17Message() : DFMessage(DF17) {}
@@ -163,11 +160,10 @@ bool DF17Message::decodeImpl() {
     return DFMessage::decodeImpl() && decodeExtendedSquitter(*this, layout(*this), kModuleDF17);
 }
 
-// DF18: extended squitter of a device that is no transponder
+// DF18: extended squitter of a device that is not a transponder
 
 template <class Reply> auto DF18Message::layout(Reply& reply) {
-    return Layout(At{reply._fieldCF, 5}, At{reply._fieldAA, 8}, At{reply._fieldME, 32},
-                  At{reply._fieldPI, 88});
+    return Layout(At{reply._fieldCF, 5}, At{reply._fieldAA, 8}, At{reply._fieldME, 32}, At{reply._fieldPI, 88});
 }
 
 DF18Message::DF18Message() : DFMessage(DF18) {}
@@ -181,8 +177,7 @@ bool DF18Message::decodeImpl() {
 // DF19: military extended squitter; what follows AF is civil, and laid out as in DF17, only when AF is 0
 
 template <class Reply> auto DF19Message::layout(Reply& reply) {
-    return Layout(At{reply._fieldAF, 5}, At{reply._fieldAA, 8}, At{reply._fieldME, 32},
-                  At{reply._fieldPI, 88});
+    return Layout(At{reply._fieldAF, 5}, At{reply._fieldAA, 8}, At{reply._fieldME, 32}, At{reply._fieldPI, 88});
 }
 
 DF19Message::DF19Message() : DFMessage(DF19) {}
@@ -196,7 +191,7 @@ bool DF19Message::decodeImpl() {
     if (!DFMessage::decodeImpl()) return false;
     bool const valid = Layout(At{_fieldAF, 5}).decode(data());
     if (!valid || _fieldAF.code() != 0) {
-        Log::log(Log::Info, kModuleDF19, "AF = %u, reserved for military applications.", _fieldAF.code());
+        logIfShown(Log::Info, kModuleDF19, "AF = %u, reserved for military applications.", _fieldAF.code());
         return valid;
     }
     return decodeExtendedSquitter(*this, layout(*this), kModuleDF19);
@@ -205,8 +200,7 @@ bool DF19Message::decodeImpl() {
 // DF20: Comm-B altitude reply
 
 template <class Reply> auto DF20Message::layout(Reply& reply) {
-    return Layout(At{reply._fieldFS, 5}, At{reply._fieldAC, 19}, At{reply._fieldMB, 32},
-                  At{reply._fieldAP, 88});
+    return Layout(At{reply._fieldFS, 5}, At{reply._fieldAC, 19}, At{reply._fieldMB, 32}, At{reply._fieldAP, 88});
 }
 
 DF20Message::DF20Message() : DFMessage(DF20) {}
@@ -218,8 +212,7 @@ bool DF20Message::decodeImpl() { return decodeAddressParity(*this, layout(*this)
 // DF21: Comm-B identity reply
 
 template <class Reply> auto DF21Message::layout(Reply& reply) {
-    return Layout(At{reply._fieldFS, 5}, At{reply._fieldID, 19}, At{reply._fieldMB, 32},
-                  At{reply._fieldAP, 88});
+    return Layout(At{reply._fieldFS, 5}, At{reply._fieldID, 19}, At{reply._fieldMB, 32}, At{reply._fieldAP, 88});
 }
 
 DF21Message::DF21Message() : DFMessage(DF21) {}

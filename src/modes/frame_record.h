@@ -15,11 +15,6 @@ namespace quorvel::modes {
 /// Name under which the stream encodings log.
 inline std::string const kEncapsulationModule = "ModeSEncapsulation";
 
-/// Lengths of frames in bytes.
-inline constexpr std::size_t kModeACFrameBytes = 2;
-inline constexpr std::size_t kShortFrameBytes = 7;
-inline constexpr std::size_t kLongFrameBytes = 14;
-
 /// Makes and reads records without copies of their bytes in between.
 struct RecordAccess {
     static std::shared_ptr<ModeSEncapsulation> make(unsigned long long timeStamp, std::string_view data) {

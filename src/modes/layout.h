@@ -22,7 +22,7 @@ template <class... Fields> class Layout {
 public:
     explicit Layout(At<Fields>... fields) : _fields(fields...) {}
 
-    /// Decodes every field, whatever became of the ones before; true when all of them are valid.
+    /// Decodes every field, even if earlier ones failed; true when all of them are valid.
     bool decode(std::string const& frame) const {
         return std::apply(
             [&](auto const&... at) {

@@ -7,6 +7,7 @@
 #include "core/short_bytes.h"
 #include "core/text.h"
 #include "modes/parity.h"
+#include "modes/repair.h"
 
 namespace quorvel::modes {
 
@@ -17,11 +18,6 @@ NameTable const kTypeNames{{"Uplink"}, "Downlink"};
 // Parities and addresses are shown with six digits at most, and with no more zeros than it takes for two
 // digits.
 std::string sixHexDigits(unsigned int value) { return hexOfNumber(value).substr(0, 6); }
-
-void invertBit(std::string& bytes, unsigned position) {
-    auto& byte = bytes[position / 8];
-    byte = static_cast<char>(static_cast<unsigned char>(byte) ^ 0x80U >> position % 8);
-}
 
 } // namespace
 
@@ -58,25 +54,23 @@ std::string ModeSMessage::icaoAddressHexString() const { return sixHexDigits(_ic
 
 unsigned int ModeSMessage::calculateParity() const { return calculateParity(_data); }
 
-unsigned int ModeSMessage::calculateParity(std::string const& bytes) const {
-    return parity::remainder(bytes, bits());
-}
+unsigned int ModeSMessage::calculateParity(std::string const& bytes) const { return parity::remainder(bytes, bits()); }
 
 bool ModeSMessage::fixError1Bit(std::string& bytes, unsigned char& pos, unsigned int parity) const {
     if (8 * bytes.size() < bits()) return false;
-    auto const damaged = parity::findBit(calculateParity(bytes) ^ parity, bits());
+    auto const damaged = repair::findBit(calculateParity(bytes) ^ parity, bits());
     if (!damaged) return false;
-    invertBit(bytes, *damaged);
+    repair::invertBit(bytes, *damaged);
     pos = static_cast<unsigned char>(*damaged);
     return true;
 }
 
-bool ModeSMessage::fixError2Bits(std::string& bytes, unsigned char& pos1, unsigned char& pos2,
-                                 unsigned int parity) const {
+bool ModeSMessage::fixError2Bits(
+    std::string& bytes, unsigned char& pos1, unsigned char& pos2, unsigned int parity) const {
     if (8 * bytes.size() < bits()) return false;
-    auto const damaged = parity::findPair(calculateParity(bytes) ^ parity, bits());
+    auto const damaged = repair::findPair(calculateParity(bytes) ^ parity, bits());
     if (!damaged) return false;
-    for (auto const position : {damaged->first, damaged->second}) invertBit(bytes, position);
+    for (auto const position : {damaged->first, damaged->second}) repair::invertBit(bytes, position);
     pos1 = static_cast<unsigned char>(damaged->first);
     pos2 = static_cast<unsigned char>(damaged->second);
     return true;

@@ -6,6 +6,7 @@
 #include "core/names.h"
 #include "core/short_bytes.h"
 #include "core/text.h"
+#include "core/wire.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -18,25 +19,24 @@ namespace {
 NameTable const kNames{
     {"AA", "AC", "AF", "AP", "CA", "CF", "DR", "FS", "ID", "MB", "ME", "MV", "PI", "UM", "VS"}, "--"};
 
-NameTable const kFullNames{{"Address announced", "Altitude code", "Application field", "Address/parity",
-                            "Capability", "Control field", "Data selector", "Flight status", "Identity",
-                            "Message, Comm-B", "Message, extended squitter", "Message, ACAS",
-                            "Parity/interrogator identifier", "Utility message", "Vertical status"},
-                           "Unknown field"};
+NameTable const kFullNames{
+    {"Address announced", "Altitude code", "Application field", "Address/parity", "Capability", "Control field",
+        "Data selector", "Flight status", "Identity", "Message, Comm-B", "Message, extended squitter", "Message, ACAS",
+        "Parity/interrogator identifier", "Utility message", "Vertical status"},
+    "Unknown field"};
 static_assert(decltype(kNames)::size() == ModeSMessageField::VS + 1);
 static_assert(decltype(kFullNames)::size() == ModeSMessageField::VS + 1);
 
-NameTable const kFlightStatusNames{{"AIR", "GND", "AIR, ALERT", "GND, ALERT", "ALERT, SPI", "SPI"},
-                                   "UNKNOWN"};
+NameTable const kFlightStatusNames{{"AIR", "GND", "AIR, ALERT", "GND, ALERT", "ALERT, SPI", "SPI"}, "UNKNOWN"};
 NameTable const kVerticalStatusNames{{"AIR", "GND"}, "UNKNOWN"};
 
-// Where the fields stand in the replies. Parity ends the frame, be it a short or a long one.
-constexpr unsigned kAfterFormat = 5;
-constexpr unsigned kAddressPosition = 8;
+// The positions of the fields in the replies. Parity ends the frame, short or long.
+constexpr unsigned kAfterFormat = wire::kFormatBits;
+constexpr unsigned kAddressPosition = wire::kAddressAt;
 constexpr unsigned kCodePosition = 19;
-constexpr unsigned kMessagePosition = 32;
-constexpr unsigned kShortParityPosition = 32;
-constexpr unsigned kLongParityPosition = 88;
+constexpr unsigned kMessagePosition = wire::kPayloadAt;
+constexpr unsigned kShortParityPosition = 8 * wire::kShortFrameBytes - wire::kParityBits;
+constexpr unsigned kLongParityPosition = 8 * wire::kLongFrameBytes - wire::kParityBits;
 
 // The altitude code without its M and Q bits.
 constexpr unsigned kMetricBit = 25;
@@ -48,14 +48,12 @@ constexpr ScatteredBits kAltitude(kAltitudeBits);
 constexpr unsigned kIdentityBits[] = {24, 22, 20, 30, 28, 26, 23, 21, 19, 31, 29, 27};
 constexpr ScatteredBits kIdentity(kIdentityBits);
 
-constexpr std::size_t kMessageStart = 4; // bytes
-constexpr std::size_t kMessageSize = 7;
+constexpr std::size_t kMessageStart = kMessagePosition / 8; // bytes
+constexpr std::size_t kMessageSize = wire::kPayloadBytes;
 
-bool covers(std::string_view frame, unsigned position, unsigned width) {
-    return position + width <= 8 * frame.size();
-}
+bool covers(std::string_view frame, unsigned position, unsigned width) { return position + width <= 8 * frame.size(); }
 
-// The value of a field, if it occurs at `position` and the frame reaches so far. The positions are constants,
+// The value of a field, if it occurs at `position` and the frame is long enough. The positions are constants,
 // so that each becomes a few loads.
 template <unsigned... Positions, class Value>
 bool readField(std::string_view frame, unsigned position, unsigned width, Value& value) {
@@ -87,9 +85,7 @@ std::string ModeSMessageField::description() const { return name() + ":" + fullN
 
 std::string const& ModeSMessageField::designatorName(Designator designator) { return kNames[designator]; }
 
-std::string const& ModeSMessageField::designatorFullName(Designator designator) {
-    return kFullNames[designator];
-}
+std::string const& ModeSMessageField::designatorFullName(Designator designator) { return kFullNames[designator]; }
 
 bool ModeSMessageField::decode(std::string const& data, unsigned char pos) {
     if (!covers(data, pos, bits())) return false;
@@ -128,8 +124,7 @@ bool ModeSMessageFieldAF::decodeImpl(std::string const& data, unsigned char pos)
 ModeSMessageFieldAP::ModeSMessageFieldAP() : ModeSMessageField(AP) {}
 std::string ModeSMessageFieldAP::description() const { return addressParityHexString(); }
 bool ModeSMessageFieldAP::decodeImpl(std::string const& data, unsigned char pos) {
-    return readField<kShortParityPosition, kLongParityPosition>(data, pos, ModeSMessageFieldAP::bits(),
-                                                                _addressParity);
+    return readField<kShortParityPosition, kLongParityPosition>(data, pos, ModeSMessageFieldAP::bits(), _addressParity);
 }
 std::string ModeSMessageFieldAP::addressParityHexString() const { return hexOfNumber(_addressParity); }
 unsigned int ModeSMessageFieldAP::setParity(unsigned int parity) {
@@ -188,12 +183,10 @@ std::string ModeSMessageFieldMV::dataHexString() const { return hexOfBytes(_data
 ModeSMessageFieldPI::ModeSMessageFieldPI() : ModeSMessageField(PI) {}
 std::string ModeSMessageFieldPI::description() const { return parityInterrogatorIdHexString(); }
 bool ModeSMessageFieldPI::decodeImpl(std::string const& data, unsigned char pos) {
-    return readField<kShortParityPosition, kLongParityPosition>(data, pos, ModeSMessageFieldPI::bits(),
-                                                                _parityInterrogatorId);
+    return readField<kShortParityPosition, kLongParityPosition>(
+        data, pos, ModeSMessageFieldPI::bits(), _parityInterrogatorId);
 }
-std::string ModeSMessageFieldPI::parityInterrogatorIdHexString() const {
-    return hexOfNumber(_parityInterrogatorId);
-}
+std::string ModeSMessageFieldPI::parityInterrogatorIdHexString() const { return hexOfNumber(_parityInterrogatorId); }
 void ModeSMessageFieldPI::setParity(unsigned int parity) {
     _parity = parity;
     _interrogatorId = parity ^ _parityInterrogatorId;

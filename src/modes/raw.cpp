@@ -2,10 +2,10 @@
 // The raw encodings: nothing but the bytes of a frame, as they are or in hexadecimal digits.
 #include <modes/modes_encapsulation.h>
 
-#include <modes/log.h>
-
 #include "core/clock.h"
 #include "core/hex.h"
+#include "core/log_if_shown.h"
+#include "core/wire.h"
 #include "modes/frame_record.h"
 
 namespace quorvel::modes {
@@ -17,12 +17,12 @@ ModeSEncapsulation::Records ModeSEncapsulation::extractRawHex(std::string& buffe
 
 ModeSEncapsulation::Records ModeSEncapsulation::extractRawBin(std::string& buffer) {
     Records records;
-    if (buffer.size() == kShortFrameBytes || buffer.size() == kLongFrameBytes) {
+    if (buffer.size() == wire::kShortFrameBytes || buffer.size() == wire::kLongFrameBytes) {
         records.push_back(RecordAccess::make(clock::nowMilliseconds(), buffer));
     } else {
         // the same words for a buffer that is too short
-        Log::log(Log::Warning, kEncapsulationModule, "Raw bin buffer over size (%u), data disgarded",
-                 static_cast<unsigned>(buffer.size()));
+        logIfShown(Log::Warning, kEncapsulationModule, "Raw bin buffer over size (%u), data disgarded",
+            static_cast<unsigned>(buffer.size()));
     }
     buffer.clear();
     return records;

@@ -17,16 +17,15 @@ std::string digits(double number, std::size_t width) {
     return text.size() < width ? std::string(width - text.size(), '0') + text : text;
 }
 
-// Degrees, minutes, seconds and the hemisphere. Seconds are rounded without a carry into the minutes, and 0
-// degrees lies in the southern and western hemisphere (both deliberate).
+// Degrees, minutes, seconds and the hemisphere. Seconds are rounded without a carry into the minutes, and 0 degrees is
+// in the southern and western hemisphere (both deliberate).
 std::string sexagesimal(double coordinate, std::size_t degreeDigits, char positive, char negative) {
     if (!std::isfinite(coordinate)) return {};
     double const magnitude = std::fabs(coordinate);
     double const degrees = std::floor(magnitude);
     double const fraction = magnitude - degrees;
     double const minutes = std::floor(fraction * 60);
-    double const seconds =
-        std::fabs(std::round((fraction - minutes / 60) * 3600)); // no minus before a rounded 0
+    double const seconds = std::fabs(std::round((fraction - minutes / 60) * 3600)); // no minus before a rounded 0
     return digits(degrees, degreeDigits) + digits(minutes, 2) + digits(seconds, 2) +
            (coordinate > 0 ? positive : negative);
 }
@@ -34,8 +33,7 @@ std::string sexagesimal(double coordinate, std::size_t degreeDigits, char positi
 } // namespace
 
 void ADSBTargetReport::setPosition(double latitude, double longitude) {
-    bool const isOnEarth =
-        std::fabs(latitude) <= 90 && std::fabs(longitude) <= 180; // false for what is no number
+    bool const isOnEarth = std::fabs(latitude) <= 90 && std::fabs(longitude) <= 180; // false for what is not a number
     _position.set({latitude, longitude}, isOnEarth);
 }
 

@@ -92,17 +92,11 @@ Element& Element::addAttribute(char const* name, unsigned int value) {
     return addAttribute(name, std::to_string(value));
 }
 
-void Element::toStringOpen(std::ostream& out, unsigned long long indent) const {
-    putOpen(out, *this, indent);
-}
+void Element::toStringOpen(std::ostream& out, unsigned long long indent) const { putOpen(out, *this, indent); }
 
-void Element::toStringContent(std::ostream& out, unsigned long long indent) const {
-    putContent(out, *this, indent);
-}
+void Element::toStringContent(std::ostream& out, unsigned long long indent) const { putContent(out, *this, indent); }
 
-void Element::toStringClose(std::ostream& out, unsigned long long indent) const {
-    putClose(out, *this, indent);
-}
+void Element::toStringClose(std::ostream& out, unsigned long long indent) const { putClose(out, *this, indent); }
 
 Document::Document(Element&& tree)
     : root(withHeadAndBody(std::move(tree))), head(root.children[0]), body(root.children[1]) {}
@@ -111,7 +105,7 @@ Document::Document(char const* title) : Document(Element()) { head.children.empl
 
 Document::Document(Document const& other) : Document(Element(other.root)) {}
 
-// The references cannot be aimed anew, so the document is made anew around the copied tree.
+// The references cannot be reseated, so the document is constructed again around the copied tree.
 Document& Document::operator=(Document const& other) {
     if (this != &other) {
         Element tree = withHeadAndBody(Element(other.root));

@@ -35,16 +35,13 @@ html::Element lineBreak() {
 class Table {
 public:
     template <std::size_t N> explicit Table(char const* const (&headings)[N]) {
-        _element.addAttribute("border", 1U)
-            .addAttribute("cellspacing", 0U)
-            .addAttribute("class", "general_table");
+        _element.addAttribute("border", 1U).addAttribute("cellspacing", 0U).addAttribute("class", "general_table");
         auto& cells = addRow(N);
         for (auto const* heading : headings) cells.children.emplace_back("th", heading);
     }
 
     /// Label, validity, value and times; only a valid item shows its value and times.
-    void row(char const* label, bool valid, std::string value,
-             std::initializer_list<unsigned long long> times) {
+    void row(char const* label, bool valid, std::string value, std::initializer_list<unsigned long long> times) {
         auto& cells = addRow(3 + times.size());
         addCell(cells, label);
         addCell(cells, ADSBTargetReport::boolToString(valid));
@@ -99,17 +96,17 @@ Table staticItems(ADSBTargetReport const& r) {
     table.row("Callsign", r.callsignValid(), r.callsign(), {r.callsignLastChange(), r.callsignLastUpdate()});
     table.row("Squawk", r.squawkValid(), r.squawkString(), {kNoTime, r.squawkLastUpdate()});
     table.row("Emitter Category", r.emitterCategoryValid(), std::to_string(r.emitterCategory()),
-              {r.emitterCategoryLastChange(), r.emitterCategoryLastUpdate()});
+        {r.emitterCategoryLastChange(), r.emitterCategoryLastUpdate()});
     table.row("Ground Status", r.groundStatusValid(), r.groundStatus() ? "GND" : "AIR",
-              {r.groundStatusLastChange(), r.groundStatusLastUpdate()});
+        {r.groundStatusLastChange(), r.groundStatusLastUpdate()});
     table.row("SPI", r.spiStatusValid(), r.spiStatus() ? "SPI" : "NO SPI",
-              {r.spiStatusLastChange(), r.spiStatusLastUpdate()});
+        {r.spiStatusLastChange(), r.spiStatusLastUpdate()});
     table.row("Alert Status", r.alertStatusValid(), r.alertStatus() ? "ALERT" : "NO ALERT",
-              {r.alertStatusLastChange(), r.alertStatusLastUpdate()});
-    table.row("MOPS Version", true, kVersionNames[r.mopsVersion()],
-              {r.mopsVersionLastChange(), r.mopsVersionLastUpdate()});
+        {r.alertStatusLastChange(), r.alertStatusLastUpdate()});
+    table.row(
+        "MOPS Version", true, kVersionNames[r.mopsVersion()], {r.mopsVersionLastChange(), r.mopsVersionLastUpdate()});
     table.row("MOPS Certainty ", true, r.mopsVersionConfirmed() ? "CONFIRMED" : "ASSUMED",
-              {r.mopsVersionLastChange(), r.mopsVersionLastUpdate()});
+        {r.mopsVersionLastChange(), r.mopsVersionLastUpdate()});
     return table;
 }
 
@@ -118,14 +115,14 @@ Table tacticalItems(ADSBTargetReport const& r) {
     table.row("Position", r.positionValid(), r.positionString(), {r.positionLastUpdate()});
     table.row("Latitude", r.positionValid(), fixedSix(r.latitude()), {r.positionLastUpdate()});
     table.row("Longitude", r.positionValid(), fixedSix(r.longitude()), {r.positionLastUpdate()});
-    table.row("Braometric Altitude", r.altitudeBaroValid(), std::to_string(r.altitudeBaro()),
-              {r.altitudeBaroLastUpdate()});
+    table.row(
+        "Braometric Altitude", r.altitudeBaroValid(), std::to_string(r.altitudeBaro()), {r.altitudeBaroLastUpdate()});
     table.row("Ground Speed", r.groundSpeedValid(), fixedSix(r.groundSpeed()), {r.groundSpeedLastUpdate()});
     table.row("Heading", r.headingValid(), fixedSix(r.heading()), {r.headingLastUpdate()});
     table.row("Barometric Vertical Rate", r.verticalRateBaroValid(), std::to_string(r.verticalRateBaro()),
-              {r.verticalRateBaroLastUpdate()});
+        {r.verticalRateBaroLastUpdate()});
     table.row("Signal Amplitude", r.signalAmplitudeValid(), std::to_string(r.signalAmplitude()),
-              {r.signalAmplitudeLastUpdate()});
+        {r.signalAmplitudeLastUpdate()});
     return table;
 }
 

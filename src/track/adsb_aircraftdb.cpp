@@ -2,9 +2,10 @@
 #include <modes/adsb_aircraftdb.h>
 
 #include <modes/adsb_target.h>
-#include <modes/log.h>
 
+#include "core/address_map.h"
 #include "core/file_replacement.h"
+#include "core/log_if_shown.h"
 #include "core/text.h"
 
 #include <rapidcsv.h>
@@ -34,8 +35,8 @@ constexpr std::size_t kDesignatorSize = 3;
 // end with a bare line feed, and every line is a row.
 rapidcsv::Document openDocument(std::string const& path) {
     return rapidcsv::Document(path, rapidcsv::LabelParams(0, -1),
-                              rapidcsv::SeparatorParams(',', false, false, false, true),
-                              rapidcsv::ConverterParams(), rapidcsv::LineReaderParams(false, '#', false));
+        rapidcsv::SeparatorParams(',', false, false, false, true), rapidcsv::ConverterParams(),
+        rapidcsv::LineReaderParams(false, '#', false));
 }
 
 struct Row {
@@ -46,8 +47,7 @@ struct Row {
 
 Row readRow(rapidcsv::Document const& document, std::size_t index) {
     Row row;
-    row.address =
-        static_cast<unsigned int>(std::stoi(document.GetCell<std::string>(colIcaoAddr, index), nullptr, 16));
+    row.address = static_cast<unsigned int>(std::stoi(document.GetCell<std::string>(colIcaoAddr, index), nullptr, 16));
     row.version = document.GetCell<MOPSVersion>(colMOPSVersion, index, ConvMOPSVersion);
     row.airline = document.GetCell<std::string>(colAirline, index);
     return row;
@@ -60,18 +60,18 @@ bool readUsableRow(rapidcsv::Document const& document, std::size_t index, Row& r
     try {
         row = readRow(document, index);
     } catch (std::out_of_range const& exception) {
-        Log::log(Log::Warning, kModule, "Execpeption as row %u: %s.", number, exception.what());
+        logIfShown(Log::Warning, kModule, "Execpeption as row %u: %s.", number, exception.what());
         return false;
     } catch (std::exception const&) {
-        Log::log(Log::Warning, kModule, "Execpeption as row %u.", number);
+        logIfShown(Log::Warning, kModule, "Execpeption as row %u.", number);
         return false;
     }
     if (row.address == 0) {
-        Log::log(Log::Warning, kModule, "Read invalid ICAO address at row %u, skip.", number);
+        logIfShown(Log::Warning, kModule, "Read invalid ICAO address at row %u, skip.", number);
         return false;
     }
     if (row.version == MOPS_UNKNOWN) {
-        Log::log(Log::Warning, kModule, "Read unsupported MOPS version at row %u, skip.", number);
+        logIfShown(Log::Warning, kModule, "Read unsupported MOPS version at row %u, skip.", number);
         return false;
     }
     return true;
@@ -80,11 +80,11 @@ bool readUsableRow(rapidcsv::Document const& document, std::size_t index, Row& r
 // Whether the aircraft can be written; what is wrong with it otherwise goes to the log.
 bool isWritable(std::shared_ptr<Aircraft> const& aircraft) {
     if (!aircraft) {
-        Log::log(Log::Warning, kModule, "Found null aircraft, skip.");
+        logIfShown(Log::Warning, kModule, "Found null aircraft, skip.");
         return false;
     }
     if (aircraft->mopsVersion() >= MOPS_UNKNOWN) {
-        Log::log(Log::Warning, kModule, "Found unsupported MOPS version, skip.");
+        logIfShown(Log::Warning, kModule, "Found unsupported MOPS version, skip.");
         return false;
     }
     return true;
@@ -94,10 +94,10 @@ bool isWritable(std::shared_ptr<Aircraft> const& aircraft) {
 bool beginsWithDesignator(std::string const& callsign) {
     return callsign.size() > kDesignatorSize &&
            std::all_of(callsign.begin(), callsign.begin() + kDesignatorSize,
-                       [](char letter) { return std::isupper(static_cast<unsigned char>(letter)) != 0; });
+               [](char letter) { return std::isupper(static_cast<unsigned char>(letter)) != 0; });
 }
 
-// A stream that is full may fail when it is closed, where nobody hears of it any more. Files that end in
+// A stream that is full may fail when it is closed, where the error would go unnoticed. Files that end in
 // nothing, such as devices, have nothing to count.
 void requireWhole(std::string const& path, std::size_t lines) {
     if (!std::filesystem::is_regular_file(path)) return;
@@ -117,19 +117,31 @@ Aircraft::Aircraft(unsigned int const& icaoAddr) : _icaoAddr(icaoAddr) {}
 
 std::string Aircraft::icaoAddrString() const { return formatted("%6.6X", _icaoAddr); }
 
+struct AircraftDB::Impl {
+    AddressMap<std::shared_ptr<Aircraft>> aircraft;
+    std::string fileName;
+};
+
+AircraftDB::AircraftDB() : _impl(std::make_unique<Impl>()) {}
+AircraftDB::AircraftDB(AircraftDB const& other) : _impl(std::make_unique<Impl>(*other._impl)) {}
+AircraftDB::AircraftDB(AircraftDB&& other) noexcept = default;
+AircraftDB& AircraftDB::operator=(AircraftDB const& other) { return *this = AircraftDB(other); }
+AircraftDB& AircraftDB::operator=(AircraftDB&& other) noexcept = default;
+AircraftDB::~AircraftDB() = default;
+
 std::shared_ptr<Aircraft> AircraftDB::findAircraft(unsigned int const& icao) const {
-    auto const* found = _aircraft.find(icao);
+    auto const* found = _impl->aircraft.find(icao);
     return found ? *found : nullptr;
 }
 
 std::shared_ptr<Aircraft> AircraftDB::createAircraft(unsigned int const& icao) {
-    auto& aircraft = _aircraft[icao];
+    auto& aircraft = _impl->aircraft[icao];
     if (!aircraft) aircraft = std::make_shared<Aircraft>(icao);
     return aircraft;
 }
 
 void AircraftDB::updateAircraft(std::shared_ptr<Aircraft> const& aircraft) {
-    if (aircraft) _aircraft[aircraft->icaoAddr()] = aircraft;
+    if (aircraft) _impl->aircraft[aircraft->icaoAddr()] = aircraft;
 }
 
 void AircraftDB::updateAircraft(std::shared_ptr<ADSBTarget const> const& target) {
@@ -142,12 +154,11 @@ void AircraftDB::updateAircraft(std::shared_ptr<ADSBTarget const> const& target)
 
 bool AircraftDB::load(std::string const& fileName) {
     if (fileName.empty()) return false;
-    _fileName = fileName;
+    _impl->fileName = fileName;
     auto const document = openDocument(fileName);
-    // a file without even a header has a row less than none
+    // a file without even a header counts as minus one rows
     auto const rows = static_cast<std::size_t>(std::max(0LL, static_cast<long long>(document.GetRowCount())));
-    Log::log(Log::Debug, kModule, "Loading %u rows from file: %s", static_cast<unsigned int>(rows),
-             fileName.c_str());
+    logIfShown(Log::Debug, kModule, "Loading %u rows from file: %s", static_cast<unsigned int>(rows), fileName.c_str());
     for (std::size_t index = 0; index < rows; ++index) {
         Row row;
         if (!readUsableRow(document, index, row)) continue;
@@ -160,32 +171,30 @@ bool AircraftDB::load(std::string const& fileName) {
 
 bool AircraftDB::save(std::string const& fileName) {
     if (fileName.empty()) return false;
-    _fileName = fileName;
-    Log::log(Log::Debug, kModule, "Saving to file: %s", fileName.c_str());
+    _impl->fileName = fileName;
+    logIfShown(Log::Debug, kModule, "Saving to file: %s", fileName.c_str());
 
     auto document = openDocument("");
     document.SetColumnName(0, colIcaoAddr);
     document.SetColumnName(1, colMOPSVersion);
     document.SetColumnName(2, colAirline);
     std::size_t rows = 0;
-    for (auto const address : _aircraft.addresses()) {
-        auto const& aircraft = *_aircraft.find(address);
+    for (auto const address : _impl->aircraft.addresses()) {
+        auto const& aircraft = *_impl->aircraft.find(address);
         if (!isWritable(aircraft)) continue;
         document.InsertRow<std::string>(
-            rows++,
-            {formatted("%6.6X", address), std::to_string(aircraft->mopsVersion()), aircraft->airline()});
+            rows++, {formatted("%6.6X", address), std::to_string(aircraft->mopsVersion()), aircraft->airline()});
     }
     FileReplacement replacement(fileName);
     document.Save(replacement.path());
     requireWhole(replacement.path(), rows + 1);
     replacement.commit();
-    Log::log(Log::Debug, kModule, "Saved %u rows to file: %s", static_cast<unsigned int>(rows),
-             fileName.c_str());
+    logIfShown(Log::Debug, kModule, "Saved %u rows to file: %s", static_cast<unsigned int>(rows), fileName.c_str());
     return true;
 }
 
 bool AircraftDB::save() {
-    auto const fileName = _fileName; // save stores the name
+    auto const fileName = _impl->fileName; // save stores the name
     return save(fileName);
 }
 

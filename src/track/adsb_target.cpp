@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <modes/adsb_target.h>
 
-#include <modes/log.h>
-
+#include "core/log_if_shown.h"
 #include "track/global_position.h"
 #include "track/quality_indicators.h"
 
@@ -14,12 +13,12 @@ namespace {
 
 std::string const kModule = "ADSBTarget";
 
-// Deliberate: hosts know this text, capital O included, which is no standard conversion. It reaches the
+// Deliberate: hosts know this text, capital O included, which is not a standard conversion. It reaches the
 // formatting as an argument, which compilers do not check as they check literals.
 constexpr char kSquawkChange[] = "Squawk Change old = %.4O new = %.4O";
 
 void logNumbers(Log::Level level, char const* format, unsigned int before, unsigned int after) {
-    Log::log(level, kModule, format, before, after);
+    logIfShown(level, kModule, format, before, after);
 }
 
 template <class Counts> unsigned int countAt(Counts const& counts, std::size_t index) {
@@ -38,9 +37,7 @@ unsigned int ADSBTarget::statisticDfMsgCount(DFMessage::DownlinkFormat format) c
     return countAt(_dfCounts, format);
 }
 
-unsigned int ADSBTarget::statisticDfMsgCount() const {
-    return std::accumulate(_dfCounts.begin(), _dfCounts.end(), 0U);
-}
+unsigned int ADSBTarget::statisticDfMsgCount() const { return std::accumulate(_dfCounts.begin(), _dfCounts.end(), 0U); }
 
 unsigned int ADSBTarget::statisticADSBMsgCount(ADSBMessage::ADSBMessageType type) const {
     return countAt(_adsbCounts, type);
@@ -50,14 +47,12 @@ void ADSBTarget::setLastUpdate(unsigned long long time) { _lastUpdate = time; }
 
 void ADSBTarget::setCallsign(std::string const& callsign, unsigned long long time) {
     if (_callsign.isChange(callsign) && !_callsign.value.empty()) {
-        Log::log(Log::Info, kModule, "Callsign Change old = %s new = %s", _callsign.value.c_str(),
-                 callsign.c_str());
+        logIfShown(Log::Info, kModule, "Callsign Change old = %s new = %s", _callsign.value.c_str(), callsign.c_str());
     }
     _callsign.report(callsign, time);
 }
 
-void ADSBTarget::setCallsign(std::string const& callsign, unsigned long long time,
-                             unsigned long long change) {
+void ADSBTarget::setCallsign(std::string const& callsign, unsigned long long time, unsigned long long change) {
     setCallsign(callsign, time);
     _callsign.lastChange = change;
 }
@@ -69,8 +64,7 @@ void ADSBTarget::setEmitterCategory(unsigned char category, unsigned long long t
     _emitterCategory.report(category, time);
 }
 
-void ADSBTarget::setEmitterCategory(unsigned char category, unsigned long long time,
-                                    unsigned long long change) {
+void ADSBTarget::setEmitterCategory(unsigned char category, unsigned long long time, unsigned long long change) {
     setEmitterCategory(category, time);
     _emitterCategory.lastChange = change;
 }
@@ -90,13 +84,9 @@ void ADSBTarget::setSignalAmplitude(unsigned char amplitude, unsigned long long 
     _signalAmplitude.report(amplitude, time);
 }
 
-void ADSBTarget::setAltitudeBaro(int altitude, unsigned long long time) {
-    _altitudeBaro.report(altitude, time);
-}
+void ADSBTarget::setAltitudeBaro(int altitude, unsigned long long time) { _altitudeBaro.report(altitude, time); }
 
-void ADSBTarget::setGroundSpeed(double groundSpeed, unsigned long long time) {
-    _groundSpeed.report(groundSpeed, time);
-}
+void ADSBTarget::setGroundSpeed(double groundSpeed, unsigned long long time) { _groundSpeed.report(groundSpeed, time); }
 
 void ADSBTarget::setHeading(double heading, unsigned long long time) {
     _heading.report(heading, time);
@@ -113,14 +103,14 @@ void ADSBTarget::setGroundStatus(GroundStatus status, unsigned long long time) {
 
 void ADSBTarget::setSpi(bool spi, unsigned long long time) {
     if (spi != _spi.value) {
-        Log::log(Log::Info, kModule, "SPI change old = %d new = %d", _spi.value, spi);
+        logIfShown(Log::Info, kModule, "SPI change old = %d new = %d", _spi.value, spi);
     }
     _spi.report(spi, time);
 }
 
 void ADSBTarget::setAlert(bool alert, unsigned long long time) {
     if (alert != _alert.value) {
-        Log::log(Log::Info, kModule, "Alert status change old = %d new = %d", _alert.value, alert);
+        logIfShown(Log::Info, kModule, "Alert status change old = %d new = %d", _alert.value, alert);
     }
     _alert.report(alert, time);
 }
@@ -173,9 +163,8 @@ void ADSBTarget::resetQualityIndicators() {
 }
 
 void ADSBTarget::updateQualityIndicators(unsigned char typeCode, unsigned long long time) {
-    NICSupplements const supplements{NICSupplements::stateOf(_nicSupplementA),
-                                     NICSupplements::stateOf(_nicSupplementB),
-                                     NICSupplements::stateOf(_nicSupplementC)};
+    NICSupplements const supplements{NICSupplements::stateOf(_nicSupplementA), NICSupplements::stateOf(_nicSupplementB),
+        NICSupplements::stateOf(_nicSupplementC)};
     auto const setPositionQuality = [&](PositionQuality const& quality) {
         setNUCp(quality.nucp, time);
         setNIC(quality.nic, time);

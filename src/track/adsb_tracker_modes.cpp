@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <modes/adsb_tracker.h>
 
-#include <modes/log.h>
-
 #include "core/exact_class.h"
-#include "track/tracker_module.h"
+#include "core/log_if_shown.h"
+#include "track/adsb_tracker_impl.h"
 
 #include <iterator>
 
@@ -48,7 +47,7 @@ bool isTrusted(ModeSMessage const& reply) { return reply.confidence() >= ModeSMe
 
 // The target of a reply that may make one: stamped, given what `copy` takes from the reply, and counted.
 template <class Reply, class Copy>
-std::shared_ptr<ADSBTarget> ADSBTracker::trackTrusted(Reply const& reply, Copy const& copy) {
+std::shared_ptr<ADSBTarget> ADSBTracker::Impl::trackTrusted(Reply const& reply, Copy const& copy) {
     if (!isTrusted(reply)) return {};
     auto target = createTarget(reply.icaoAddress());
     if (!target) return {};
@@ -59,36 +58,36 @@ std::shared_ptr<ADSBTarget> ADSBTracker::trackTrusted(Reply const& reply, Copy c
     return target;
 }
 
-template <class Reply> std::shared_ptr<ADSBTarget> ADSBTracker::trackAirAir(Reply const& reply) {
+template <class Reply> std::shared_ptr<ADSBTarget> ADSBTracker::Impl::trackAirAir(Reply const& reply) {
     return trackTrusted(reply, [&](ADSBTarget& target, auto time) {
         copyVerticalStatus(target, reply.constFieldVS(), time);
         updateAltitude(target, reply.constFieldAC().altitude(), time);
     });
 }
 
-template <class Reply> std::shared_ptr<ADSBTarget> ADSBTracker::trackAltitude(Reply const& reply) {
+template <class Reply> std::shared_ptr<ADSBTarget> ADSBTracker::Impl::trackAltitude(Reply const& reply) {
     return trackTrusted(reply, [&](ADSBTarget& target, auto time) {
         copyFlightStatus(target, reply.constFieldFS(), time);
         updateAltitude(target, reply.constFieldAC().altitude(), time);
     });
 }
 
-template <class Reply> std::shared_ptr<ADSBTarget> ADSBTracker::trackIdentity(Reply const& reply) {
+template <class Reply> std::shared_ptr<ADSBTarget> ADSBTracker::Impl::trackIdentity(Reply const& reply) {
     return trackTrusted(reply, [&](ADSBTarget& target, auto time) {
         copyFlightStatus(target, reply.constFieldFS(), time);
         target.setSquawk(reply.constFieldID().identity(), time);
     });
 }
 
-std::shared_ptr<ADSBTarget> ADSBTracker::track(DF0Message const& reply) { return trackAirAir(reply); }
-std::shared_ptr<ADSBTarget> ADSBTracker::track(DF4Message const& reply) { return trackAltitude(reply); }
-std::shared_ptr<ADSBTarget> ADSBTracker::track(DF5Message const& reply) { return trackIdentity(reply); }
-std::shared_ptr<ADSBTarget> ADSBTracker::track(DF16Message const& reply) { return trackAirAir(reply); }
-std::shared_ptr<ADSBTarget> ADSBTracker::track(DF20Message const& reply) { return trackAltitude(reply); }
-std::shared_ptr<ADSBTarget> ADSBTracker::track(DF21Message const& reply) { return trackIdentity(reply); }
+std::shared_ptr<ADSBTarget> ADSBTracker::Impl::track(DF0Message const& reply) { return trackAirAir(reply); }
+std::shared_ptr<ADSBTarget> ADSBTracker::Impl::track(DF4Message const& reply) { return trackAltitude(reply); }
+std::shared_ptr<ADSBTarget> ADSBTracker::Impl::track(DF5Message const& reply) { return trackIdentity(reply); }
+std::shared_ptr<ADSBTarget> ADSBTracker::Impl::track(DF16Message const& reply) { return trackAirAir(reply); }
+std::shared_ptr<ADSBTarget> ADSBTracker::Impl::track(DF20Message const& reply) { return trackAltitude(reply); }
+std::shared_ptr<ADSBTarget> ADSBTracker::Impl::track(DF21Message const& reply) { return trackIdentity(reply); }
 
 // An all-call reply makes no target.
-std::shared_ptr<ADSBTarget> ADSBTracker::track(DF11Message const& reply) {
+std::shared_ptr<ADSBTarget> ADSBTracker::Impl::track(DF11Message const& reply) {
     if (!isTrusted(reply)) return {};
     auto target = findTarget(reply.icaoAddress());
     if (!target) return {};
@@ -100,12 +99,12 @@ std::shared_ptr<ADSBTarget> ADSBTracker::track(DF11Message const& reply) {
 }
 
 // A reply that is not of the class of its format is ignored.
-template <class Reply> std::shared_ptr<ADSBTarget> ADSBTracker::trackAs(DFMessage const& reply) {
+template <class Reply> std::shared_ptr<ADSBTarget> ADSBTracker::Impl::trackAs(DFMessage const& reply) {
     auto const* known = asClass<Reply>(reply);
     return known ? track(*known) : nullptr;
 }
 
-std::shared_ptr<ADSBTarget> ADSBTracker::track(DFMessage const& reply) {
+std::shared_ptr<ADSBTarget> ADSBTracker::Impl::track(DFMessage const& reply) {
     switch (reply.downlinkFormat()) {
     case DFMessage::DF0: return trackAs<DF0Message>(reply);
     case DFMessage::DF4: return trackAs<DF4Message>(reply);
@@ -116,53 +115,53 @@ std::shared_ptr<ADSBTarget> ADSBTracker::track(DFMessage const& reply) {
     case DFMessage::DF20: return trackAs<DF20Message>(reply);
     case DFMessage::DF21: return trackAs<DF21Message>(reply);
     default:
-        Log::log(Log::Warning, kTrackerModule, "Unsupported %s message detected.",
-                 reply.downlinkFormatName().c_str());
+        logIfShown(
+            Log::Warning, kTrackerModule, "Unsupported %s message detected.", reply.downlinkFormatName().c_str());
         return {};
     }
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::procModeSMsg(std::shared_ptr<ModeSMessage> const& message) {
     if (!message || message->modeSMsgType() != ModeSMessage::DOWNLINK) return {};
-    auto const* reply = asBaseOf<DFMessage, DF17Message, DF11Message, DF4Message, DF5Message, DF20Message,
-                                 DF21Message, DF0Message, DF16Message>(*message);
-    return reply ? track(*reply) : nullptr;
+    auto const* reply = asBaseOf<DFMessage, DF17Message, DF11Message, DF4Message, DF5Message, DF20Message, DF21Message,
+        DF0Message, DF16Message>(*message);
+    return reply ? _impl->track(*reply) : nullptr;
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::procDFMsg(std::shared_ptr<DFMessage> const& message) {
-    return message ? track(*message) : nullptr;
+    return message ? _impl->track(*message) : nullptr;
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::procDF0Msg(std::shared_ptr<DF0Message> const& message) {
-    return message ? track(*message) : nullptr;
+    return message ? _impl->track(*message) : nullptr;
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::procDF4Msg(std::shared_ptr<DF4Message> const& message) {
-    return message ? track(*message) : nullptr;
+    return message ? _impl->track(*message) : nullptr;
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::procDF5Msg(std::shared_ptr<DF5Message> const& message) {
-    return message ? track(*message) : nullptr;
+    return message ? _impl->track(*message) : nullptr;
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::procDF11Msg(std::shared_ptr<DF11Message> const& message) {
-    return message ? track(*message) : nullptr;
+    return message ? _impl->track(*message) : nullptr;
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::procDF16Msg(std::shared_ptr<DF16Message> const& message) {
-    return message ? track(*message) : nullptr;
+    return message ? _impl->track(*message) : nullptr;
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::procDF17Msg(std::shared_ptr<DF17Message> const& message) {
-    return message ? track(*message) : nullptr;
+    return message ? _impl->track(*message) : nullptr;
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::procDF20Msg(std::shared_ptr<DF20Message> const& message) {
-    return message ? track(*message) : nullptr;
+    return message ? _impl->track(*message) : nullptr;
 }
 
 std::shared_ptr<ADSBTarget> ADSBTracker::procDF21Msg(std::shared_ptr<DF21Message> const& message) {
-    return message ? track(*message) : nullptr;
+    return message ? _impl->track(*message) : nullptr;
 }
 
 } // namespace quorvel::modes

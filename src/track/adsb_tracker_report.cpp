@@ -3,6 +3,8 @@
 
 #include <modes/adsb_target_report.h>
 
+#include "track/adsb_tracker_impl.h"
+
 namespace quorvel::modes {
 
 // Taking over a report that was made elsewhere.
@@ -14,8 +16,8 @@ void importIdentity(ADSBTarget& target, ADSBTargetReport const& report) {
         target.setCallsign(report.callsign(), report.callsignLastUpdate(), report.callsignLastChange());
     }
     if (report.emitterCategoryValid()) {
-        target.setEmitterCategory(report.emitterCategory(), report.emitterCategoryLastUpdate(),
-                                  report.emitterCategoryLastChange());
+        target.setEmitterCategory(
+            report.emitterCategory(), report.emitterCategoryLastUpdate(), report.emitterCategoryLastChange());
     }
     if (report.squawkValid()) target.setSquawk(report.squawk(), report.squawkLastUpdate());
 }
@@ -30,8 +32,8 @@ void importMotion(ADSBTarget& target, ADSBTargetReport const& report) {
         target.setVerticalRateBaro(report.verticalRateBaro(), report.verticalRateBaroLastUpdate());
     }
     if (report.groundStatusValid()) {
-        target.setGroundStatus(report.groundStatus() ? ADSBTarget::ON_GROUND : ADSBTarget::AIRBORNE,
-                               report.groundStatusLastUpdate());
+        target.setGroundStatus(
+            report.groundStatus() ? ADSBTarget::ON_GROUND : ADSBTarget::AIRBORNE, report.groundStatusLastUpdate());
     }
 }
 
@@ -39,9 +41,9 @@ void importMotion(ADSBTarget& target, ADSBTargetReport const& report) {
 
 std::shared_ptr<ADSBTarget> ADSBTracker::procTargetReport(std::shared_ptr<ADSBTargetReport> const& report) {
     if (!report || !report->valid()) return {};
-    auto target = createTarget(report->icaoAddress());
+    auto target = _impl->createTarget(report->icaoAddress());
     if (!target) return {};
-    renumber(*target, report->trackIdValid() ? report->trackId() : 0);
+    _impl->renumber(*target, report->trackIdValid() ? report->trackId() : 0);
     target->setLastUpdate(report->lastUpdate());
     importIdentity(*target, *report);
     if (report->positionValid()) {
@@ -51,7 +53,7 @@ std::shared_ptr<ADSBTarget> ADSBTracker::procTargetReport(std::shared_ptr<ADSBTa
         target->setSignalAmplitude(report->signalAmplitude(), report->signalAmplitudeLastUpdate());
     }
     if (report->altitudeBaroValid()) {
-        updateTargetAltituteBaro(target, report->altitudeBaro(), report->altitudeBaroLastUpdate());
+        _impl->updateAltitude(*target, report->altitudeBaro(), report->altitudeBaroLastUpdate());
     }
     importMotion(*target, *report);
     return target;

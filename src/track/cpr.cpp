@@ -8,7 +8,7 @@
 
 namespace quorvel::modes {
 
-// Every pair of arguments is defined, also where the hardware's arithmetic is not.
+// Every pair of arguments is defined, even where the hardware's arithmetic is not.
 
 int cprModFunction(int a, int b) {
     if (b == 0 || b == -1) return 0;

@@ -47,8 +47,8 @@ std::optional<GlobalPosition> globalPosition(detail::CPRFrame const& even, detai
     int const zones = cprNLFunction(evenLatitude);
     if (zones != cprNLFunction(oddLatitude)) return {};
 
-    int const longitudeZone = zoneNumber(static_cast<double>(even.longitude) * (zones - 1) -
-                                         static_cast<double>(odd.longitude) * zones);
+    int const longitudeZone =
+        zoneNumber(static_cast<double>(even.longitude) * (zones - 1) - static_cast<double>(odd.longitude) * zones);
     auto const time = std::max(even.time, odd.time);
     if (even.time > odd.time) {
         return GlobalPosition{evenLatitude, longitudeOf(zones, longitudeZone, even.longitude), time};

@@ -15,7 +15,7 @@ constexpr int kMostLongitudeZones = 59;
 //     NL = 2 pi / arccos(1 - (1 - cos(pi / 30)) / cos^2(latitude))
 //
 // for NL = 59 to 3, rounded to eight decimals, and 87 for NL = 2. The rounded values are the ones that count
-// (ICAO Doc 9871, C.2.6.2), so they stand here as data; a test holds them against the formula.
+// (ICAO Doc 9871, C.2.6.2), so they are listed here as data; a test compares them with the formula.
 // clang-format off
 constexpr std::array<double, kMostLongitudeZones - 1> kTransitionLatitudes = {
     10.47047130, 14.82817437, 18.18626357, 21.02939493, 23.54504487, 25.82924707,
@@ -31,8 +31,8 @@ constexpr std::array<double, kMostLongitudeZones - 1> kTransitionLatitudes = {
 };
 // clang-format on
 
-// For each whole degree, how many transitions lie at it or below: where the search for a latitude starts. Two
-// transitions at most lie within one degree.
+// For each whole degree, how many transitions are at it or below: where the search for a latitude starts. At most two
+// transitions are within one degree.
 constexpr auto transitionsByDegree() {
     std::array<unsigned char, 87> below{};
     for (std::size_t degree = 0; degree < below.size(); ++degree) {
@@ -43,7 +43,7 @@ constexpr auto transitionsByDegree() {
 constexpr auto kTransitionsByDegree = transitionsByDegree();
 
 /// Number of longitude zones at a latitude in degrees, 59 to 1. A transition belongs to the lower number, and
-/// what is no number compares below none of them.
+/// what is not a number compares below none of them.
 inline int longitudeZones(double latitude) {
     auto const distance = std::abs(latitude);
     if (!(distance < kTransitionLatitudes.back())) return 1;

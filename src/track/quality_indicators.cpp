@@ -95,8 +95,8 @@ template <class Row, std::size_t N> Row rowOf(Row const (&table)[N], unsigned ch
 }
 
 template <std::size_t N>
-PositionQuality withSupplements(SupplementRule const (&rules)[N], unsigned char typeCode,
-                                NICSupplements const& supplements) {
+PositionQuality withSupplements(
+    SupplementRule const (&rules)[N], unsigned char typeCode, NICSupplements const& supplements) {
     for (auto const& rule : rules) {
         if (rule.typeCode == typeCode && (rule.a & supplements.a) && (rule.b & supplements.b) &&
             (rule.c & supplements.c)) {

@@ -6,9 +6,8 @@
 namespace quorvel::modes {
 
 std::size_t TargetIndex::placeOf(unsigned int address) const {
-    auto const place =
-        std::lower_bound(_order.begin(), _order.end(), address,
-                         [](Entry const& entry, unsigned int wanted) { return entry.address < wanted; });
+    auto const place = std::lower_bound(_order.begin(), _order.end(), address,
+        [](Entry const& entry, unsigned int wanted) { return entry.address < wanted; });
     return static_cast<std::size_t>(place - _order.begin());
 }
 

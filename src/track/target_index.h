@@ -2,8 +2,8 @@
 #pragma once
 
 #include <modes/adsb_target.h>
-#include <modes/detail/address_map.h>
 
+#include "core/address_map.h"
 #include "track/track_numbers.h"
 
 #include <cstddef>
@@ -27,9 +27,7 @@ public:
 
     /// The target at a place in ascending order of addresses.
     ADSBTarget const& at(std::size_t place) const { return *_order[place].target; }
-    std::shared_ptr<ADSBTarget> const& sharedAt(std::size_t place) const {
-        return *_index.find(_order[place].address);
-    }
+    std::shared_ptr<ADSBTarget> const& sharedAt(std::size_t place) const { return *_index.find(_order[place].address); }
 
     /// The place of the first address from `address` on.
     std::size_t placeOf(unsigned int address) const;
@@ -40,10 +38,10 @@ public:
     /// Adds a target whose address is not in the table, with the number it holds.
     void insert(std::shared_ptr<ADSBTarget> const& target);
 
-    /// Takes the target of the address out; empty when there is none.
+    /// Removes and returns the target of the address; empty when there is none.
     std::shared_ptr<ADSBTarget> remove(unsigned int address);
 
-    /// Tells that a target holds another number from now on.
+    /// Records that a target holds another number from now on.
     void renumber(unsigned int from, unsigned int to);
 
 private:
@@ -52,7 +50,7 @@ private:
         ADSBTarget const* target;
     };
 
-    detail::AddressMap<std::shared_ptr<ADSBTarget>> _index;
+    AddressMap<std::shared_ptr<ADSBTarget>> _index;
     std::vector<Entry> _order;
     TrackNumbers _numbers;
 };

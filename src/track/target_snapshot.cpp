@@ -5,8 +5,8 @@
 
 namespace quorvel::modes {
 
-// The snapshot of a target. Setters of the report judge the validity of what they are given; the target's own
-// verdict is written after each of them and counts.
+// The snapshot of a target. Setters of the report judge the validity of what they are given; the target's own verdict
+// is written after each of them and prevails.
 
 namespace {
 

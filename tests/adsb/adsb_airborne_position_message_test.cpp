@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the message is before it decodes, and when it is decoded again or fails; what it makes of payloads
-// stands in tests/vectors.
+// is tested in tests/vectors.
 #include <modes/adsb_airborne_position_message.h>
 
 #include "support/captured_log.h"
@@ -49,7 +49,6 @@ TEST(AirbornePosition, EndsItsAltitudeInTheLastByte) {
     EXPECT_EQ(message.cprLatitude(), 93000U);
     EXPECT_EQ(message.cprLongitude(), 51372U);
     EXPECT_EQ(message.cprFormat(), 1U);
-    EXPECT_EQ(message.fields().size(), 9U)
-        << "the base class knows nothing of the bit that versions differ in";
+    EXPECT_EQ(message.fields().size(), 9U) << "the base class knows nothing of the bit that versions differ in";
     EXPECT_EQ(message.description(), "TC=POS_AIR, AT=BARO, ALT=38050, CPR=EVEN, LAT=93000, LON=51372");
 }

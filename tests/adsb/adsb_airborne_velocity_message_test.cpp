@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the message is before it decodes, and when it is decoded again or fails; what it makes of payloads
-// stands in tests/vectors.
+// is tested in tests/vectors.
 #include <modes/adsb_airborne_velocity_message.h>
 
 #include "support/captured_log.h"
@@ -40,20 +40,29 @@ TEST(AirborneVelocity, IsThatOfItsComponents) {
     EXPECT_EQ(message.description(), "TC=AIR_VEL, ST=GS, GS=12.7279, HDG=315, VR=960");
 }
 
+// The standard has it the other way round: 0 is GNSS.
+TEST(AirborneVelocity, TakesASourceBitOf0ForBarometric) {
+    for (unsigned const bit : {0U, 1U}) {
+        ADSBAirborneVelocityMessage message;
+        ASSERT_TRUE(message.decode(withBits(withBits(test::payload(19, 1), 13, 22, 0x200802), 35, 1, bit)));
+        EXPECT_EQ(message.verticalRateSource(),
+            bit == 0 ? ADSBAirborneVelocityMessage::BARO : ADSBAirborneVelocityMessage::GNSS);
+    }
+}
+
 TEST(AirborneVelocity, KeepsTheSubtypeOfAnAirspeedItRejects) {
     for (unsigned const subtype : {3U, 4U}) {
         CapturedLog log;
         ADSBAirborneVelocityMessageV0 message;
         EXPECT_FALSE(message.decode(test::payload(19, subtype)));
-        EXPECT_THAT(log.take(),
-                    Holds(Log::Warning, "ADSBAirVelMsg", "Unsupported AIR_SPD message detected."));
+        EXPECT_THAT(log.take(), Holds(Log::Warning, "ADSBAirVelMsg", "Unsupported AIR_SPD message detected."));
         EXPECT_EQ(message.velocityType(), subtype);
         auto const fields = message.fields();
         ASSERT_EQ(fields.size(), 3U);
         EXPECT_EQ(fields[2].name(), "SUB_TYPE");
         EXPECT_EQ(fields[2].description(), subtype == 3 ? "AIR_SPEED" : "AIR_SPEED_SUPER_SONIC");
         EXPECT_EQ(message.description(),
-                  subtype == 3 ? "TC=AIR_VEL, ST=AS, VR=0, NUCr=0" : "TC=AIR_VEL, ST=AS_SS, VR=0, NUCr=0");
+            subtype == 3 ? "TC=AIR_VEL, ST=AS, VR=0, NUCr=0" : "TC=AIR_VEL, ST=AS_SS, VR=0, NUCr=0");
     }
 }
 
@@ -62,8 +71,7 @@ TEST(AirborneVelocity, ListsNothingOfAnUnknownSubtype) {
         CapturedLog log;
         ADSBAirborneVelocityMessage message;
         EXPECT_FALSE(message.decode(test::payload(19, subtype)));
-        EXPECT_THAT(log.take(),
-                    Holds(Log::Error, "ADSBAirVelMsg", "Unknown Subtype=" + std::to_string(subtype) + "."));
+        EXPECT_THAT(log.take(), Holds(Log::Error, "ADSBAirVelMsg", "Unknown Subtype=" + std::to_string(subtype) + "."));
         EXPECT_EQ(message.fields().size(), 2U);
         EXPECT_EQ(message.velocityType(), ADSBAirborneVelocityMessage::GROUND_SPEED);
     }

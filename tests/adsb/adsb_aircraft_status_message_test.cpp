@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the message is before it decodes, and when it is decoded again or fails; what it makes of payloads
-// stands in tests/vectors.
+// is tested in tests/vectors.
 #include <modes/adsb_aircraft_status_message.h>
 
 #include "support/captured_log.h"
@@ -34,8 +34,7 @@ TEST(AircraftStatus, TellsTheEmergency) {
     CapturedLog log;
     ASSERT_TRUE(message.decode(test::payload(28, 0)));
     EXPECT_THAT(log.take(), Holds(Log::Error, "ADSBAcStatMsg", "Unsupported subtype 0 detected."));
-    EXPECT_EQ(message.emergencyState(), ADSBAircraftStatusMessage::EmergencyState::HIJACK)
-        << "kept by other subtypes";
+    EXPECT_EQ(message.emergencyState(), ADSBAircraftStatusMessage::EmergencyState::HIJACK) << "kept by other subtypes";
     EXPECT_EQ(message.fields().back().description(), "HIJACK");
 
     EXPECT_FALSE(message.decode(test::payload(28, 3)));

@@ -35,8 +35,7 @@ TEST(ADSBDecoder, ReportsReservedTypeCodes) {
             auto const payload = std::string(1, static_cast<char>(code << 3)) + std::string(6, '\0');
             EXPECT_FALSE(decoder.decode(static_cast<MOPSVersion>(version), payload));
             EXPECT_THAT(log.take(),
-                        Holds(Log::Warning, "ADSBDecoder",
-                              "Unsupported type code = " + std::to_string(code) + " (Reserved)."));
+                Holds(Log::Warning, "ADSBDecoder", "Unsupported type code = " + std::to_string(code) + " (Reserved)."));
         }
     }
 }
@@ -50,7 +49,7 @@ TEST(ADSBDecoder, TakesEveryVersionFromUnknownUpForUnknown) {
         EXPECT_TRUE(decoder.decode(unknown, fromHex("B8000000000000"))) << "and test messages";
         CapturedLog log;
         for (auto const* payload :
-             {"58C382D690C8AC", "99440994083817", "E1000000000000", "EA000000000000", "F8000000004000"}) {
+            {"58C382D690C8AC", "99440994083817", "E1000000000000", "EA000000000000", "F8000000004000"}) {
             EXPECT_FALSE(decoder.decode(unknown, fromHex(payload)));
         }
         EXPECT_THAT(log.take(), IsEmpty());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the message is before it decodes, and when it is decoded again or fails; what it makes of payloads
-// stands in tests/vectors.
+// is tested in tests/vectors.
 #include <modes/adsb_identity_message.h>
 
 #include "support/bytes.h"

@@ -10,17 +10,56 @@ using namespace quorvel::modes;
 namespace {
 
 char const* const kNames[] = {
-    "TYPE",    "TYPE_CODE",  "EMT_SET",  "EMT_CAT",  "CHAR_1",   "CHAR_2",    "CHAR_3",     "CHAR_4",
-    "CHAR_5",  "CHAR_6",     "CHAR_7",   "CHAR_8",   "MOV_CODE", "GND_SPD",   "HDG_STATE",  "HDG",
-    "SAF",     "NIC_SUPP_B", "ALT_SRC",  "ALT_RES",  "ALT",      "T",         "CPR_FMT",    "CPR_LAT",
-    "CPR_LON", "SUB_TYPE",   "NUC_R",    "DIR_EW",   "DIR_NS",   "VEL_EW",    "VEL_NS",     "VR_SRC",
-    "VR_SIGN", "VR",         "SUB_TYPE", "DATA",     "SUB_TYPE", "EMG_STATE", "MODE_A",     "SUB_TYPE",
-    "NAC_P",   "NIC_BARO",   "SIL",      "SIL_SUPP", "SUB_TYPE", "VER_NUM",   "NIC_SUPP_A",
+    "TYPE",
+    "TYPE_CODE",
+    "EMT_SET",
+    "EMT_CAT",
+    "CHAR_1",
+    "CHAR_2",
+    "CHAR_3",
+    "CHAR_4",
+    "CHAR_5",
+    "CHAR_6",
+    "CHAR_7",
+    "CHAR_8",
+    "MOV_CODE",
+    "GND_SPD",
+    "HDG_STATE",
+    "HDG",
+    "SAF",
+    "NIC_SUPP_B",
+    "ALT_SRC",
+    "ALT_RES",
+    "ALT",
+    "T",
+    "CPR_FMT",
+    "CPR_LAT",
+    "CPR_LON",
+    "SUB_TYPE",
+    "NUC_R",
+    "DIR_EW",
+    "DIR_NS",
+    "VEL_EW",
+    "VEL_NS",
+    "VR_SRC",
+    "VR_SIGN",
+    "VR",
+    "SUB_TYPE",
+    "DATA",
+    "SUB_TYPE",
+    "EMG_STATE",
+    "MODE_A",
+    "SUB_TYPE",
+    "NAC_P",
+    "NIC_BARO",
+    "SIL",
+    "SIL_SUPP",
+    "SUB_TYPE",
+    "VER_NUM",
+    "NIC_SUPP_A",
 };
 
-ADSBMessageField::Designator designator(unsigned value) {
-    return static_cast<ADSBMessageField::Designator>(value);
-}
+ADSBMessageField::Designator designator(unsigned value) { return static_cast<ADSBMessageField::Designator>(value); }
 
 } // namespace
 
@@ -44,13 +83,12 @@ TEST(ADSBMessageField, NumbersItsDesignatorsAsHostsKnowThem) {
     struct {
         ADSBMessageField::Designator designator;
         unsigned value;
-    } const cases[] = {
-        {ADSBMessageField::TYPE, 0},       {ADSBMessageField::EMTCAT, 3},   {ADSBMessageField::ACIDCHAR1, 4},
+    } const cases[] = {{ADSBMessageField::TYPE, 0}, {ADSBMessageField::EMTCAT, 3}, {ADSBMessageField::ACIDCHAR1, 4},
         {ADSBMessageField::ACIDCHAR8, 11}, {ADSBMessageField::MOVCODE, 12}, {ADSBMessageField::SAF, 16},
-        {ADSBMessageField::ALT, 20},       {ADSBMessageField::CPRLON, 24},  {ADSBMessageField::VELTYPE, 25},
-        {ADSBMessageField::VR, 33},        {ADSBMessageField::TSTTYPE, 34}, {ADSBMessageField::ACSTYPE, 36},
-        {ADSBMessageField::TGSTYPE, 39},   {ADSBMessageField::SILSUPP, 43}, {ADSBMessageField::OPSTYPE, 44},
-        {ADSBMessageField::NICA, 46},      {ADSBMessageField::UNKNOWN, 47}};
+        {ADSBMessageField::ALT, 20}, {ADSBMessageField::CPRLON, 24}, {ADSBMessageField::VELTYPE, 25},
+        {ADSBMessageField::VR, 33}, {ADSBMessageField::TSTTYPE, 34}, {ADSBMessageField::ACSTYPE, 36},
+        {ADSBMessageField::TGSTYPE, 39}, {ADSBMessageField::SILSUPP, 43}, {ADSBMessageField::OPSTYPE, 44},
+        {ADSBMessageField::NICA, 46}, {ADSBMessageField::UNKNOWN, 47}};
     for (auto const& [designator, value] : cases) EXPECT_EQ(designator, value);
 }
 

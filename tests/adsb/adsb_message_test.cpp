@@ -60,10 +60,9 @@ TEST(ADSBMessage, MapsEveryTypeCodeToAType) {
         unsigned first;
         unsigned last;
         ADSBMessage::ADSBMessageType type;
-    } const rows[] = {
-        {0, 0, ADSBMessage::RESERVED},    {1, 4, ADSBMessage::ACID},       {5, 8, ADSBMessage::POS_GND},
-        {9, 18, ADSBMessage::POS_AIR},    {19, 19, ADSBMessage::AIR_VEL},  {20, 22, ADSBMessage::POS_AIR},
-        {23, 23, ADSBMessage::TEST},      {24, 27, ADSBMessage::RESERVED}, {28, 28, ADSBMessage::AC_STATUS},
+    } const rows[] = {{0, 0, ADSBMessage::RESERVED}, {1, 4, ADSBMessage::ACID}, {5, 8, ADSBMessage::POS_GND},
+        {9, 18, ADSBMessage::POS_AIR}, {19, 19, ADSBMessage::AIR_VEL}, {20, 22, ADSBMessage::POS_AIR},
+        {23, 23, ADSBMessage::TEST}, {24, 27, ADSBMessage::RESERVED}, {28, 28, ADSBMessage::AC_STATUS},
         {29, 29, ADSBMessage::TG_STATUS}, {30, 30, ADSBMessage::RESERVED}, {31, 31, ADSBMessage::OP_STATUS},
         {32, 255, ADSBMessage::RESERVED}};
     for (auto const& [first, last, type] : rows) {
@@ -78,17 +77,11 @@ TEST(ADSBMessage, NamesEveryType) {
         unsigned type;
         char const* name;
         char const* fullName;
-    } const rows[] = {{0, "ACID", "Aircraft Identification"},
-                      {1, "POS_GND", "Surface Position"},
-                      {2, "POS_AIR", "Airborne Position"},
-                      {3, "AIR_VEL", "Airborne Velocities"},
-                      {4, "TEST", "Test"},
-                      {5, "AC_STATUS", "Aircraft Status"},
-                      {6, "TG_STATUS", "Target State and Status Information"},
-                      {7, "OP_STATUS", "Aircraft Operation Status"},
-                      {8, "RESERVED", "Reserved"},
-                      {9, "RESERVED", "Reserved"},
-                      {0xFFFFFFFF, "RESERVED", "Reserved"}};
+    } const rows[] = {{0, "ACID", "Aircraft Identification"}, {1, "POS_GND", "Surface Position"},
+        {2, "POS_AIR", "Airborne Position"}, {3, "AIR_VEL", "Airborne Velocities"}, {4, "TEST", "Test"},
+        {5, "AC_STATUS", "Aircraft Status"}, {6, "TG_STATUS", "Target State and Status Information"},
+        {7, "OP_STATUS", "Aircraft Operation Status"}, {8, "RESERVED", "Reserved"}, {9, "RESERVED", "Reserved"},
+        {0xFFFFFFFF, "RESERVED", "Reserved"}};
     for (auto const& [type, name, fullName] : rows) {
         EXPECT_EQ(ADSBMessage::typeName(static_cast<ADSBMessage::ADSBMessageType>(type)), name);
         EXPECT_EQ(ADSBMessage::typeFullName(static_cast<ADSBMessage::ADSBMessageType>(type)), fullName);
@@ -162,7 +155,7 @@ TEST(ADSBMessage, AppendsItsFieldsAgainWhenDecodedAgain) {
     ASSERT_TRUE(message.decode(kPayload));
     ASSERT_TRUE(message.decode(kPayload));
     EXPECT_THAT(names(message), ElementsAre("TYPE", "TYPE_CODE", "TYPE", "TYPE_CODE", "ALT", "ALT_RES", "ALT",
-                                            "ALT_RES", "CPR_LON", "CPR_LON"));
+                                    "ALT_RES", "CPR_LON", "CPR_LON"));
 }
 
 TEST(ADSBMessage, DescribesItselfWithTheTypeCodeAsARawByte) {
@@ -172,7 +165,7 @@ TEST(ADSBMessage, DescribesItselfWithTheTypeCodeAsARawByte) {
     EXPECT_EQ(message.description(), "ADS-B Type-\x0B POS_AIR Message");
 }
 
-TEST(ADSBMessage, KeepsWhatItIsTold) {
+TEST(ADSBMessage, KeepsWhatItIsGiven) {
     OwnPosition message;
     message.setTimeStamp(123);
     message.setSignalAmplitude(200);
@@ -207,16 +200,16 @@ TEST(ADSBMessage, ListsTheFieldsOfADerivedClassAmongThoseOfTheLibrary) {
     PositionWithMore message;
     ASSERT_TRUE(message.decode(kPayload));
     EXPECT_EQ(message.seenWhileDecoding, 11U);
-    EXPECT_THAT(names(message), ElementsAre("TYPE", "TYPE_CODE", "ALT_SRC", "NIC_SUPP_B", "ALT", "--",
-                                            "ALT_RES", "T", "CPR_FMT", "CPR_LAT", "CPR_LON", "--"));
+    EXPECT_THAT(names(message), ElementsAre("TYPE", "TYPE_CODE", "ALT_SRC", "NIC_SUPP_B", "ALT", "--", "ALT_RES", "T",
+                                    "CPR_FMT", "CPR_LAT", "CPR_LON", "--"));
 }
 
 TEST(ADSBMessage, ListsTheFieldsOfEachPayloadThatItDecoded) {
     ADSBAircraftStatusMessageV0 message;
     ASSERT_TRUE(message.decode(fromHex("E1A00000000000")));
     ASSERT_TRUE(message.decode(fromHex("E0000000000000"))) << "which says nothing of the emergency";
-    EXPECT_THAT(texts(message), ElementsAre("AC_STATUS", "28", "AC_STATUS", "28", "EMERGENCY", "NO_INFO",
-                                            "HIJACK", "HIJACK"));
+    EXPECT_THAT(
+        texts(message), ElementsAre("AC_STATUS", "28", "AC_STATUS", "28", "EMERGENCY", "NO_INFO", "HIJACK", "HIJACK"));
     EXPECT_FALSE(message.decode(fromHex("E7000000000000"))) << "an unknown subtype";
     EXPECT_EQ(message.fields().size(), 10U);
     EXPECT_FALSE(message.decode(kPayload)) << "another type";

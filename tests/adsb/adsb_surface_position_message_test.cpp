@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the message is before it decodes, and when it is decoded again or fails; what it makes of payloads
-// stands in tests/vectors.
+// is tested in tests/vectors.
 #include <modes/adsb_surface_position_message.h>
 
 #include "support/captured_log.h"
@@ -31,10 +31,9 @@ TEST(SurfacePosition, HasTheSpeedsOfTheMovementTable) {
     struct {
         unsigned code;
         double knots;
-    } const rows[] = {{0, 0.0},     {1, 0.0},   {2, 0.125},  {3, 0.125},   {8, 5 * 0.14583332 + 0.125},
-                      {9, 1.0},     {12, 1.75}, {13, 2.0},   {38, 14.5},   {39, 15.0},
-                      {93, 69.0},   {94, 70.0}, {108, 98.0}, {109, 100.0}, {123, 170.0},
-                      {124, 175.0}, {125, 0.0}, {126, 0.0},  {127, 0.0}};
+    } const rows[] = {{0, 0.0}, {1, 0.0}, {2, 0.125}, {3, 0.125}, {8, 5 * 0.14583332 + 0.125}, {9, 1.0}, {12, 1.75},
+        {13, 2.0}, {38, 14.5}, {39, 15.0}, {93, 69.0}, {94, 70.0}, {108, 98.0}, {109, 100.0}, {123, 170.0},
+        {124, 175.0}, {125, 0.0}, {126, 0.0}, {127, 0.0}};
     for (auto const& [code, knots] : rows) {
         CapturedLog log;
         ADSBSurfacePositionMessage message;

@@ -19,14 +19,12 @@ using test::CapturedLog;
 using test::Holds;
 
 template <class Message> class EveryMessageClass : public testing::Test {};
-using MessageClasses =
-    testing::Types<ADSBIdentityMessage, ADSBSurfacePositionMessage, ADSBAirbornePositionMessage,
-                   ADSBAirbornePositionMessageV0, ADSBAirbornePositionMessageV1,
-                   ADSBAirbornePositionMessageV2, ADSBAirborneVelocityMessage, ADSBAirborneVelocityMessageV0,
-                   ADSBAirborneVelocityMessageV1, ADSBAirborneVelocityMessageV2, ADSBAircraftStatusMessage,
-                   ADSBAircraftStatusMessageV0, ADSBAircraftStatusMessageV2, ADSBTargetStatusMessage,
-                   ADSBTargetStatusMessageV1, ADSBTargetStatusMessageV2, ADSBAircraftOperationalStatusMessage,
-                   ADSBTestMessage>;
+using MessageClasses = testing::Types<ADSBIdentityMessage, ADSBSurfacePositionMessage, ADSBAirbornePositionMessage,
+    ADSBAirbornePositionMessageV0, ADSBAirbornePositionMessageV1, ADSBAirbornePositionMessageV2,
+    ADSBAirborneVelocityMessage, ADSBAirborneVelocityMessageV0, ADSBAirborneVelocityMessageV1,
+    ADSBAirborneVelocityMessageV2, ADSBAircraftStatusMessage, ADSBAircraftStatusMessageV0, ADSBAircraftStatusMessageV2,
+    ADSBTargetStatusMessage, ADSBTargetStatusMessageV1, ADSBTargetStatusMessageV2, ADSBAircraftOperationalStatusMessage,
+    ADSBTestMessage>;
 TYPED_TEST_SUITE(EveryMessageClass, MessageClasses);
 
 TYPED_TEST(EveryMessageClass, DecodesNothingWithoutAPayload) {

@@ -11,8 +11,8 @@ using namespace quorvel::modes;
 
 TEST(PositionFields, AreReadAndListedInTheOrderOfThePayload) {
     ADSBAirbornePositionMessage message;
-    ASSERT_TRUE(message.decode(
-        test::withBits(test::airbornePosition({0x15555, 0x0AAAA, true, 0, false, 11}), 20, 1, 1)));
+    ASSERT_TRUE(
+        message.decode(test::withBits(test::airbornePosition({0x15555, 0x0AAAA, true, 0, false, 11}), 20, 1, 1)));
     auto const listed = message.fields().size();
     auto const position = readPositionFields(Payload(message));
     listPositionFields(message);

@@ -8,21 +8,16 @@
 
 #include <sstream>
 
+using quorvel::modes::test::content;
 using quorvel::modes::test::Noise;
 using quorvel::modes::test::TemporaryFolder;
 
 namespace {
 
 rapidcsv::Document open(std::string const& path, bool skipLines = false, bool trim = false) {
-    return rapidcsv::Document(
-        path, rapidcsv::LabelParams(0, -1), rapidcsv::SeparatorParams(',', trim, false, false, true),
-        rapidcsv::ConverterParams(), rapidcsv::LineReaderParams(skipLines, '#', skipLines));
-}
-
-std::string content(std::string const& path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
+    return rapidcsv::Document(path, rapidcsv::LabelParams(0, -1),
+        rapidcsv::SeparatorParams(',', trim, false, false, true), rapidcsv::ConverterParams(),
+        rapidcsv::LineReaderParams(skipLines, '#', skipLines));
 }
 
 std::string failure(std::function<void()> const& action) {
@@ -77,13 +72,13 @@ TEST_F(Csv, TakesAnEmptyLineInTheMiddleForARowOfOneEmptyCell) {
     EXPECT_NE(failure([&] { document.GetCell<std::string>("b", 0); }), "no exception");
 }
 
-TEST_F(Csv, SkipsEmptyLinesAndCommentsWhenTold) {
+TEST_F(Csv, SkipsEmptyLinesAndCommentsOnRequest) {
     auto const document = open(folder.write("file.csv", "a\n\n#1\n2\n"), true);
     EXPECT_EQ(document.GetRowCount(), 1U);
     EXPECT_EQ(document.GetCell<std::string>("a", 0), "2");
 }
 
-TEST_F(Csv, TrimsCellsWhenTold) {
+TEST_F(Csv, TrimsCellsOnRequest) {
     auto const document = open(folder.write("file.csv", "a,b\n x ,  \n"), false, true);
     EXPECT_EQ(document.GetCell<std::string>("a", 0), "x");
     EXPECT_EQ(document.GetCell<std::string>("b", 0), "");
@@ -94,7 +89,7 @@ TEST_F(Csv, SkipsAByteOrderMark) {
     EXPECT_EQ(read("\xEF\xBB\xBF"
                    "a\n1\n")
                   .GetCell<std::string>("a", 0),
-              "1");
+        "1");
 }
 
 TEST_F(Csv, KeepsACarriageReturnInTheLastCell) {
@@ -109,6 +104,16 @@ TEST_F(Csv, UnquotesCells) {
     EXPECT_EQ(document.GetCell<std::string>("c", 0), "");
 }
 
+TEST_F(Csv, StartsAQuotedCellOnlyAtItsBeginning) {
+    auto const document = read("a,b,c,d\n1,0,x\"y,z\n1,0,x\"y\"\"z\",\"u,v\"\n1,0, \"y,z\"\n");
+    EXPECT_EQ(document.GetCell<std::string>("c", 0), "x\"y");
+    EXPECT_EQ(document.GetCell<std::string>("d", 0), "z");
+    EXPECT_EQ(document.GetCell<std::string>("c", 1), "x\"y\"\"z\"");
+    EXPECT_EQ(document.GetCell<std::string>("d", 1), "u,v");
+    EXPECT_EQ(document.GetCell<std::string>("c", 2), " \"y");
+    EXPECT_EQ(document.GetCell<std::string>("d", 2), "z\"");
+}
+
 TEST_F(Csv, EndsARowAtALineFeedEvenBetweenQuotes) {
     auto const document = read("a,b\n\"x\n1,2\n");
     EXPECT_EQ(document.GetRowCount(), 2U);
@@ -116,10 +121,9 @@ TEST_F(Csv, EndsARowAtALineFeedEvenBetweenQuotes) {
     EXPECT_EQ(document.GetCell<std::string>("b", 1), "2");
 }
 
-TEST_F(Csv, KeepsLineBreaksBetweenQuotesWhenTold) {
-    rapidcsv::Document const document(folder.write("file.csv", "a,b\n\"x\ny\",2\n"),
-                                      rapidcsv::LabelParams(0, -1),
-                                      rapidcsv::SeparatorParams(',', false, false, true, true));
+TEST_F(Csv, KeepsLineBreaksBetweenQuotesOnRequest) {
+    rapidcsv::Document const document(folder.write("file.csv", "a,b\n\"x\ny\",2\n"), rapidcsv::LabelParams(0, -1),
+        rapidcsv::SeparatorParams(',', false, false, true, true));
     EXPECT_EQ(document.GetCell<std::string>("a", 0), "x\ny");
 }
 
@@ -131,11 +135,11 @@ TEST_F(Csv, WritesWithQuotesWhatNeedsThem) {
     document.InsertRow<std::string>(1, {"two words", "line\nbreak"});
     document.InsertRow<std::string>(2, {"plain", ""});
     document.Save(folder.path("out.csv"));
-    EXPECT_EQ(content(folder.path("out.csv")),
-              "a,b\n\"x,y\",\"say \"\"hi\"\"\"\n\"two words\",\"line\nbreak\"\nplain,\n");
+    EXPECT_EQ(
+        content(folder.path("out.csv")), "a,b\n\"x,y\",\"say \"\"hi\"\"\"\n\"two words\",\"line\nbreak\"\nplain,\n");
 }
 
-TEST_F(Csv, InsertsRowsWhereItIsTold) {
+TEST_F(Csv, InsertsRowsWhereAsked) {
     auto document = open("");
     document.SetColumnName(0, "a");
     document.InsertRow<std::string>(0, {"1"});
@@ -145,9 +149,8 @@ TEST_F(Csv, InsertsRowsWhereItIsTold) {
     EXPECT_EQ(content(folder.path("out.csv")), "a\n0\n1\n2\n");
 }
 
-TEST_F(Csv, WritesCarriageReturnsWhenTold) {
-    rapidcsv::Document document("", rapidcsv::LabelParams(0, -1),
-                                rapidcsv::SeparatorParams(',', false, true));
+TEST_F(Csv, WritesCarriageReturnsOnRequest) {
+    rapidcsv::Document document("", rapidcsv::LabelParams(0, -1), rapidcsv::SeparatorParams(',', false, true));
     document.SetColumnName(0, "a");
     document.Save(folder.path("out.csv"));
     EXPECT_EQ(content(folder.path("out.csv")), "a\r\n");
@@ -179,8 +182,7 @@ TEST_F(Csv, ReadsBackWhatItWrote) {
         for (std::size_t row = 0; row < noise.below(5); ++row) {
             std::vector<std::string> cells(2);
             for (auto& cell : cells) {
-                for (std::size_t i = 0; i < noise.below(8); ++i)
-                    cell += alphabet[noise.length(alphabet.size())];
+                for (std::size_t i = 0; i < noise.below(8); ++i) cell += alphabet[noise.length(alphabet.size())];
             }
             rows.push_back(cells);
             document.InsertRow<std::string>(row, cells);

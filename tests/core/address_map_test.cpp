@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <modes/detail/address_map.h>
+#include "core/address_map.h"
 
 #include "support/random_bytes.h"
 
@@ -8,7 +8,7 @@
 #include <map>
 #include <memory>
 
-using quorvel::modes::detail::AddressMap;
+using quorvel::modes::AddressMap;
 using quorvel::modes::test::Noise;
 
 namespace {

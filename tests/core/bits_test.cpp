@@ -47,8 +47,7 @@ TEST(ScatteredBits, AreTakenFromTheTwoBytesThatHoldThem) {
     constexpr unsigned positions[] = {30, 19, 21, 31, 24};
     constexpr ScatteredBits scattered(positions);
     for (unsigned value = 0; value < 0x10000; ++value) {
-        std::string const bytes = {'\x55', '\x55', static_cast<char>(value >> 8), static_cast<char>(value),
-                                   '\x55'};
+        std::string const bytes = {'\x55', '\x55', static_cast<char>(value >> 8), static_cast<char>(value), '\x55'};
         std::uint32_t expected = 0;
         for (auto const position : positions) expected = 2 * expected + (bit(bytes, position) ? 1 : 0);
         ASSERT_EQ(scattered.of(bytes), expected) << value;

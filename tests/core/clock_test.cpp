@@ -11,10 +11,8 @@ TEST(Clock, IsTheSystemClockUnlessSteered) {
     auto const before = std::chrono::system_clock::now().time_since_epoch();
     auto const now = clock::nowMilliseconds();
     auto const after = std::chrono::system_clock::now().time_since_epoch();
-    EXPECT_GE(now, static_cast<std::uint64_t>(
-                       std::chrono::duration_cast<std::chrono::milliseconds>(before).count()));
-    EXPECT_LE(now, static_cast<std::uint64_t>(
-                       std::chrono::duration_cast<std::chrono::milliseconds>(after).count()));
+    EXPECT_GE(now, static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(before).count()));
+    EXPECT_LE(now, static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(after).count()));
 }
 
 TEST(Clock, TruncatesToWholeSecondsAndMilliseconds) {

@@ -14,6 +14,24 @@ TEST(Hex, WritesEachByteAsTwoUpperCaseDigits) {
     EXPECT_EQ(text, "*5D4C");
 }
 
+TEST(Hex, WritesTheLastDigitsOfANumber) {
+    std::string text = "@";
+    appendHex(text, 0x2A300001E078, 12);
+    EXPECT_EQ(text, "@2A300001E078");
+    appendHex(text, 0x1234, 3);
+    appendHex(text, 0xF, 2);
+    EXPECT_EQ(text, "@2A300001E0782340F");
+}
+
+TEST(Hex, ReadsDigitsOfEitherCaseAndNothingElse) {
+    std::string_view const digits = "0123456789ABCDEFabcdef";
+    for (int character = 0; character < 256; ++character) {
+        auto const at = digits.find(static_cast<char>(character));
+        auto const expected = at == std::string_view::npos ? kNoHexDigit : at < 16 ? at : at - 6;
+        EXPECT_EQ(hexDigitValue(static_cast<char>(character)), expected) << character;
+    }
+}
+
 TEST(Hex, WritesNumbersWithAtLeastTwoDigits) {
     EXPECT_EQ(hexOfNumber(0), "00");
     EXPECT_EQ(hexOfNumber(0xA), "0A");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <modes/log.h>
 
-#include "core/log_shows.h"
+#include "core/log_if_shown.h"
 #include "support/captured_log.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ using testing::IsEmpty;
 
 namespace {
 
-// Whatever goes to std::clog while this lives.
+// Everything that goes to std::clog while this lives.
 class CapturedClog {
 public:
     CapturedClog() : _before(std::clog.rdbuf(_text.rdbuf())) {}
@@ -55,8 +55,7 @@ TEST(Log, ShowsInfoAndAboveFromTheStart) {
 
 TEST(Log, PassesEveryLevelFromTheShowLevelUp) {
     CapturedLog log(Log::Warning);
-    for (auto const level : {Log::Debug, Log::Info, Log::Warning, Log::Error})
-        Log::log(level, "Test", "line");
+    for (auto const level : {Log::Debug, Log::Info, Log::Warning, Log::Error}) Log::log(level, "Test", "line");
     EXPECT_EQ(log.lines().size(), 2U);
     EXPECT_EQ(log.lines()[0].level, Log::Warning);
     EXPECT_EQ(log.lines()[1].level, Log::Error);
@@ -96,6 +95,28 @@ TEST(Log, FormatsItsArguments) {
     CapturedLog log;
     Log::log(Log::Warning, "Test", "Raw bin buffer over size (%u), data disgarded", 8U);
     EXPECT_THAT(log.take(), Holds(Log::Warning, "Test", "Raw bin buffer over size (8), data disgarded"));
+}
+
+TEST(Log, FormatsSuppressedLinesToo) {
+    CapturedLog log(Log::Info);
+    int written = 0;
+    Log::log(Log::Debug, "Test", "four%n characters", &written);
+    EXPECT_EQ(written, 4);
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST(LogIfShown, FormatsNothingThatIsSuppressed) {
+    CapturedLog log(Log::Info);
+    int written = 0;
+    logIfShown(Log::Debug, "Test", "four%n characters", &written);
+    EXPECT_EQ(written, 0);
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST(LogIfShown, WritesTheLineOfThePrintfStyleLog) {
+    CapturedLog log(Log::Info);
+    logIfShown(Log::Warning, "Test", "%d of %s", 1, std::string(2000, 'x').c_str());
+    EXPECT_THAT(log.take(), Holds(Log::Warning, "Test", "1 of " + std::string(1018, 'x')));
 }
 
 TEST(Log, WritesToTheStandardLogStreamWithoutAHandler) {

@@ -14,13 +14,11 @@ TEST(Formatted, FormatsShortTexts) {
     EXPECT_EQ(formatted("plain"), "plain");
 }
 
-TEST(Formatted, CutsAt63Characters) {
-    EXPECT_EQ(formatted("%s", std::string(100, 'x').c_str()), std::string(63, 'x'));
-}
+TEST(Formatted, CutsAt63Characters) { EXPECT_EQ(formatted("%s", std::string(100, 'x').c_str()), std::string(63, 'x')); }
 
 TEST(NumberText, IsThatOfTheCLocale) {
-    double const numbers[] = {0.0,  -0.0,       0.125, 5 * 0.14583332 + 0.125, 175.0, 359.99999949, 1e6,
-                              1e-7, 123456789., -0.5,  12.7279220613579,       1e300, 100000.0,     999999.5};
+    double const numbers[] = {0.0, -0.0, 0.125, 5 * 0.14583332 + 0.125, 175.0, 359.99999949, 1e6, 1e-7, 123456789.,
+        -0.5, 12.7279220613579, 1e300, 100000.0, 999999.5};
     for (double const number : numbers) {
         char text[400];
         std::snprintf(text, sizeof text, "%f", number);

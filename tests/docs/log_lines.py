@@ -6,7 +6,7 @@ import sys
 
 STRING = r'"((?:[^"\\]|\\.)*)"'
 CONSTANT = re.compile(rf"(?:std::string const|constexpr char) (k\w+)(?:\[\])? = {STRING};")
-WRAPPER = re.compile(r"^void (log[A-Z]\w*)\([^)]*\) \{\n(?:(?!^\}).)*?\bLog::log\((.*?)\);", re.M | re.S)
+WRAPPER = re.compile(r"^void (log[A-Z]\w*)\([^)]*\) \{\n(?:(?!^\}).)*?\b(?:Log::log|logIfShown)\((.*?)\);", re.M | re.S)
 CALL = re.compile(r"\b(log\w*)\((.*?)\);", re.S)
 ROW = re.compile(r"^\| (Debug|Info|Warning|Error) \| (\w+) \| `([^`]+)` \| .+ \|$", re.M)
 

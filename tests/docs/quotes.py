@@ -4,7 +4,8 @@
 A block of a Markdown page is a quotation when one of these comments stands in front of it:
 
     <!-- code: FILE -->             the file without its licence line
-    <!-- code: FILE, START -->      its part that begins with the line START..., up to the closing brace at the margin
+    <!-- code: FILE, START -->      its part that starts with the line START..., up to the closing brace at the margin
+    <!-- code: FILE, #include -->   what it includes and the namespace that it uses
     <!-- output: PROGRAM -->        what the program prints for the tutorial's recording
     <!-- output: PROGRAM, FIRST, LAST -->   the first and the last lines of it
 
@@ -25,8 +26,9 @@ def code(repository, file, start):
     text = (repository / file).read_text(encoding="utf-8").split("\n", 1)[1]
     if start is None:
         return text
-    part = re.search(rf"^{re.escape(start)}.*?^}};?$\n", text, re.M | re.S)
-    return part.group() if part else f"({file} has no part that begins with {start})\n"
+    end = "using namespace .*?;" if start == "#include" else "};?"
+    part = re.search(rf"^{re.escape(start)}.*?^{end}$\n", text, re.M | re.S)
+    return part.group() if part else f"({file} has no part that starts with {start})\n"
 
 
 def output(repository, program, folder, extent):

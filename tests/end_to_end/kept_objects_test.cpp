@@ -44,7 +44,7 @@ std::string streamOf(double seconds) {
     simulate::Traffic traffic(settings);
     std::string stream;
     while (auto const frame = traffic.next()) {
-        simulate::appendFrame(stream, *frame, simulate::Encoding::Beast, 43'200'000'000'000);
+        simulate::appendFrame(stream, *frame, simulate::Encoding::BeastPlain, 43'200'000'000'000);
     }
     return stream;
 }

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Real recordings, where they are at hand: counts and callsigns as published with them.
+#include <airspace/airspace.h>
 #include <modes/modes.h>
 
-#include "host/byte_source.h"
-#include "host/framer.h"
-#include "host/printable.h"
+#include "files/byte_source.h"
+#include "files/printable.h"
 
 #include "support/bytes.h"
 #include "support/captured_log.h"
@@ -25,25 +25,32 @@ namespace {
 
 std::string path(std::string const& name) { return std::string(TREVALLO_RECORDINGS) + "/" + name; }
 
-#define NEEDS_RECORDINGS()                                                                                   \
-    if (!std::filesystem::exists(path("README.md")))                                                         \
+#define NEEDS_RECORDINGS()                                                                                             \
+    if (!std::filesystem::exists(path("README.md")))                                                                   \
     GTEST_SKIP() << "there are no recordings in " << TREVALLO_RECORDINGS
 
+airspace::Frames heardOf(std::string const& name) {
+    files::ByteSource source(path(name));
+    airspace::Stream stream;
+    airspace::Frames frames;
+    for (std::string bytes; source.read(bytes);) EXPECT_TRUE(stream.feed(bytes, 0, frames));
+    EXPECT_TRUE(stream.finish(0, frames));
+    return frames;
+}
+
 ModeSEncapsulation::Records recordsOf(std::string const& name) {
-    host::ByteSource source(path(name));
-    host::Counters counters;
-    host::Framer framer(std::nullopt, counters);
-    host::Frames frames;
-    for (std::string bytes; source.read(bytes);) framer.feed(bytes, frames);
-    framer.finish(frames);
     ModeSEncapsulation::Records records;
-    for (auto const& frame : frames) records.push_back(frame.record);
+    for (auto const& frame : heardOf(name)) {
+        auto const& record = records.emplace_back(std::make_shared<ModeSEncapsulation>());
+        record->setData(std::string(frame.view()));
+        record->setTimeStamp(frame.time);
+    }
     return records;
 }
 
 std::vector<std::string> framesOf(std::string const& name) {
     std::vector<std::string> frames;
-    for (auto const& record : recordsOf(name)) frames.push_back(record->data());
+    for (auto const& frame : heardOf(name)) frames.emplace_back(frame.view());
     return frames;
 }
 
@@ -61,17 +68,16 @@ std::ostream& operator<<(std::ostream& out, Recording const& recording) { return
 
 class Recordings : public testing::TestWithParam<Recording> {};
 
-std::map<unsigned, std::size_t> const kFlight{{0, 1879}, {4, 880},  {5, 189},  {11, 2343},
-                                              {16, 83},  {17, 962}, {20, 995}, {21, 422}};
-std::map<unsigned, std::size_t> const kPetersburg{{0, 220}, {4, 164},   {5, 98},   {11, 1989},
-                                                  {16, 31}, {17, 1718}, {20, 131}, {21, 113}};
-std::map<unsigned, std::size_t> const kSession{{0, 810},  {4, 245},   {5, 39},   {11, 2063},
-                                               {16, 129}, {17, 2018}, {20, 654}, {21, 863}};
+std::map<unsigned, std::size_t> const kFlight{
+    {0, 1879}, {4, 880}, {5, 189}, {11, 2343}, {16, 83}, {17, 962}, {20, 995}, {21, 422}};
+std::map<unsigned, std::size_t> const kPetersburg{
+    {0, 220}, {4, 164}, {5, 98}, {11, 1989}, {16, 31}, {17, 1718}, {20, 131}, {21, 113}};
+std::map<unsigned, std::size_t> const kSession{
+    {0, 810}, {4, 245}, {5, 39}, {11, 2063}, {16, 129}, {17, 2018}, {20, 654}, {21, 863}};
 
 ADSBTracker& tracked(ADSBTracker& tracker, std::string const& name) {
     ModeSDecoder decoder;
-    for (auto const& record : recordsOf(name))
-        tracker.procModeSMsg(decoder.decode(ModeSMessage::DOWNLINK, record));
+    for (auto const& record : recordsOf(name)) tracker.procModeSMsg(decoder.decode(ModeSMessage::DOWNLINK, record));
     return tracker;
 }
 
@@ -107,8 +113,7 @@ std::vector<Row> tableWith(std::string const& column) {
     while (std::getline(file, line)) {
         auto const values = cells(line);
         auto& row = rows.emplace_back();
-        for (std::size_t i = 0; i < names.size(); ++i)
-            row[names[i]] = i < values.size() ? values[i] : std::string();
+        for (std::size_t i = 0; i < names.size(); ++i) row[names[i]] = i < values.size() ? values[i] : std::string();
     }
     return rows;
 }
@@ -130,9 +135,7 @@ TEST_P(Recordings, HoldTheFramesThatWereCountedInThem) {
         DF11Message allCall;
         squitters += formatOf(frame) == 17 && squitter.decode(frame) ? 1U : 0U;
         allCalls +=
-            formatOf(frame) == 11 && allCall.decode(frame) && allCall.constFieldPI().interrogatorIdValid()
-                ? 1U
-                : 0U;
+            formatOf(frame) == 11 && allCall.decode(frame) && allCall.constFieldPI().interrogatorIdValid() ? 1U : 0U;
     }
     EXPECT_EQ(frames, GetParam().frames);
     EXPECT_EQ(formats, GetParam().formats);
@@ -140,34 +143,23 @@ TEST_P(Recordings, HoldTheFramesThatWereCountedInThem) {
     EXPECT_EQ(allCalls, GetParam().intactAllCalls);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Published, Recordings,
-    testing::Values(
-        Recording{"flight_4c01e4.avr", 7753, kFlight, 962, 2343},
+INSTANTIATE_TEST_SUITE_P(Published, Recordings,
+    testing::Values(Recording{"flight_4c01e4.avr", 7753, kFlight, 962, 2343},
         Recording{"flight_4c01e4.beast", 7753, kFlight, 962, 2343},
         Recording{"flight_4c01e4_escaped.beast", 7753, kFlight, 962, 2343},
         Recording{"flight_4c01e4_mlat.avr", 7753, kFlight, 962, 2343},
         Recording{"flights_us_2025_escaped.beast", 486, {{17, 486}}, 486, 0},
         Recording{"petersburg.beast", 4464, kPetersburg, 1718, 1988},
         Recording{"petersburg_modeac_escaped.beast", 4464, kPetersburg, 1718, 1988},
-        Recording{"petersburg_12mhz.beast",
-                  8928,
-                  {{0, 440}, {4, 328}, {5, 196}, {11, 3978}, {16, 62}, {17, 3436}, {20, 262}, {21, 226}},
-                  3436,
-                  3976},
+        Recording{"petersburg_12mhz.beast", 8928,
+            {{0, 440}, {4, 328}, {5, 196}, {11, 3978}, {16, 62}, {17, 3436}, {20, 262}, {21, 226}}, 3436, 3976},
         Recording{"receiver_session.avr", 6821, kSession, 2018, 2043},
         Recording{"receiver_session_damaged_mlat.avr", 6821, kSession, 1807, 1851},
-        Recording{"receiver_log_12mhz.avr",
-                  14117,
-                  {{0, 1665}, {4, 548}, {5, 79}, {11, 4515}, {16, 167}, {17, 4163}, {20, 1269}, {21, 1711}},
-                  4163,
-                  4467},
+        Recording{"receiver_log_12mhz.avr", 14117,
+            {{0, 1665}, {4, 548}, {5, 79}, {11, 4515}, {16, 167}, {17, 4163}, {20, 1269}, {21, 1711}}, 4163, 4467},
         Recording{"opensky_df17_df18.avr", 15000, {{17, 12142}, {18, 2858}}, 12142, 0},
-        Recording{"europe_unordered.avr",
-                  122951,
-                  {{0, 12305}, {4, 7773}, {5, 701}, {16, 65}, {17, 82845}, {20, 16764}, {21, 2498}},
-                  82769,
-                  0}),
+        Recording{"europe_unordered.avr", 122951,
+            {{0, 12305}, {4, 7773}, {5, 701}, {16, 65}, {17, 82845}, {20, 16764}, {21, 2498}}, 82769, 0}),
     [](auto const& recording) {
         std::string name = recording.param.name;
         std::replace(name.begin(), name.end(), '.', '_');
@@ -196,19 +188,16 @@ TEST(Recordings, YieldTheAircraftThatFlewInThem) {
         {"flight_4c01e4_escaped.beast", 1, {"ASL20Z"}},
         {"flight_406b90_mlat.avr", 1, {"EZY85MH"}},
         {"flights_us_2025.beast", 9, {"AAL2174", "DAL1737", "DAL2136", "DAL2833", "JBU520", "N464T"}},
-        {"receiver_session_mlat.avr",
-         0,
-         {"AFR636P", "BAW26E", "BCS372", "BEL1CP", "EIN381", "RYR3262", "SWR16F"}},
-        {"petersburg_escaped.beast",
-         11,
-         {"AAR542", "AFL030", "AFL032", "CAO1024", "CPA238", "MLD185", "SDM6244", "SDM6414", "SDM6620",
-          "UTA470", "UTA582"}},
+        {"receiver_session_mlat.avr", 0, {"AFR636P", "BAW26E", "BCS372", "BEL1CP", "EIN381", "RYR3262", "SWR16F"}},
+        {"petersburg_escaped.beast", 11,
+            {"AAR542", "AFL030", "AFL032", "CAO1024", "CPA238", "MLD185", "SDM6244", "SDM6414", "SDM6620", "UTA470",
+                "UTA582"}},
     };
     for (auto const& [name, aircraft, callsigns] : cases) {
         ADSBTracker tracker;
         std::set<std::string> found;
         for (auto const& target : tracked(tracker, name).allTargets()) {
-            if (target->callsignValid()) found.insert(host::printable(target->callsign()));
+            if (target->callsignValid()) found.insert(files::printable(target->callsign()));
         }
         EXPECT_TRUE(std::includes(found.begin(), found.end(), callsigns.begin(), callsigns.end())) << name;
         EXPECT_TRUE(aircraft == 0 || tracker.allTargets().size() == aircraft) << name;
@@ -250,8 +239,7 @@ TEST(HostileInput, NeverYieldsAnythingButFrames) {
         ++files;
         std::ifstream file(entry.path(), std::ios::binary);
         std::string const bytes{std::istreambuf_iterator<char>(file), {}};
-        for (auto const format :
-             {ModeSEncapsulation::Avr, ModeSEncapsulation::Beast, ModeSEncapsulation::RawBin}) {
+        for (auto const format : {ModeSEncapsulation::Avr, ModeSEncapsulation::Beast, ModeSEncapsulation::RawBin}) {
             ModeSDecoder decoder;
             ADSBTracker tracker;
             auto buffer = bytes;
@@ -261,8 +249,7 @@ TEST(HostileInput, NeverYieldsAnythingButFrames) {
                 tracker.procModeSMsg(decoder.decode(ModeSMessage::DOWNLINK, record));
             }
             ASSERT_LT(buffer.size(), 23U) << entry.path();
-            for (auto const& target : tracker.allTargets())
-                EXPECT_FALSE(target->report()->toHtml("").empty());
+            for (auto const& target : tracker.allTargets()) EXPECT_FALSE(target->report()->toHtml("").empty());
         }
     }
     EXPECT_EQ(files, 123U);
@@ -300,13 +287,11 @@ TEST(PublishedReadings, OfSingleFramesAgree) {
                 std::replace(callsign.begin(), callsign.end(), '_', ' ');
                 EXPECT_EQ(identity->callsign(), callsign);
                 ++compared["callsign"];
-            } else if (auto const velocity =
-                           std::dynamic_pointer_cast<ADSBAirborneVelocityMessage>(message)) {
+            } else if (auto const velocity = std::dynamic_pointer_cast<ADSBAirborneVelocityMessage>(message)) {
                 EXPECT_NEAR(velocity->groundSpeed(), std::stod(row.at("groundspeed")), 1.0);
                 EXPECT_NEAR(velocity->heading(), std::stod(row.at("track")), 1e-6);
                 ++compared["velocity"];
-            } else if (auto const position =
-                           std::dynamic_pointer_cast<ADSBAirbornePositionMessage>(message)) {
+            } else if (auto const position = std::dynamic_pointer_cast<ADSBAirbornePositionMessage>(message)) {
                 EXPECT_EQ(position->cprFormat(), row.at("cpr_format") == "0" ? 1U : 0U);
                 ++compared["position"];
             }
@@ -343,12 +328,11 @@ TEST(PublishedReadings, OfAWholeRecordingAgree) {
             ++squawks;
         }
         if (format == "17" && !row.at("callsign").empty()) {
-            EXPECT_EQ(host::printable(target->callsign()), host::printable(row.at("callsign")));
+            EXPECT_EQ(files::printable(target->callsign()), files::printable(row.at("callsign")));
             ++callsigns;
         }
         bool const isFresh = target->positionValid() && target->positionLastUpdate() == message->timeStamp();
-        if (format == "17" && row.at("cpr_decoding") == "global" && isFresh &&
-            row.at("cpr_type") == "Airborne") {
+        if (format == "17" && row.at("cpr_decoding") == "global" && isFresh && row.at("cpr_type") == "Airborne") {
             EXPECT_NEAR(target->latitude(), std::stod(row.at("latitude")), 0.001);
             EXPECT_NEAR(target->longitude(), std::stod(row.at("longitude")), 0.002);
             ++positions;

@@ -28,9 +28,7 @@ double milesBetween(simulate::Place const& a, double latitude, double longitude)
     return std::hypot(north, east);
 }
 
-double secondOf(unsigned long long time) {
-    return static_cast<double>(time - kMidnight) / 1000 - kStartOfDay;
-}
+double secondOf(unsigned long long time) { return static_cast<double>(time - kMidnight) / 1000 - kStartOfDay; }
 
 struct Flight {
     char const* name;
@@ -43,7 +41,7 @@ struct Flight {
 std::ostream& operator<<(std::ostream& out, Flight const& flight) { return out << flight.name; }
 
 ModeSEncapsulation::Format formatOf(simulate::Encoding encoding) {
-    return encoding == simulate::Encoding::Beast ? ModeSEncapsulation::Beast : ModeSEncapsulation::Avr;
+    return encoding == simulate::Encoding::BeastPlain ? ModeSEncapsulation::Beast : ModeSEncapsulation::Avr;
 }
 
 class SimulatedFlights : public testing::TestWithParam<Flight> {
@@ -131,22 +129,17 @@ TEST_P(SimulatedFlights, AreTrackedWhereTheyAre) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Everywhere, SimulatedFlights,
-    testing::Values(
-        Flight{"InEurope", simulate::Encoding::Beast, {{48.35, 11.79}}, 1, 0.0},
-        Flight{"AtTheNorthPole", simulate::Encoding::Beast, {{90, 0}}, 2, 0.0},
-        Flight{"AtTheSouthPole", simulate::Encoding::AvrWithTime, {{-90, 0}}, 3, 0.0},
-        Flight{"AtTheDateLine", simulate::Encoding::Beast, {{0, 180}, {52, -179.9}, {-17, 179.9}}, 4, 0.0},
-        Flight{"AtTheOrigin", simulate::Encoding::AvrWithTime, {{0, 0}}, 5, 0.0},
-        Flight{"AtTheBordersOfZones",
-               simulate::Encoding::Beast,
-               {{10.4704713, 30}, {59.95, -60}, {87, 100}, {-86.5, 5}},
-               6,
-               0.0},
+INSTANTIATE_TEST_SUITE_P(Everywhere, SimulatedFlights,
+    testing::Values(Flight{"InEurope", simulate::Encoding::BeastPlain, {{48.35, 11.79}}, 1, 0.0},
+        Flight{"AtTheNorthPole", simulate::Encoding::BeastPlain, {{90, 0}}, 2, 0.0},
+        Flight{"AtTheSouthPole", simulate::Encoding::AvrStamped, {{-90, 0}}, 3, 0.0},
+        Flight{"AtTheDateLine", simulate::Encoding::BeastPlain, {{0, 180}, {52, -179.9}, {-17, 179.9}}, 4, 0.0},
+        Flight{"AtTheOrigin", simulate::Encoding::AvrStamped, {{0, 0}}, 5, 0.0},
+        Flight{"AtTheBordersOfZones", simulate::Encoding::BeastPlain,
+            {{10.4704713, 30}, {59.95, -60}, {87, 100}, {-86.5, 5}}, 6, 0.0},
         Flight{"WithoutTimeStamps", simulate::Encoding::Avr, {}, 7, 0.0},
-        Flight{"Anywhere", simulate::Encoding::Beast, {}, 8, 0.0},
-        Flight{"AnywhereElse", simulate::Encoding::AvrWithTime, {}, 9, 0.0}),
+        Flight{"Anywhere", simulate::Encoding::BeastPlain, {}, 8, 0.0},
+        Flight{"AnywhereElse", simulate::Encoding::AvrStamped, {}, 9, 0.0}),
     [](auto const& flight) { return std::string(flight.param.name); });
 
 TEST(DamagedStream, YieldsNoAircraftThatDoesNotExist) {
@@ -169,13 +162,12 @@ TEST(DamagedStream, YieldsNoAircraftThatDoesNotExist) {
         if (message && message->confidence() == ModeSMessage::HIGH) ++repaired;
     }
     // A third has three damaged bits, and those in format and parity fields cannot be repaired: 43 % remain.
-    // Three damaged bits may look like two others: a few strays get through, as in the world.
+    // Three damaged bits may look like two others: a few strays get through, as in reality.
     EXPECT_GT(repaired * 100, damagedSquitters * 43);
     std::size_t strays = 0;
     for (auto const& target : tracker.allTargets()) {
-        bool const exists =
-            std::any_of(traffic.aircraft().begin(), traffic.aircraft().end(),
-                        [&](auto const& real) { return real.address() == target->icaoAddr(); });
+        bool const exists = std::any_of(traffic.aircraft().begin(), traffic.aircraft().end(),
+            [&](auto const& real) { return real.address() == target->icaoAddr(); });
         strays += exists ? 0U : 1U;
     }
     EXPECT_LT(strays, 30U);

@@ -57,7 +57,7 @@ std::string streamOf(unsigned receiver) {
     simulate::Traffic traffic(settings);
     std::string stream;
     while (auto const frame = traffic.next()) {
-        simulate::appendFrame(stream, *frame, simulate::Encoding::Beast, 0);
+        simulate::appendFrame(stream, *frame, simulate::Encoding::BeastPlain, 0);
     }
     return stream;
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Compiles every public header alone, with both compilers and at each language level that hosts may use.
+# Compiles every public header alone, with both compilers, and all together at each language level that hosts may use.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
@@ -11,10 +11,12 @@ compile() {
 }
 export -f compile
 
-headers=$(cd include && find modes -name '*.h' | sort)
-for compiler in g++ clang++; do
-    for standard in c++17 c++20 c++2b; do
-        for header in $headers; do echo "$compiler $standard $header"; done
+headers=$(cd include && find . -name '*.h' -printf '%P\n' | sort)
+umbrellas=$(cd include && for folder in *; do echo "$folder/$folder.h"; done)
+{
+    for header in $headers; do printf '%s\n' "g++ c++17 $header" "clang++ c++17 $header"; done
+    for header in $umbrellas; do # all of them, at the levels above
+        for standard in c++20 c++2b; do printf '%s\n' "g++ $standard $header" "clang++ $standard $header"; done
     done
-done | xargs -P "$(nproc)" -L 1 bash -c 'compile "$@"' _
+} | xargs -P "$(nproc)" -L 1 bash -c 'compile "$@"' _
 echo "$(wc -w <<<"$headers") headers compile alone"

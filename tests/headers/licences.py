@@ -8,8 +8,7 @@ import sys
 
 # what has no room for a comment, or is text and data
 WITHOUT = re.compile(r"""(^|/)(\.[^/]*|LICENSE|changelog|copyright\.in|usage|py\.typed)$
-                         |\.(md|txt|json|csv|svg|beast|avr|symbols|abi|in|allow)$
-                         |^fuzz/corpus/|^tests/vectors/.*\.(txt|csv)$""", re.X)
+                         |\.(md|txt|json|csv|svg|beast|avr|symbols|abi|in|allow)$""", re.X)
 BUILD = re.compile(r"(^|/)CMakeLists\.txt$")
 
 tracked = subprocess.run(["git", "ls-files"], check=True, capture_output=True, text=True).stdout.splitlines()

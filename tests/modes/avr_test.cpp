@@ -83,17 +83,16 @@ TEST(Avr, AcceptsLinesOfTheKnownLengths) {
 TEST(Avr, LogsEachLineItGets) {
     CapturedLog log;
     framesOf("*ABCD;\n\n?x\n");
-    EXPECT_THAT(log.take(),
-                ElementsAre(LogLine{Log::Debug, "ModeSEncapsulation", "Get AVR line (size = 6): *ABCD;"},
-                            LogLine{Log::Debug, "ModeSEncapsulation", "Get AVR line (size = 0): "},
-                            corrupted("head"),
-                            LogLine{Log::Debug, "ModeSEncapsulation", "Get AVR line (size = 2): ?x"}));
+    EXPECT_THAT(
+        log.take(), ElementsAre(LogLine{Log::Debug, "ModeSEncapsulation", "Get AVR line (size = 6): *ABCD;"},
+                        LogLine{Log::Debug, "ModeSEncapsulation", "Get AVR line (size = 0): "}, corrupted("head"),
+                        LogLine{Log::Debug, "ModeSEncapsulation", "Get AVR line (size = 2): ?x"}));
 }
 
 TEST(Avr, DropsCorruptedLinesWithAWordAboutIt) {
     struct {
         char const* line;
-        char const* error; // null for lines that are dropped in silence
+        char const* error; // null for lines that are dropped silently
     } const cases[] = {
         {"#5D4CA2D46B609F;\n", "head"},
         {"\n", "head"},
@@ -149,7 +148,7 @@ TEST(Avr, UsesUpATrailingFragment) {
 TEST(Avr, IgnoresALoneDigit) { EXPECT_EQ(framesOf("*ABCDE;\n"), std::vector{fromHex("ABCD")}); }
 
 // Each pair of characters counts as the C library reads it in base 16: blanks and signs are accepted in
-// front, what is no digit ends the number.
+// front, anything that is not a digit ends the number.
 TEST(Avr, ReadsPairsAsTheCLibraryDoes) {
     for (unsigned first = 0; first < 256; ++first) {
         for (unsigned second = 0; second < 256; ++second) {
@@ -191,6 +190,10 @@ TEST(Avr, IsWrittenWithTheTimeWhenThereIsOne) {
     EXPECT_EQ(ModeSEncapsulation::encapsulateAvr(record), "*5D4CA2D46B609F;\n");
     record.setTimeStamp(43'200'123);
     EXPECT_EQ(ModeSEncapsulation::encapsulateAvr(record), "@2A300001E0785D4CA2D46B609F;\n");
+    record.setTimeStamp(kMidnight + 43'200'123);
+    EXPECT_EQ(ModeSEncapsulation::encapsulateAvr(record), "@2A300001E0785D4CA2D46B609F;\n");
+    record.setTimeStamp(kMidnight + 86'399'999);
+    EXPECT_EQ(ModeSEncapsulation::encapsulateAvr(record), "@545FC00F3E585D4CA2D46B609F;\n");
     record.setTimeStamp(86'400'000);
     EXPECT_EQ(ModeSEncapsulation::encapsulateAvr(record), "@0000000000005D4CA2D46B609F;\n");
     record.setData("");

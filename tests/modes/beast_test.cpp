@@ -28,8 +28,7 @@ struct Extracted {
 
 Extracted extract(std::string buffer) {
     Extracted result;
-    for (auto const& record : ModeSEncapsulation::extractBeast(buffer))
-        result.frames.push_back(record->data());
+    for (auto const& record : ModeSEncapsulation::extractBeast(buffer)) result.frames.push_back(record->data());
     result.rest = buffer;
     return result;
 }
@@ -81,15 +80,13 @@ TEST(Beast, GoesOnWithTheRestOfAFrame) {
 TEST(Beast, DropsWhatIsBeforeAFrame) {
     EXPECT_EQ(extract("garbage" + kLong).frames, Frames{kLong.substr(9)});
     EXPECT_EQ(extract(fromHex("1A1A1A") + kLong).frames, Frames{kLong.substr(9)});
-    EXPECT_EQ(extract(fromHex("1A35") + kLong).frames, Frames{kLong.substr(9)}) << "1A 35 begins no frame";
-    EXPECT_EQ(extract(fromHex("1AB2") + kLong).frames, Frames{kLong.substr(9)})
-        << "nor does a byte from 0x80 up";
+    EXPECT_EQ(extract(fromHex("1A35") + kLong).frames, Frames{kLong.substr(9)}) << "1A 35 does not start a frame";
+    EXPECT_EQ(extract(fromHex("1AB2") + kLong).frames, Frames{kLong.substr(9)}) << "nor does a byte from 0x80 up";
 }
 
 TEST(Beast, EmptiesABufferWithoutAFrame) {
-    for (auto const& buffer :
-         {std::string(), std::string("x"), std::string("no frame here"), fromHex("1A"), fromHex("00001A"),
-          fromHex("1A35001A36"), fromHex("1A1A1A1A"), fromHex("321A")}) {
+    for (auto const& buffer : {std::string(), std::string("x"), std::string("no frame here"), fromHex("1A"),
+             fromHex("00001A"), fromHex("1A35001A36"), fromHex("1A1A1A1A"), fromHex("321A")}) {
         auto const result = extract(buffer);
         EXPECT_TRUE(result.frames.empty());
         EXPECT_EQ(result.rest, "");
@@ -127,8 +124,7 @@ TEST(Beast, YieldsTheSameFramesInAnyPieces) {
             if (at + size < stream.size() && piece.back() == '\x1A') piece += stream[at + size++];
             at += size;
             buffer += piece;
-            for (auto const& record : ModeSEncapsulation::extractBeast(buffer))
-                frames.push_back(record->data());
+            for (auto const& record : ModeSEncapsulation::extractBeast(buffer)) frames.push_back(record->data());
             ASSERT_LT(buffer.size(), 23U);
         }
         ASSERT_EQ(frames, expected) << round;

@@ -31,8 +31,7 @@ public:
 
 std::string names(ModeSMessage const& message) {
     std::string text;
-    for (auto const* field : message.fields())
-        text += field->name() + "@" + std::to_string(field->pos()) + " ";
+    for (auto const* field : message.fields()) text += field->name() + "@" + std::to_string(field->pos()) + " ";
     return text;
 }
 
@@ -83,19 +82,18 @@ TEST(DFMessage, RejectsDecodingWithoutBytes) {
 
 TEST(DFMessage, IsADownlinkMessageOfItsLength) {
     EXPECT_EQ(DF0Message().modeSMsgType(), ModeSMessage::DOWNLINK);
-    for (unsigned const bits :
-         {DF0Message().bits(), DF4Message().bits(), DF5Message().bits(), DF11Message().bits()}) {
+    for (unsigned const bits : {DF0Message().bits(), DF4Message().bits(), DF5Message().bits(), DF11Message().bits()}) {
         EXPECT_EQ(bits, 56U);
     }
-    for (unsigned const bits : {DF16Message().bits(), DF17Message().bits(), DF18Message().bits(),
-                                DF19Message().bits(), DF20Message().bits(), DF21Message().bits()}) {
+    for (unsigned const bits : {DF16Message().bits(), DF17Message().bits(), DF18Message().bits(), DF19Message().bits(),
+             DF20Message().bits(), DF21Message().bits()}) {
         EXPECT_EQ(bits, 112U);
     }
 }
 
 template <class Reply> class EveryReply : public testing::Test {};
-using Replies = testing::Types<DF0Message, DF4Message, DF5Message, DF11Message, DF16Message, DF17Message,
-                               DF18Message, DF19Message, DF20Message, DF21Message>;
+using Replies = testing::Types<DF0Message, DF4Message, DF5Message, DF11Message, DF16Message, DF17Message, DF18Message,
+    DF19Message, DF20Message, DF21Message>;
 TYPED_TEST_SUITE(EveryReply, Replies);
 
 TYPED_TEST(EveryReply, IsInvalidWhenTheFrameIsOfAnotherFormat) {
@@ -114,8 +112,7 @@ TYPED_TEST(EveryReply, IsInvalidWhenTheFrameIsOfAnotherFormat) {
 
 TEST(AddressParityReplies, YieldTheAddressThatHidesInTheirParity) {
     DF0Message df0;
-    ASSERT_TRUE(
-        df0.decode(test::shortFrame(0, test::verticalStatus(1) | test::altitudeCode(18800), kAddress)));
+    ASSERT_TRUE(df0.decode(test::shortFrame(0, test::verticalStatus(1) | test::altitudeCode(18800), kAddress)));
     EXPECT_EQ(df0.icaoAddress(), kAddress);
     EXPECT_EQ(df0.constFieldAP().icaoAddress(), kAddress);
     EXPECT_EQ(df0.constFieldAP().parity(), df0.calculatedParity());
@@ -218,14 +215,11 @@ TEST(MilitarySquitter, IsValidAndEmptyWhenItIsReserved) {
         EXPECT_EQ(names(reply), "AF@5 ");
         EXPECT_EQ(reply.constFieldAF().code(), code);
         EXPECT_THAT(log.take(),
-                    Holds(Log::Info, "DF19Message",
-                          "AF = " + std::to_string(code) + ", reserved for military applications."));
+            Holds(Log::Info, "DF19Message", "AF = " + std::to_string(code) + ", reserved for military applications."));
     }
 }
 
-TEST(MilitarySquitter, ListsOnlyTheApplicationFieldUntilItIsDecoded) {
-    EXPECT_EQ(names(DF19Message()), "AF@0 ");
-}
+TEST(MilitarySquitter, ListsOnlyTheApplicationFieldUntilItIsDecoded) { EXPECT_EQ(names(DF19Message()), "AF@0 "); }
 
 TEST(DFMessage, HandsOutItsFieldsForChangeAndForReading) {
     DF0Message df0;

@@ -13,8 +13,7 @@ TEST(Layout, DecodesEveryFieldEvenAfterOneFailed) {
     ModeSMessageFieldPI parity;
     auto const frame = test::fromHex("5D4CA2D46B609F");
     EXPECT_TRUE(Layout(At{capability, 5}, At{address, 8}, At{parity, 32}).decode(frame));
-    EXPECT_FALSE(
-        Layout(At{address, 5}, At{capability, 5}, At{parity, 88}).decode(test::fromHex("FF000000000000")));
+    EXPECT_FALSE(Layout(At{address, 5}, At{capability, 5}, At{parity, 88}).decode(test::fromHex("FF000000000000")));
     EXPECT_EQ(capability.capability(), 7U);
 }
 
@@ -31,6 +30,5 @@ TEST(Layout, LeavesAFieldAsItWasWhenTheFrameDoesNotReachIt) {
 TEST(Layout, ListsItsFieldsInOrder) {
     ModeSMessageFieldAA const address;
     ModeSMessageFieldCA const capability;
-    EXPECT_THAT(Layout(At{capability, 5}, At{address, 8}).list(),
-                testing::ElementsAre(&capability, &address));
+    EXPECT_THAT(Layout(At{capability, 5}, At{address, 8}).list(), testing::ElementsAre(&capability, &address));
 }

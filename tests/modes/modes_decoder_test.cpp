@@ -11,7 +11,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <memory>
+#include <type_traits>
+#include <utility>
 
 using namespace quorvel::modes;
 using test::CapturedLog;
@@ -31,12 +34,8 @@ constexpr std::uint64_t kStart = 1'714'566'896'789;
 std::string const kPayload = fromHex("58C382D690C8AC");
 std::string const kSquitter = test::squitter(kAddress, kPayload);
 
-std::string altitudeReply(unsigned address) {
-    return test::shortFrame(4, test::altitudeCode(10000), address);
-}
-std::string allCall(unsigned address, unsigned interrogator) {
-    return test::shortFrame(11, address, interrogator);
-}
+std::string altitudeReply(unsigned address) { return test::shortFrame(4, test::altitudeCode(10000), address); }
+std::string allCall(unsigned address, unsigned interrogator) { return test::shortFrame(11, address, interrogator); }
 
 class ModeSDecoderTest : public testing::Test {
 protected:
@@ -56,9 +55,7 @@ protected:
         return message ? static_cast<int>(message->confidence()) : -1;
     }
 
-    void confirm(unsigned address) {
-        ASSERT_EQ(confidence(test::squitter(address, kPayload)), ModeSMessage::HIGH);
-    }
+    void confirm(unsigned address) { ASSERT_EQ(confidence(test::squitter(address, kPayload)), ModeSMessage::HIGH); }
 };
 
 } // namespace
@@ -82,12 +79,10 @@ TEST_F(ModeSDecoderTest, DoesNotDecodeUplinkFrames) {
 }
 
 TEST_F(ModeSDecoderTest, ReportsFormatsWithoutAClass) {
-    for (unsigned const code :
-         {1U, 2U, 3U, 6U, 7U, 8U, 9U, 10U, 12U, 13U, 14U, 15U, 22U, 23U, 24U, 25U, 31U}) {
+    for (unsigned const code : {1U, 2U, 3U, 6U, 7U, 8U, 9U, 10U, 12U, 13U, 14U, 15U, 22U, 23U, 24U, 25U, 31U}) {
         EXPECT_FALSE(decode(std::string(1, static_cast<char>(code << 3)) + std::string(13, '\0')));
         auto const format = std::to_string(std::min(code, 24U));
-        EXPECT_THAT(log.take(),
-                    Holds(Log::Debug, "ModeSDecoder", "Undefined DF-" + format + " message detected."));
+        EXPECT_THAT(log.take(), Holds(Log::Debug, "ModeSDecoder", "Undefined DF-" + format + " message detected."));
     }
 }
 
@@ -317,10 +312,9 @@ TEST_F(ModeSDecoderTest, RepairsOneBitOfASquitter) {
             EXPECT_EQ(message->confidence(), ModeSMessage::HIGH);
             EXPECT_EQ(message->icaoAddress(), kAddress);
             EXPECT_THAT(log.take(),
-                        ElementsAre(LogLine{Log::Info, "DF" + name + "Message", "Parity check failed."},
-                                    LogLine{Log::Info, "ModeSDecoder",
-                                            "Fix 1 bit error in DF-" + name + " message at " +
-                                                std::to_string(position) + "."}));
+                ElementsAre(LogLine{Log::Info, "DF" + name + "Message", "Parity check failed."},
+                    LogLine{Log::Info, "ModeSDecoder",
+                        "Fix 1 bit error in DF-" + name + " message at " + std::to_string(position) + "."}));
         }
     }
 }
@@ -334,12 +328,10 @@ TEST_F(ModeSDecoderTest, RepairsTwoBitsOfASquitter) {
         EXPECT_EQ(message->data(), frame);
         EXPECT_EQ(message->confidence(), ModeSMessage::HIGH);
         EXPECT_THAT(log.take(),
-                    ElementsAre(LogLine{Log::Info, "DF" + name + "Message", "Parity check failed."},
-                                LogLine{Log::Info, "ModeSDecoder",
-                                        "Fix 2 bits error in DF-" + name + " message at 33 and 60."}));
+            ElementsAre(LogLine{Log::Info, "DF" + name + "Message", "Parity check failed."},
+                LogLine{Log::Info, "ModeSDecoder", "Fix 2 bits error in DF-" + name + " message at 33 and 60."}));
     }
-    EXPECT_EQ(confidence(altitudeReply(kAddress)), ModeSMessage::HIGH)
-        << "a repaired squitter confirms its address";
+    EXPECT_EQ(confidence(altitudeReply(kAddress)), ModeSMessage::HIGH) << "a repaired squitter confirms its address";
 }
 
 TEST_F(ModeSDecoderTest, GivesUpOnThreeDamagedBits) {
@@ -347,10 +339,9 @@ TEST_F(ModeSDecoderTest, GivesUpOnThreeDamagedBits) {
         auto const frame = test::longFrame(format, kAddress, kPayload, 0);
         auto const name = std::to_string(format);
         EXPECT_FALSE(decode(withBitsInverted(frame, {12, 33, 60})));
-        EXPECT_THAT(log.take(),
-                    ElementsAre(LogLine{Log::Info, "DF" + name + "Message", "Parity check failed."},
-                                LogLine{Log::Info, "ModeSDecoder",
-                                        "Unable to fix error in DF-" + name + " message."}));
+        EXPECT_THAT(
+            log.take(), ElementsAre(LogLine{Log::Info, "DF" + name + "Message", "Parity check failed."},
+                            LogLine{Log::Info, "ModeSDecoder", "Unable to fix error in DF-" + name + " message."}));
     }
     EXPECT_EQ(confidence(altitudeReply(kAddress)), ModeSMessage::LOW);
 }
@@ -359,8 +350,7 @@ TEST_F(ModeSDecoderTest, GivesUpOnThreeDamagedBits) {
 TEST_F(ModeSDecoderTest, CannotRepairTheParityField) {
     for (unsigned position = 88; position < 112; ++position) {
         EXPECT_FALSE(decode(withBitsInverted(kSquitter, {position}))) << position;
-        EXPECT_EQ(log.take().back(),
-                  (LogLine{Log::Info, "ModeSDecoder", "Unable to fix error in DF-17 message."}));
+        EXPECT_EQ(log.take().back(), (LogLine{Log::Info, "ModeSDecoder", "Unable to fix error in DF-17 message."}));
     }
 }
 
@@ -379,13 +369,11 @@ TEST_F(ModeSDecoderTest, DropsARepairedFrameOfAnotherFormat) {
         auto const name = std::string(format);
         EXPECT_FALSE(decode(withBitsInverted(frame, {position})));
         EXPECT_THAT(log.take(),
-                    ElementsAre(LogLine{Log::Info, "DF" + name + "Message", "Parity check failed."},
-                                LogLine{Log::Info, "ModeSDecoder",
-                                        "Fix 1 bit error in DF-" + name + " message at " +
-                                            std::to_string(position) + "."},
-                                LogLine{Log::Info, "DFMessage", "DF format mismatch."},
-                                LogLine{Log::Error, "ModeSDecoder",
-                                        "Faild to decode DF-" + name + " message after CRC fixing."}));
+            ElementsAre(LogLine{Log::Info, "DF" + name + "Message", "Parity check failed."},
+                LogLine{Log::Info, "ModeSDecoder",
+                    "Fix 1 bit error in DF-" + name + " message at " + std::to_string(position) + "."},
+                LogLine{Log::Info, "DFMessage", "DF format mismatch."},
+                LogLine{Log::Error, "ModeSDecoder", "Faild to decode DF-" + name + " message after CRC fixing."}));
     }
 }
 
@@ -418,13 +406,40 @@ TEST_F(ModeSDecoderTest, GradesAsThePlainRulesDoThatForgetNothing) {
         auto const address = static_cast<unsigned>(1 + noise.below(noise.below(4) == 0 ? 0xFFFFFF : 40));
         auto const interrogator = static_cast<unsigned>(noise.below(noise.below(4) == 0 ? 90 : 3));
         switch (noise.below(3)) {
-        case 0:
-            ASSERT_EQ(confidence(test::squitter(address, kPayload)), plain.squitter(address)) << step;
-            break;
+        case 0: ASSERT_EQ(confidence(test::squitter(address, kPayload)), plain.squitter(address)) << step; break;
         case 1: ASSERT_EQ(confidence(altitudeReply(address)), plain.hiddenAddress(address)) << step; break;
-        default:
-            ASSERT_EQ(confidence(allCall(address, interrogator)), plain.allCall(address, interrogator))
-                << step;
+        default: ASSERT_EQ(confidence(allCall(address, interrogator)), plain.allCall(address, interrogator)) << step;
         }
     }
+}
+
+TEST(Interrogator, IsAllZeroWhenNew) {
+    ModeSDecoder::Interrogator const interrogator;
+    static_assert(std::is_same_v<decltype(interrogator.time), std::int64_t>);
+    static_assert(std::is_same_v<decltype(interrogator.counter), std::uint32_t>);
+    EXPECT_EQ(interrogator.time, 0);
+    EXPECT_EQ(interrogator.counter, 0U);
+}
+
+TEST_F(ModeSDecoderTest, LearnsSeparatelyFromItsCopies) {
+    confirm(kAddress);
+    auto copy = decoder;
+    EXPECT_EQ(copy.decode(ModeSMessage::DOWNLINK, altitudeReply(kAddress))->confidence(), ModeSMessage::HIGH);
+    confirm(kOtherAddress);
+    EXPECT_EQ(copy.decode(ModeSMessage::DOWNLINK, altitudeReply(kOtherAddress))->confidence(), ModeSMessage::LOW);
+    copy = decoder;
+    EXPECT_EQ(copy.decode(ModeSMessage::DOWNLINK, altitudeReply(kOtherAddress))->confidence(), ModeSMessage::HIGH);
+}
+
+TEST_F(ModeSDecoderTest, KnowsAfterAMoveWhatItKnewBefore) {
+    confirm(kAddress);
+    auto moved = std::move(decoder);
+    EXPECT_EQ(moved.decode(ModeSMessage::DOWNLINK, altitudeReply(kAddress))->confidence(), ModeSMessage::HIGH);
+    decoder = std::move(moved);
+    EXPECT_EQ(confidence(altitudeReply(kAddress)), ModeSMessage::HIGH);
+}
+
+TEST_F(ModeSDecoderTest, IsCopiedWithoutAWord) {
+    auto const copy = decoder;
+    EXPECT_THAT(log.take(), IsEmpty());
 }

@@ -15,7 +15,7 @@ TEST(ModeSEncapsulation, StartsEmptyWithoutATime) {
     EXPECT_EQ(record.data(), "");
 }
 
-TEST(ModeSEncapsulation, KeepsWhatItIsTold) {
+TEST(ModeSEncapsulation, KeepsWhatItIsGiven) {
     ModeSEncapsulation record;
     record.setTimeStamp(1'714'566'896'789);
     record.setData(std::string("a\0b", 3));
@@ -28,10 +28,9 @@ TEST(ModeSEncapsulation, NamesItsFormats) {
         unsigned format;
         char const* identifier;
         char const* name;
-    } const cases[] = {{0, "unknown", "Unknown"},  {1, "hex", "Raw Hex"},
-                       {2, "bin", "Raw Bin"},      {3, "avr", "AVR"},
-                       {4, "beast", "Beast"},      {5, "unknown", "Unknown"},
-                       {99, "unknown", "Unknown"}, {0xFFFFFFFF, "unknown", "Unknown"}};
+    } const cases[] = {{0, "unknown", "Unknown"}, {1, "hex", "Raw Hex"}, {2, "bin", "Raw Bin"}, {3, "avr", "AVR"},
+        {4, "beast", "Beast"}, {5, "unknown", "Unknown"}, {99, "unknown", "Unknown"},
+        {0xFFFFFFFF, "unknown", "Unknown"}};
     for (auto const& [format, identifier, name] : cases) {
         EXPECT_EQ(ModeSEncapsulation::identifier(static_cast<Format>(format)), identifier);
         EXPECT_EQ(ModeSEncapsulation::name(static_cast<Format>(format)), name);

@@ -65,9 +65,7 @@ public:
 
 } // namespace
 
-TEST(ModeSMessageField, HasNoVirtualDestructor) {
-    EXPECT_FALSE(std::has_virtual_destructor_v<ModeSMessageField>);
-}
+TEST(ModeSMessageField, HasNoVirtualDestructor) { EXPECT_FALSE(std::has_virtual_destructor_v<ModeSMessageField>); }
 
 TEST(ModeSMessageField, StartsAtPositionZeroAndInvalid) {
     for (auto const& [field, designator, value, name, fullName, bits, positions] : fieldCases()) {
@@ -104,10 +102,9 @@ TEST(ModeSMessageField, IsAcceptedAtItsOwnPositionsOnly) {
     for (auto const& fieldCase : fieldCases()) {
         auto& field = *fieldCase.field;
         for (unsigned pos = 0; pos + fieldCase.bits <= 112; ++pos) {
-            bool const isOwn = std::find(fieldCase.positions.begin(), fieldCase.positions.end(), pos) !=
-                               fieldCase.positions.end();
-            EXPECT_EQ(field.decode(kFrame, static_cast<unsigned char>(pos)), isOwn)
-                << fieldCase.name << " at " << pos;
+            bool const isOwn =
+                std::find(fieldCase.positions.begin(), fieldCase.positions.end(), pos) != fieldCase.positions.end();
+            EXPECT_EQ(field.decode(kFrame, static_cast<unsigned char>(pos)), isOwn) << fieldCase.name << " at " << pos;
             EXPECT_EQ(field.pos(), pos);
             EXPECT_EQ(field.valid(), isOwn);
         }
@@ -166,8 +163,14 @@ TEST(FieldAC, ScalesElevenBitsWhateverTheUnit) {
         unsigned resolution;
         int altitude;
     } const cases[] = {
-        {"0C38", 0, 25, 18800}, {"0C28", 0, 100, 78200}, {"0C78", 1, 25, 18800},   {"0000", 0, 100, -1000},
-        {"0010", 0, 25, -1000}, {"1FBF", 0, 25, 50175},  {"1FAF", 0, 100, 203700}, {"FFFF", 1, 25, 50175},
+        {"0C38", 0, 25, 18800},
+        {"0C28", 0, 100, 78200},
+        {"0C78", 1, 25, 18800},
+        {"0000", 0, 100, -1000},
+        {"0010", 0, 25, -1000},
+        {"1FBF", 0, 25, 50175},
+        {"1FAF", 0, 100, 203700},
+        {"FFFF", 1, 25, 50175},
     };
     for (auto const& [bytes, unit, resolution, altitude] : cases) {
         ModeSMessageFieldAC field;
@@ -193,7 +196,7 @@ TEST(FieldID, ReadsFourOctalDigitsFromTheirScatteredBits) {
         unsigned position;
         unsigned identity;
     } const cases[] = {{19, 00010}, {20, 01000}, {21, 00020}, {22, 02000}, {23, 00040}, {24, 04000}, {25, 0},
-                       {26, 00100}, {27, 00001}, {28, 00200}, {29, 00002}, {30, 00400}, {31, 00004}};
+        {26, 00100}, {27, 00001}, {28, 00200}, {29, 00002}, {30, 00400}, {31, 00004}};
     for (auto const& [position, identity] : cases) {
         ModeSMessageFieldID field;
         ASSERT_TRUE(field.decode(withBits(std::string(4, '\0'), position, 1, 1), 19));
@@ -232,8 +235,7 @@ TEST(FieldsOfThreeBits, AreTheLastBitsOfTheFirstByte) {
 }
 
 TEST(FieldFS, NamesEveryStatus) {
-    char const* const names[] = {"AIR",        "GND", "AIR, ALERT", "GND, ALERT",
-                                 "ALERT, SPI", "SPI", "UNKNOWN",    "UNKNOWN"};
+    char const* const names[] = {"AIR", "GND", "AIR, ALERT", "GND, ALERT", "ALERT, SPI", "SPI", "UNKNOWN", "UNKNOWN"};
     for (unsigned value = 0; value < 8; ++value) {
         ModeSMessageFieldFS field;
         ASSERT_TRUE(field.decode(std::string(1, static_cast<char>(value)), 5));
@@ -291,7 +293,7 @@ TEST(FieldPI, YieldsParityOrInterrogatorFromTheOther) {
 TEST(FieldPI, BelievesInInterrogatorsBelow80) {
     ModeSMessageFieldPI field;
     for (auto const& [interrogator, valid] :
-         {std::pair{0U, true}, {15U, true}, {79U, true}, {80U, false}, {0xFFFFFFU, false}}) {
+        {std::pair{0U, true}, {15U, true}, {79U, true}, {80U, false}, {0xFFFFFFU, false}}) {
         field.setInterrogatorId(interrogator);
         EXPECT_EQ(field.interrogatorIdValid(), valid) << interrogator;
     }
@@ -308,7 +310,7 @@ TEST(FieldsOfMessages, HoldSevenBytes) {
     EXPECT_EQ(me.data(), message);
     EXPECT_EQ(mv.data(), message);
     for (auto const& text : {mb.description(), me.description(), mv.description(), mb.dataHexString(),
-                             me.dataHexString(), mv.dataHexString()}) {
+             me.dataHexString(), mv.dataHexString()}) {
         EXPECT_EQ(text, "202CC371C32CE0");
     }
 }

@@ -19,8 +19,7 @@ namespace {
 // A message class as a host may derive it.
 class PlainMessage : public ModeSMessage {
 public:
-    explicit PlainMessage(unsigned char bits, ModeSMsgType type = DOWNLINK)
-        : ModeSMessage(type), _bits(bits) {}
+    explicit PlainMessage(unsigned char bits, ModeSMsgType type = DOWNLINK) : ModeSMessage(type), _bits(bits) {}
     unsigned char bits() const override { return _bits; }
     std::vector<ModeSMessageField const*> fields() const override { return {}; }
     bool decodeImpl() override { return result; }
@@ -70,7 +69,7 @@ TEST(ModeSMessage, DescribesItsDirection) {
     EXPECT_EQ(PlainMessage(56, static_cast<ModeSMessage::ModeSMsgType>(7)).modeSMsgTypeName(), "Downlink");
 }
 
-TEST(ModeSMessage, KeepsWhatItIsTold) {
+TEST(ModeSMessage, KeepsWhatItIsGiven) {
     PlainMessage message(56);
     message.setTimeSource(ModeSMessage::EXTERNAL);
     message.setTimeStamp(123'456'789'012);
@@ -89,8 +88,8 @@ TEST(ModeSMessage, ShowsAddressAndParityWithTwoToSixDigits) {
     struct {
         unsigned address;
         char const* text;
-    } const cases[] = {{0, "00"},        {0xA, "0A"},          {0x123, "123"},
-                       {0xABCD, "ABCD"}, {0x4840D6, "4840D6"}, {0x1234567, "123456"}};
+    } const cases[] = {
+        {0, "00"}, {0xA, "0A"}, {0x123, "123"}, {0xABCD, "ABCD"}, {0x4840D6, "4840D6"}, {0x1234567, "123456"}};
     for (auto const& [address, text] : cases) {
         message.setIcaoAddress(address);
         EXPECT_EQ(message.icaoAddressHexString(), text);
@@ -144,7 +143,7 @@ TEST(ModeSMessage, HasItsLengthInBytes) {
 TEST(ModeSMessage, ComputesTheParityOfOtherBytesOfItsLength) {
     EXPECT_EQ(PlainMessage(112).calculateParity(kSquitter), kSquitterParity);
     EXPECT_EQ(PlainMessage(56).calculateParity(fromHex("5D4CA2D46B609F")),
-              reference::parityOfFrame(fromHex("5D4CA2D46B609F")));
+        reference::parityOfFrame(fromHex("5D4CA2D46B609F")));
     EXPECT_EQ(PlainMessage(112).calculateParity(""), 0U);
 }
 

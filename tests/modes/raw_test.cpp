@@ -45,9 +45,8 @@ TEST(RawBin, IsDiscardedAtAnyOtherLength) {
         std::string buffer(length, 'x');
         EXPECT_TRUE(ModeSEncapsulation::extractRawBin(buffer).empty());
         EXPECT_EQ(buffer, "");
-        EXPECT_THAT(log.take(),
-                    Holds(Log::Warning, "ModeSEncapsulation",
-                          "Raw bin buffer over size (" + std::to_string(length) + "), data disgarded"));
+        EXPECT_THAT(log.take(), Holds(Log::Warning, "ModeSEncapsulation",
+                                    "Raw bin buffer over size (" + std::to_string(length) + "), data disgarded"));
     }
 }
 

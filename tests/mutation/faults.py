@@ -1,12 +1,16 @@
 # SPDX-License-Identifier: MIT
 """Finds the places of a C++ source where a small fault can be made, and what the fault is.
 
-Faults are made on tokens. Sources are formatted by clang-format, which tells operators from the rest: a binary
+Faults are made on tokens. Sources are formatted by clang-format, which separates operators from the rest: a binary
 operator has a blank on either side, the brackets of templates and the marks of references have not.
 """
+import bisect
+import collections
 import dataclasses
 import hashlib
 import re
+
+from places import Places
 
 TOKEN = re.compile(r"""
       (?P<comment>//[^\n]*|/\*.*?\*/)
@@ -48,6 +52,7 @@ class Fault:
     was: str  # the lines that it touches, blanks made one
     now: str
     id: str
+    key: tuple  # function, statement, statement with the fault: the same wherever they are and however they are laid out
 
     def applied_to(self, text):
         return text[:self.begin] + self.replacement + text[self.end:]
@@ -217,10 +222,39 @@ def neighbours(number):
     return [spelled.format(each) + suffix for each in (value + 1, value - 1) if each >= 0]
 
 
+def words(text):
+    """Code without comments, and with one blank between any two words."""
+    return " ".join(token.text for token in tokens_of(text))
+
+
+class Keys:
+    """Names the faults of a source by what they are in and what they do there."""
+
+    def __init__(self, text, tokens):
+        self.text = text
+        self.tokens = tokens
+        self.begins = [token.begin for token in tokens]
+        self.places = Places(tokens)
+        self.times = collections.Counter()
+
+    def of(self, begin, end, replacement):
+        first = bisect.bisect_right(self.begins, begin) - 1
+        last = bisect.bisect_left(self.begins, end)
+        scope = self.places.scopes[first] or "(namespace)"
+        first, last = self.places.statement(first, last)
+        before, after = self.text[self.begins[first]:begin], self.text[end:self.tokens[last - 1].end]
+        was, now = words(before + self.text[begin:end] + after), words(before + replacement + after) or "(nothing)"
+        self.times[scope, was, now] += 1
+        times = self.times[scope, was, now]
+        return scope if times == 1 else f"{scope} ({times})", was, now
+
+
 def faults_of(file, text):
     """Every fault that can be made in the text of a file, in the order of the text."""
     found, seen = [], {}
-    for kind, begin, end, replacement in Finder(text).all():
+    finder = Finder(text)
+    keys = Keys(text, finder.tokens)
+    for kind, begin, end, replacement in finder.all():
         first = text.rfind("\n", 0, begin) + 1
         last = text.find("\n", end)
         last = len(text) if last < 0 else last
@@ -229,5 +263,6 @@ def faults_of(file, text):
         # the same whatever lies above it in the file
         times = seen[was, now] = seen.get((was, now), 0) + 1
         identity = hashlib.sha1(f"{file}\n{was}\n{now}\n{times}".encode()).hexdigest()[:7]
-        found.append(Fault(file, kind, begin, end, replacement, text.count("\n", 0, begin) + 1, was, now, identity))
+        found.append(Fault(file, kind, begin, end, replacement, text.count("\n", 0, begin) + 1, was, now, identity,
+                           keys.of(begin, end, replacement)))
     return found

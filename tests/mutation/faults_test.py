@@ -12,6 +12,11 @@ def results(text, kind=None):
             if kind in (None, fault.kind)]
 
 
+def keys(text):
+    """The keys of the comparisons that are changed."""
+    return [fault.key for fault in faults_of("a.cpp", text) if fault.kind == "comparison" and "==" in fault.was]
+
+
 class Faults(unittest.TestCase):
     def test_comparisons_are_flipped_and_shifted(self):
         self.assertEqual(results("a < b;"), ["a <= b;", "a > b;"])
@@ -57,6 +62,28 @@ class Faults(unittest.TestCase):
     def test_equal_lines_have_faults_of_different_names(self):
         found = faults_of("a.cpp", "a < b;\na < b;\n")
         self.assertEqual(len({fault.id for fault in found}), 4)
+
+    def test_the_key_of_a_fault_outlives_all_edits_but_that_of_its_statement(self):
+        [key] = keys("int A::f() { g(); if (a == b) return; }")
+        self.assertEqual(key, ("A::f", "if ( a == b ) return", "if ( a != b ) return"))
+        self.assertEqual([key], keys("namespace n {\nint A::f(int c) {\n  h();\n  if (a // why\n      == b)\n    return;\n}\n}"))
+        self.assertNotEqual([key], keys("int A::f() { g(); if (a == c) return; }"))
+
+    def test_equal_statements_of_a_function_have_keys_of_their_own(self):
+        self.assertEqual([scope for scope, _, _ in keys("void f() { a == b; a == b; }")], ["f", "f (2)"])
+
+    def test_keys_name_functions_classes_and_tables(self):
+        for text, scope in (("class E A final : B { bool f() const { return a == b; } };", "A::f"),
+                            ("constexpr T kTable[] = {{a == b}, {c, d}};", "kTable"),
+                            ("A::A(int a) : _b(a) { for (;;) a == b; }", "A::A"),
+                            ("A::~A() { a == b; }", "A::~A"),
+                            ("bool A::operator<(A const& b) const { return a == b; }", "A::operator<"),
+                            ("void f() { for (auto a : as) { if (a) { a == b; } } }", "f"),
+                            ("a == b;", "(namespace)")):
+            self.assertEqual([key[0] for key in keys(text)], [scope], text)
+
+    def test_a_statement_with_semicolons_in_parentheses_is_one(self):
+        self.assertEqual([key[1] for key in keys("void f() { for (;a == b;) g(); }")], ["for ( ; a == b ; ) g ( )"])
 
 
 if __name__ == "__main__":

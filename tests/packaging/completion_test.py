@@ -51,7 +51,7 @@ def expect(what, condition, words, offered):
 
 
 def expect_offers(what, words, *wanted):
-    """Offers these among others, all of which begin as the last word does."""
+    """Offers these among others, all of which start as the last word does."""
     offered = offers(*words)
     start = words[-1].rpartition("=")[2]
     expect(what, set(wanted) <= set(offered) and all(offer.startswith(start) for offer in offered), words, offered)

@@ -27,7 +27,7 @@ def blocks_of_help(command):
 
 
 def entries(block):
-    """(what, text), which begins in column 30, of each entry of a block: an option with its values, a positional, or a command."""
+    """(what, text), which starts in column 30, of each entry of a block: an option with its values, a positional, or a command."""
     return [(what.strip(), text) for what, text in re.findall(r"^  (\S.{26} |\S.*\n {29}) *(\S.*)$", block, re.M)]
 
 

@@ -22,13 +22,10 @@ inline int longitudeZonesByFormula(double latitude) {
     if (std::abs(latitude) >= 87.0) return 1; // a transition belongs to the lower number
     if (latitude == 0.0) return 59;
     double const cosine = std::cos(pi / 180.0 * std::abs(latitude));
-    return static_cast<int>(
-        std::floor(2.0 * pi / std::acos(1.0 - (1.0 - std::cos(pi / 30.0)) / (cosine * cosine))));
+    return static_cast<int>(std::floor(2.0 * pi / std::acos(1.0 - (1.0 - std::cos(pi / 30.0)) / (cosine * cosine))));
 }
 
-inline double positiveRemainder(double value, double divisor) {
-    return value - divisor * std::floor(value / divisor);
-}
+inline double positiveRemainder(double value, double divisor) { return value - divisor * std::floor(value / divisor); }
 
 /// The frame (odd = 1 or even = 0) of a position in degrees.
 inline EncodedPosition encoded(double latitude, double longitude, int odd) {
@@ -39,12 +36,8 @@ inline EncodedPosition encoded(double latitude, double longitude, int odd) {
     int const zones = longitudeZonesByFormula(received);
     double const zoneWidth = 360.0 / (zones - odd > 1 ? zones - odd : 1);
     double const x = std::floor(kUnits * positiveRemainder(longitude, zoneWidth) / zoneWidth + 0.5);
-    return {static_cast<unsigned>(y) & 0x1FFFF,
-            static_cast<unsigned>(x) & 0x1FFFF,
-            zones,
-            zoneHeight / kUnits,
-            zoneWidth / kUnits,
-            received};
+    return {static_cast<unsigned>(y) & 0x1FFFF, static_cast<unsigned>(x) & 0x1FFFF, zones, zoneHeight / kUnits,
+        zoneWidth / kUnits, received};
 }
 
 } // namespace quorvel::modes::reference

@@ -28,8 +28,7 @@ public:
         if (interrogator >= 80) return ModeSMessage::NONE;
         bool const isCurrent =
             _interrogators.count(interrogator) != 0 && _interrogators[interrogator].time + 60 >= _now;
-        auto const replies =
-            _interrogators.count(interrogator) != 0 ? _interrogators[interrogator].replies : 0;
+        auto const replies = _interrogators.count(interrogator) != 0 ? _interrogators[interrogator].replies : 0;
         if (isKnown(address) && isCurrent) {
             _addresses[address] = _now;
             _interrogators[interrogator] = {_now, replies + 1};

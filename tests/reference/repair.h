@@ -25,8 +25,7 @@ inline std::optional<unsigned> searchBit(std::string const& frame, std::uint32_t
     return {};
 }
 
-inline std::optional<std::pair<unsigned, unsigned>> searchPair(std::string const& frame,
-                                                               std::uint32_t parity) {
+inline std::optional<std::pair<unsigned, unsigned>> searchPair(std::string const& frame, std::uint32_t parity) {
     for (unsigned i = 0; i < 8 * frame.size(); ++i) {
         for (unsigned j = i + 1; j < 8 * frame.size(); ++j) {
             if (parityOfFrame(test::withBitsInverted(frame, {i, j})) == parity) return {{i, j}};

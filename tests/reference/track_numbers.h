@@ -5,7 +5,7 @@
 
 namespace quorvel::modes::reference {
 
-/// Track numbers by a search through all targets, begun anew whenever the candidate is in use.
+/// Track numbers by a search through all targets, restarted whenever the candidate is in use.
 class SearchedTrackNumbers {
 public:
     std::map<unsigned, unsigned> numberOf; // by address

@@ -35,8 +35,7 @@ TimeAccessors const kTimes[] = {
     {"altitudeBaroLastUpdate", &Report::altitudeBaroLastUpdate, &Report::setAltitudeBaroLastUpdate},
     {"groundSpeedLastUpdate", &Report::groundSpeedLastUpdate, &Report::setGroundSpeedLastUpdate},
     {"headingLastUpdate", &Report::headingLastUpdate, &Report::setHeadingLastUpdate},
-    {"verticalRateBaroLastUpdate", &Report::verticalRateBaroLastUpdate,
-     &Report::setVerticalRateBaroLastUpdate},
+    {"verticalRateBaroLastUpdate", &Report::verticalRateBaroLastUpdate, &Report::setVerticalRateBaroLastUpdate},
     {"groundStatusLastUpdate", &Report::groundStatusLastUpdate, &Report::setGroundStatusLastUpdate},
     {"groundStatusLastChange", &Report::groundStatusLastChange, &Report::setGroundStatusLastChange},
     {"spiStatusLastUpdate", &Report::spiStatusLastUpdate, &Report::setSpiStatusLastUpdate},
@@ -134,7 +133,7 @@ TEST(TargetReport, StartsEmpty) {
     EXPECT_FALSE(report.groundStatus());
     EXPECT_EQ(report.mopsVersion(), MOPS_V0);
     for (unsigned const quality :
-         {report.nucp(), report.nucr(), report.nic(), report.pic(), report.nacp(), report.sil()}) {
+        {report.nucp(), report.nucr(), report.nic(), report.pic(), report.nacp(), report.sil()}) {
         EXPECT_EQ(quality, 0U);
     }
 }
@@ -209,7 +208,7 @@ TEST(TargetReport, JudgesWhatSomeSettersAreGiven) {
 
 TEST(TargetReport, TakesSquawksFrom1To4095ForValid) {
     for (auto const& [code, valid] :
-         {std::pair{0U, false}, {1U, true}, {04032U, true}, {4095U, true}, {4096U, false}}) {
+        {std::pair{0U, false}, {1U, true}, {04032U, true}, {4095U, true}, {4096U, false}}) {
         Report report;
         report.setSquawk(code);
         EXPECT_EQ(report.squawk(), code);
@@ -222,10 +221,9 @@ TEST(TargetReport, TakesPositionsOnEarthForValid) {
         double latitude;
         double longitude;
         bool valid;
-    } const cases[] = {{0, 0, true},          {90, 180, true},         {-90, -180, true},
-                       {91, 0, false},        {-90.01, 0, false},      {0, 180.01, false},
-                       {0, -181, false},      {kNotANumber, 0, false}, {0, kNotANumber, false},
-                       {kInfinity, 0, false}, {0, -kInfinity, false}};
+    } const cases[] = {{0, 0, true}, {90, 180, true}, {-90, -180, true}, {91, 0, false}, {-90.01, 0, false},
+        {0, 180.01, false}, {0, -181, false}, {kNotANumber, 0, false}, {0, kNotANumber, false}, {kInfinity, 0, false},
+        {0, -kInfinity, false}};
     for (auto const& [latitude, longitude, valid] : cases) {
         Report report;
         report.setPosition(latitude, longitude);

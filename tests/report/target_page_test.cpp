@@ -66,12 +66,11 @@ std::vector<Section> emptySections() {
         {"Identification", false, {{"Track Number", "FALSE", "0", ""}, {"ICAO Address", "FALSE", "", ""}}},
         {"Static", true, staticRows},
         {"Tectical", false,
-         invalidRows({"Position", "Latitude", "Longitude", "Braometric Altitude", "Ground Speed", "Heading",
-                      "Barometric Vertical Rate", "Signal Amplitude"},
-                     false)},
+            invalidRows({"Position", "Latitude", "Longitude", "Braometric Altitude", "Ground Speed", "Heading",
+                            "Barometric Vertical Rate", "Signal Amplitude"},
+                false)},
         {"Quality Indicators", true,
-         invalidRows({"NUCp", "NUCr", "NIC", "NICsuppA", "NICsuppB", "NICsuppC", "PIC", "NACp", "NUCr"},
-                     true)},
+            invalidRows({"NUCp", "NUCr", "NIC", "NICsuppA", "NICsuppB", "NICsuppC", "PIC", "NACp", "NUCr"}, true)},
     };
 }
 
@@ -160,46 +159,32 @@ ADSBTargetReport fullReport() {
 
 std::vector<Section> fullSections() {
     return {
-        {"Identification",
-         false,
-         {{"Track Number", "TRUE", "17", shown(0)}, {"ICAO Address", "TRUE", "4840D6", shown(0)}}},
-        {"Static",
-         true,
-         {{"Callsign", "TRUE", "KLM<&23 ", shown(1), shown(15)},
-          {"Squawk", "TRUE", "7700", "", shown(16)}, // its change is never shown
-          {"Emitter Category", "TRUE", "3", shown(3), shown(17)},
-          {"Ground Status", "TRUE", "GND", shown(4), shown(18)},
-          {"SPI", "TRUE", "SPI", shown(5), shown(19)},
-          {"Alert Status", "TRUE", "ALERT", shown(6), shown(20)},
-          {"MOPS Version", "TRUE", "MOPS V2", shown(7), shown(21)},
-          {"MOPS Certainty ", "TRUE", "CONFIRMED", shown(7), shown(21)}}},
-        {"Tectical",
-         false,
-         {{"Position", "TRUE", "513000N0002530W", shown(22)},
-          {"Latitude", "TRUE", "51.500000", shown(22)},
-          {"Longitude", "TRUE", "-0.425000", shown(22)},
-          {"Braometric Altitude", "TRUE", "-975", shown(23)},
-          {"Ground Speed", "TRUE", "451.250000", shown(24)},
-          {"Heading", "TRUE", "0.100000", shown(25)},
-          {"Barometric Vertical Rate", "TRUE", "-64", shown(26)},
-          {"Signal Amplitude", "TRUE", "200", shown(27)}}},
-        {"Quality Indicators",
-         true,
-         {{"NUCp", "TRUE", "7", shown(8), shown(28)},
-          {"NUCr", "TRUE", "2", shown(9), shown(29)},
-          {"NIC", "TRUE", "8", shown(10), shown(30)},
-          {"NICsuppA", "TRUE", "1", "", shown(31)},
-          {"NICsuppB", "TRUE", "0", "", shown(32)},
-          {"NICsuppC", "TRUE", "1", "", shown(33)},
-          {"PIC", "TRUE", "11", shown(11), shown(34)},
-          {"NACp", "TRUE", "9", shown(12), shown(35)},
-          {"NUCr", "TRUE", "3", shown(13), shown(36)}}}, // the SIL
+        {"Identification", false,
+            {{"Track Number", "TRUE", "17", shown(0)}, {"ICAO Address", "TRUE", "4840D6", shown(0)}}},
+        {"Static", true,
+            {{"Callsign", "TRUE", "KLM<&23 ", shown(1), shown(15)},
+                {"Squawk", "TRUE", "7700", "", shown(16)}, // its change is never shown
+                {"Emitter Category", "TRUE", "3", shown(3), shown(17)},
+                {"Ground Status", "TRUE", "GND", shown(4), shown(18)}, {"SPI", "TRUE", "SPI", shown(5), shown(19)},
+                {"Alert Status", "TRUE", "ALERT", shown(6), shown(20)},
+                {"MOPS Version", "TRUE", "MOPS V2", shown(7), shown(21)},
+                {"MOPS Certainty ", "TRUE", "CONFIRMED", shown(7), shown(21)}}},
+        {"Tectical", false,
+            {{"Position", "TRUE", "513000N0002530W", shown(22)}, {"Latitude", "TRUE", "51.500000", shown(22)},
+                {"Longitude", "TRUE", "-0.425000", shown(22)}, {"Braometric Altitude", "TRUE", "-975", shown(23)},
+                {"Ground Speed", "TRUE", "451.250000", shown(24)}, {"Heading", "TRUE", "0.100000", shown(25)},
+                {"Barometric Vertical Rate", "TRUE", "-64", shown(26)},
+                {"Signal Amplitude", "TRUE", "200", shown(27)}}},
+        {"Quality Indicators", true,
+            {{"NUCp", "TRUE", "7", shown(8), shown(28)}, {"NUCr", "TRUE", "2", shown(9), shown(29)},
+                {"NIC", "TRUE", "8", shown(10), shown(30)}, {"NICsuppA", "TRUE", "1", "", shown(31)},
+                {"NICsuppB", "TRUE", "0", "", shown(32)}, {"NICsuppC", "TRUE", "1", "", shown(33)},
+                {"PIC", "TRUE", "11", shown(11), shown(34)}, {"NACp", "TRUE", "9", shown(12), shown(35)},
+                {"NUCr", "TRUE", "3", shown(13), shown(36)}}}, // the SIL
     };
 }
 
-bool contains(std::string const& text, std::string const& part) {
-    return text.find(part) != std::string::npos;
-}
+bool contains(std::string const& text, std::string const& part) { return text.find(part) != std::string::npos; }
 
 } // namespace
 
@@ -228,10 +213,10 @@ TEST(TargetPage, ShowsTheOtherNames) {
     EXPECT_TRUE(contains(html, "<td>Alert Status</td>\n        <td>TRUE</td>\n        <td>NO ALERT</td>"));
     EXPECT_TRUE(contains(html, "<td>MOPS Certainty </td>\n        <td>TRUE</td>\n        <td>ASSUMED</td>"));
     for (auto const& [version, name] :
-         {std::pair{0U, "MOPS V0"}, {1U, "MOPS V1"}, {2U, "MOPS V2"}, {3U, "UNKNOWN"}, {9U, "UNKNOWN"}}) {
+        {std::pair{0U, "MOPS V0"}, {1U, "MOPS V1"}, {2U, "MOPS V2"}, {3U, "UNKNOWN"}, {9U, "UNKNOWN"}}) {
         report.setMopsVersion(static_cast<MOPSVersion>(version));
-        EXPECT_TRUE(contains(report.toHtml(""), "<td>MOPS Version</td>\n        <td>TRUE</td>\n        <td>" +
-                                                    std::string(name) + "</td>"));
+        EXPECT_TRUE(contains(report.toHtml(""),
+            "<td>MOPS Version</td>\n        <td>TRUE</td>\n        <td>" + std::string(name) + "</td>"));
     }
 }
 
@@ -241,17 +226,14 @@ TEST(TargetPage, ShowsTheTrackNumberOfAnInvalidReport) {
     report.setIcaoAddressValid(false);
     report.setTrackIdValid(true);
     EXPECT_TRUE(contains(report.toHtml(""),
-                         "<td>Track Number</td>\n        <td>FALSE</td>\n        <td>17</td>\n        <td>" +
-                             shown(0)));
+        "<td>Track Number</td>\n        <td>FALSE</td>\n        <td>17</td>\n        <td>" + shown(0)));
     EXPECT_TRUE(contains(report.toHtml(""),
-                         "<td>ICAO Address</td>\n        <td>FALSE</td>\n        <td></td>\n        <td>" +
-                             shown(0)));
+        "<td>ICAO Address</td>\n        <td>FALSE</td>\n        <td></td>\n        <td>" + shown(0)));
 }
 
 TEST(TargetPage, HidesValueAndTimesOfAnInvalidItem) {
     auto report = fullReport();
     report.setSquawkValid(false);
-    EXPECT_TRUE(contains(
-        report.toHtml(""),
+    EXPECT_TRUE(contains(report.toHtml(""),
         "<td>Squawk</td>\n        <td>FALSE</td>\n        <td></td>\n        <td></td>\n        <td></td>"));
 }

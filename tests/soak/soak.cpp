@@ -6,13 +6,13 @@
 // noise   100 million random surveillance, Comm-B and all-call frames, each with another hidden address
 // forged  20 million extended squitters with valid parity and random addresses in 24 hours
 // day     24 hours of 3,000 simulated aircraft
-// SCALE shortens a run: 1 is the whole of it. Prints memory and speed at ten points; the exit status tells
+// SCALE shortens a run: 1 is the whole of it. Prints memory and speed at ten points; the exit status says
 // whether the memory of the second half stayed within that of the first and, of a whole run, whether the
 // speed of the last tenth is near that of the first: in a short one, the first tenth is the filling of the
 // tables.
 #include <modes/modes.h>
 
-#include "simulate/parity.h"
+#include "simulate/checksum.h"
 #include "simulate/random.h"
 #include "simulate/traffic.h"
 
@@ -123,14 +123,13 @@ bool staysPut(std::vector<Point> const& points) {
     auto const middle = points.begin() + kPoints / 2;
     auto const early = std::max_element(points.begin(), middle, heapOf)->heap;
     auto const late = std::max_element(middle, points.end(), heapOf)->heap;
-    auto const allowed =
-        static_cast<std::size_t>(static_cast<double>(early) * kMostMemoryGrowth) + kMemoryGrain;
+    auto const allowed = static_cast<std::size_t>(static_cast<double>(early) * kMostMemoryGrowth) + kMemoryGrain;
     return holds(late <= allowed, "the memory of the second half within that of the first");
 }
 
 bool staysFast(std::vector<Point> const& points) {
     return holds(points.back().framesPerSecond * kMostSlowdown >= points.front().framesPerSecond,
-                 "the speed of the last tenth near that of the first");
+        "the speed of the last tenth near that of the first");
 }
 
 bool soak(MakeFrame const& make, std::uint64_t frames, double scale) {
@@ -142,8 +141,8 @@ bool soak(MakeFrame const& make, std::uint64_t frames, double scale) {
         points.push_back(run(receiver, make, frames / kPoints));
         auto const& point = points.back();
         total += point.frames;
-        std::printf("%12llu %12.0f %12zu %12zu %8zu\n", static_cast<unsigned long long>(total),
-                    point.framesPerSecond, point.heap / 1024, point.resident / 1024, point.targets);
+        std::printf("%12llu %12.0f %12zu %12zu %8zu\n", static_cast<unsigned long long>(total), point.framesPerSecond,
+            point.heap / 1024, point.resident / 1024, point.targets);
         std::fflush(stdout);
     }
     bool const put = staysPut(points);
@@ -167,17 +166,8 @@ bool noise(double scale) {
             frame.time = kStart + count * kDay / frames;
             if (count++ % 100 == 0) {
                 auto const address = 0x400000 + count / 100 % kAircraft;
-                std::string const squitter = {'\x8D',
-                                              byteOf(address, 16),
-                                              byteOf(address, 8),
-                                              byteOf(address, 0),
-                                              '\x58',
-                                              '\xC3',
-                                              '\x82',
-                                              '\xD6',
-                                              '\x90',
-                                              '\xC8',
-                                              '\xAC'};
+                std::string const squitter = {'\x8D', byteOf(address, 16), byteOf(address, 8), byteOf(address, 0),
+                    '\x58', '\xC3', '\x82', '\xD6', '\x90', '\xC8', '\xAC'};
                 frame.bytes = simulate::withParity(squitter, 0);
                 return true;
             }

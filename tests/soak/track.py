@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 """track.py PROGRAM [SECONDS [AIRCRAFT]]: memory of `trevallo track` on a recording of an hour of 2,000 aircraft, or as
-long and as many as told. It must not grow after the first half, in which all that is kept of an aircraft has come. The
+long and as many as given. It must not grow after the first half, in which all that is kept of an aircraft has come. The
 outputs that keep something of each aircraft are written too."""
 import os
 import pathlib
@@ -24,8 +24,8 @@ def resident(process):
 
 
 def size_of_stream():
-    """Bytes in all, told by the first tenth of a minute."""
-    command = [PROGRAM, "simulate", "--aircraft", str(AIRCRAFT), "--seconds", "6", "--format", "beast-doubled"]
+    """Bytes in all, estimated from the first tenth of a minute."""
+    command = [PROGRAM, "simulate", "--aircraft", str(AIRCRAFT), "--seconds", "6", "--format", "beast"]
     return len(subprocess.run(command, check=True, stdout=subprocess.PIPE).stdout) / 6 * SECONDS
 
 
@@ -33,7 +33,7 @@ def main():
     step = size_of_stream() / POINTS
     with tempfile.TemporaryDirectory() as folder:
         simulate = subprocess.Popen([PROGRAM, "simulate", "--aircraft", str(AIRCRAFT), "--seconds", str(SECONDS),
-                                     "--format", "beast-doubled"], stdout=subprocess.PIPE)
+                                     "--format", "beast"], stdout=subprocess.PIPE)
         track = subprocess.Popen([PROGRAM, "track", "--time", "receiver", "--date", "2024-05-01T12:00:00Z",
                                   "--log", "none", "--table", "none", "--json", os.devnull, "--sbs", os.devnull,
                                   "--aircraft-json", f"{folder}/aircraft.json", "--db", f"{folder}/aircraft.csv",

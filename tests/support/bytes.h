@@ -45,8 +45,8 @@ inline std::string withBits(std::string bytes, unsigned position, unsigned width
         auto& byte = bytes.at((position + i) / 8);
         auto const mask = static_cast<unsigned char>(0x80U >> (position + i) % 8);
         bool const set = (value >> (width - 1 - i) & 1) != 0;
-        byte = static_cast<char>(set ? static_cast<unsigned char>(byte) | mask
-                                     : static_cast<unsigned char>(byte) & ~mask);
+        byte =
+            static_cast<char>(set ? static_cast<unsigned char>(byte) | mask : static_cast<unsigned char>(byte) & ~mask);
     }
     return bytes;
 }

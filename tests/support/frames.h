@@ -33,14 +33,13 @@ inline std::string withParity(std::string bytes, std::uint32_t overlay = 0) {
     return bytes;
 }
 
-/// A reply of 56 bits: its format, the 27 bits after it, and what is laid over the parity.
+/// A reply of 56 bits: its format, the 27 bits after it, and what overlays the parity.
 inline std::string shortFrame(unsigned format, std::uint32_t bits27, std::uint32_t overlay) {
     return withParity(withBits(withBits(std::string(4, '\0'), 0, 5, format), 5, 27, bits27), overlay);
 }
 
 /// A reply of 112 bits: the same with a payload of 7 bytes.
-inline std::string longFrame(unsigned format, std::uint32_t bits27, std::string const& payload,
-                             std::uint32_t overlay) {
+inline std::string longFrame(unsigned format, std::uint32_t bits27, std::string const& payload, std::uint32_t overlay) {
     auto const head = withBits(withBits(std::string(4, '\0'), 0, 5, format), 5, 27, bits27);
     return withParity(head + payload, overlay);
 }
@@ -58,14 +57,13 @@ inline std::uint32_t altitudeCode(int feet) {
 
 /// Identity code C1 A1 C2 A2 C4 A4 0 B1 D1 B2 D2 B4 D4 of a squawk, for example 07700.
 inline std::uint32_t identityCode(unsigned squawk) {
-    auto const digitBit = [squawk](unsigned digit, unsigned value) {
-        return (squawk >> 3 * digit & value) != 0 ? 1U : 0U;
-    };
+    auto const digitBit = [squawk](
+                              unsigned digit, unsigned value) { return (squawk >> 3 * digit & value) != 0 ? 1U : 0U; };
     constexpr unsigned A = 3, B = 2, C = 1, D = 0;
     std::uint32_t code = 0;
     for (auto const bit :
-         {digitBit(C, 1), digitBit(A, 1), digitBit(C, 2), digitBit(A, 2), digitBit(C, 4), digitBit(A, 4), 0U,
-          digitBit(B, 1), digitBit(D, 1), digitBit(B, 2), digitBit(D, 2), digitBit(B, 4), digitBit(D, 4)}) {
+        {digitBit(C, 1), digitBit(A, 1), digitBit(C, 2), digitBit(A, 2), digitBit(C, 4), digitBit(A, 4), 0U,
+            digitBit(B, 1), digitBit(D, 1), digitBit(B, 2), digitBit(D, 2), digitBit(B, 4), digitBit(D, 4)}) {
         code = code << 1 | bit;
     }
     return code;

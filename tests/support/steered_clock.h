@@ -7,7 +7,7 @@
 
 namespace quorvel::modes::test {
 
-/// The clock of the process stands at a time of the test's choosing while this lives. One at a time.
+/// The clock of the process shows a time of the test's choice while this lives. One at a time.
 class SteeredClock {
 public:
     explicit SteeredClock(std::uint64_t milliseconds);

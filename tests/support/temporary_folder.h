@@ -5,11 +5,12 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 
 namespace quorvel::modes::test {
 
-/// A folder of its own for one test, removed at its end with all that is in it.
+/// A folder for one test alone, removed with its content at the end.
 class TemporaryFolder {
 public:
     TemporaryFolder() {
@@ -37,5 +38,12 @@ public:
 private:
     std::filesystem::path _folder;
 };
+
+/// What a file holds; nothing when there is none.
+inline std::string content(std::string const& path) {
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
 
 } // namespace quorvel::modes::test

@@ -150,8 +150,8 @@ TEST_F(AircraftDBFaults, ThrowForADeviceThatTakesNothing) {
 
 TEST_F(AircraftDBFaults, LeaveTheOldFileInAFolderThatMayNotBeWritten) {
     auto const saving = started([&] {
-        fs::permissions(folder.path(""), fs::perms::owner_read | fs::perms::owner_exec |
-                                             fs::perms::others_read | fs::perms::others_exec);
+        fs::permissions(folder.path(""),
+            fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read | fs::perms::others_exec);
         if (geteuid() == 0 && setuid(65534) != 0) return kUnprepared; // nothing is forbidden to root
         return statusOfSaving(path, "NEW");
     });

@@ -13,6 +13,7 @@
 #include <sstream>
 
 using namespace quorvel::modes;
+using quorvel::modes::test::content;
 using test::CapturedLog;
 using test::LogLine;
 using test::TemporaryFolder;
@@ -21,16 +22,9 @@ using testing::IsEmpty;
 
 namespace {
 
-std::string content(std::string const& path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
-
 LogLine warning(std::string const& text) { return {Log::Warning, "AircraftDB", text}; }
 
-std::shared_ptr<ADSBTarget> confirmedTarget(unsigned address, MOPSVersion version,
-                                            std::string const& callsign) {
+std::shared_ptr<ADSBTarget> confirmedTarget(unsigned address, MOPSVersion version, std::string const& callsign) {
     auto target = std::make_shared<ADSBTarget>(address);
     target->setMOPSVersion(version, 1);
     target->setMOPSVersionConfirmed(1);
@@ -119,8 +113,8 @@ TEST_F(AircraftDBTest, LearnsNothingFromOthers) {
 TEST_F(AircraftDBTest, KeepsTheAirlineUnlessTheCallsignBeginsWithOne) {
     learn(1, MOPS_V2, "KLM1");
     for (auto const* callsign : {"N123AB", "KL", "KLX", "", "kLM123", "KL 123", "K1M123", "?LM12345",
-                                 "\xC4\xD6\xDC"
-                                 "123"}) {
+             "\xC4\xD6\xDC"
+             "123"}) {
         learn(1, MOPS_V2, callsign);
         EXPECT_EQ(airline(1), "KLM") << callsign;
         learn(2, MOPS_V2, callsign);
@@ -145,8 +139,7 @@ TEST_F(AircraftDBTest, ReadsAndWritesNothingWithoutAName) {
 TEST_F(AircraftDBTest, LoadsRows) {
     auto const path = folder.write("db.csv", "icao_addr,mops_version,airline\n4840D6,2,KLM\n3C6586,1,\n");
     EXPECT_TRUE(db.load(path));
-    EXPECT_THAT(log.take(),
-                ElementsAre(LogLine{Log::Debug, "AircraftDB", "Loading 2 rows from file: " + path}));
+    EXPECT_THAT(log.take(), ElementsAre(LogLine{Log::Debug, "AircraftDB", "Loading 2 rows from file: " + path}));
     EXPECT_EQ(db.findAircraft(0x4840D6)->mopsVersion(), MOPS_V2);
     EXPECT_EQ(airline(0x4840D6), "KLM");
     EXPECT_EQ(db.findAircraft(0x3C6586)->mopsVersion(), MOPS_V1);
@@ -154,12 +147,10 @@ TEST_F(AircraftDBTest, LoadsRows) {
 }
 
 TEST_F(AircraftDBTest, LoadsAFileWithoutRows) {
-    for (auto const* text :
-         {"icao_addr,mops_version,airline\n", "icao_addr,mops_version,airline", "", "nonsense"}) {
+    for (auto const* text : {"icao_addr,mops_version,airline\n", "icao_addr,mops_version,airline", "", "nonsense"}) {
         auto const path = folder.write("db.csv", text);
         EXPECT_TRUE(db.load(path)) << text;
-        EXPECT_THAT(log.take(),
-                    ElementsAre(LogLine{Log::Debug, "AircraftDB", "Loading 0 rows from file: " + path}));
+        EXPECT_THAT(log.take(), ElementsAre(LogLine{Log::Debug, "AircraftDB", "Loading 0 rows from file: " + path}));
     }
 }
 
@@ -193,12 +184,11 @@ TEST_F(AircraftDBTest, SkipsBadRowsWithAWordAboutEach) {
                             "4840D6,,KLM\n"   // 9
                             "0,9,KLM\n");     // 10: the address is judged first
     EXPECT_THAT(lines, ElementsAre(warning("Read invalid ICAO address at row 1, skip."),
-                                   warning("Read unsupported MOPS version at row 2, skip."),
-                                   warning("Read unsupported MOPS version at row 3, skip."),
-                                   warning("Read unsupported MOPS version at row 4, skip."),
-                                   warning("Execpeption as row 5."), warning("Execpeption as row 6."),
-                                   warning("Execpeption as row 7."), warning("Execpeption as row 9."),
-                                   warning("Read invalid ICAO address at row 10, skip.")));
+                           warning("Read unsupported MOPS version at row 2, skip."),
+                           warning("Read unsupported MOPS version at row 3, skip."),
+                           warning("Read unsupported MOPS version at row 4, skip."), warning("Execpeption as row 5."),
+                           warning("Execpeption as row 6."), warning("Execpeption as row 7."),
+                           warning("Execpeption as row 9."), warning("Read invalid ICAO address at row 10, skip.")));
     EXPECT_FALSE(db.findAircraft(0x4840D6));
     EXPECT_FALSE(db.findAircraft(0));
     EXPECT_EQ(airline(1), "AFR");
@@ -206,8 +196,8 @@ TEST_F(AircraftDBTest, SkipsBadRowsWithAWordAboutEach) {
 
 TEST_F(AircraftDBTest, TakesEveryLineForARow) {
     EXPECT_THAT(load("icao_addr,mops_version,airline\n#00001,2,KLM\n\n000002,2,\"AFR\"\n# nothing\n"),
-                ElementsAre(warning("Execpeption as row 1."), warning("Execpeption as row 2."),
-                            warning("Execpeption as row 4.")));
+        ElementsAre(
+            warning("Execpeption as row 1."), warning("Execpeption as row 2."), warning("Execpeption as row 4.")));
     EXPECT_EQ(airline(2), "AFR");
 }
 
@@ -224,16 +214,16 @@ TEST_F(AircraftDBTest, TellsWhatIsOutOfRangeInARow) {
 
 TEST_F(AircraftDBTest, FailsOnEveryRowWithoutAColumn) {
     EXPECT_THAT(load("icao_addr,mops_version\n4840D6,2\n4840D7,2\n"),
-                ElementsAre(warning("Execpeption as row 1: column not found: airline."),
-                            warning("Execpeption as row 2: column not found: airline.")));
+        ElementsAre(warning("Execpeption as row 1: column not found: airline."),
+            warning("Execpeption as row 2: column not found: airline.")));
     EXPECT_THAT(load("4840D6,2,KLM\n4840D6,2,KLM\n"),
-                ElementsAre(warning("Execpeption as row 1: column not found: icao_addr.")));
+        ElementsAre(warning("Execpeption as row 1: column not found: icao_addr.")));
 }
 
 TEST_F(AircraftDBTest, ReadsAddressesAsTheStandardLibraryDoes) {
     EXPECT_THAT(load("icao_addr,mops_version,airline\n1FFFFFF,2,A\n0x4840D6,2,B\n abc,1,C\n4840D7 and "
                      "more,0,D\n-1,2,E\n"),
-                IsEmpty());
+        IsEmpty());
     EXPECT_EQ(airline(0x1FFFFFF), "A");
     EXPECT_EQ(airline(0x4840D6), "B");
     EXPECT_EQ(airline(0xABC), "C");
@@ -250,10 +240,9 @@ TEST_F(AircraftDBTest, KeepsACarriageReturnInTheAirline) {
 
 TEST_F(AircraftDBTest, SurvivesHostileFiles) {
     auto const header = std::string("icao_addr,mops_version,airline\n");
-    for (auto const& text :
-         {header + std::string("48\0D6,2,K\0M\n", 12), header + std::string(1'000'000, ','),
-          header + "4840D6,2," + std::string(1'000'000, 'X') + "\n", header + "\"4840D6,2,KLM\n",
-          std::string(1000, '\n'), std::string("\xEF\xBB\xBF"), header + std::string(256, '\xFF')}) {
+    for (auto const& text : {header + std::string("48\0D6,2,K\0M\n", 12), header + std::string(1'000'000, ','),
+             header + "4840D6,2," + std::string(1'000'000, 'X') + "\n", header + "\"4840D6,2,KLM\n",
+             std::string(1000, '\n'), std::string("\xEF\xBB\xBF"), header + std::string(256, '\xFF')}) {
         EXPECT_NO_THROW(db.load(folder.write("db.csv", text)));
     }
 }
@@ -266,7 +255,7 @@ TEST_F(AircraftDBTest, SavesKnownAircraftInTheOrderOfTheirAddresses) {
     EXPECT_TRUE(db.save(path));
     EXPECT_EQ(content(path), "icao_addr,mops_version,airline\n000ABC,0,\n3C6586,1,DLH\n4840D6,2,KLM\n");
     EXPECT_THAT(log.take(), ElementsAre(LogLine{Log::Debug, "AircraftDB", "Saving to file: " + path},
-                                        LogLine{Log::Debug, "AircraftDB", "Saved 3 rows to file: " + path}));
+                                LogLine{Log::Debug, "AircraftDB", "Saved 3 rows to file: " + path}));
 }
 
 TEST_F(AircraftDBTest, LeavesOutAircraftOfUnknownVersion) {
@@ -276,8 +265,8 @@ TEST_F(AircraftDBTest, LeavesOutAircraftOfUnknownVersion) {
     EXPECT_TRUE(db.save(path));
     EXPECT_EQ(content(path), "icao_addr,mops_version,airline\n000002,1,\n");
     EXPECT_THAT(log.take(), ElementsAre(LogLine{Log::Debug, "AircraftDB", "Saving to file: " + path},
-                                        warning("Found unsupported MOPS version, skip."),
-                                        LogLine{Log::Debug, "AircraftDB", "Saved 1 rows to file: " + path}));
+                                warning("Found unsupported MOPS version, skip."),
+                                LogLine{Log::Debug, "AircraftDB", "Saved 1 rows to file: " + path}));
 }
 
 TEST_F(AircraftDBTest, ReadsBackWhatItSaved) {
@@ -314,4 +303,24 @@ TEST_F(AircraftDBTest, LetsTheFailuresOfFilesPassAndRemembersTheName) {
     std::filesystem::create_directories(folder.path("later"));
     EXPECT_TRUE(db.save());
     EXPECT_EQ(content(missing), "icao_addr,mops_version,airline\n000001,2,KLM\n");
+}
+
+TEST(AircraftDB, CopiesTheTableButNotTheAircraft) {
+    AircraftDB database;
+    auto const aircraft = database.createAircraft(0x4840D6);
+    AircraftDB copy = database;
+    EXPECT_EQ(copy.findAircraft(0x4840D6), aircraft);
+    copy.createAircraft(0x3C6586);
+    EXPECT_FALSE(database.findAircraft(0x3C6586));
+    database = copy;
+    EXPECT_TRUE(database.findAircraft(0x3C6586));
+}
+
+TEST(AircraftDB, HoldsAfterAMoveWhatItHeldBefore) {
+    AircraftDB database;
+    auto const aircraft = database.createAircraft(0x4840D6);
+    AircraftDB moved = std::move(database);
+    EXPECT_EQ(moved.findAircraft(0x4840D6), aircraft);
+    database = std::move(moved);
+    EXPECT_EQ(database.findAircraft(0x4840D6), aircraft);
 }

@@ -18,11 +18,11 @@ std::array<int, 5> qualityOf(ADSBTarget const& target) {
 }
 std::array<unsigned long long, 5> updatesOf(ADSBTarget const& target) {
     return {target.nucpLastUpdate(), target.nicLastUpdate(), target.picLastUpdate(), target.nacpLastUpdate(),
-            target.silLastUpdate()};
+        target.silLastUpdate()};
 }
 std::array<unsigned long long, 5> changesOf(ADSBTarget const& target) {
     return {target.nucpLastChange(), target.nicLastChange(), target.picLastChange(), target.nacpLastChange(),
-            target.silLastChange()};
+        target.silLastChange()};
 }
 
 ADSBTarget withQuality(MOPSVersion version) {
@@ -146,14 +146,12 @@ TEST(ADSBTargetQuality, JudgesTheSupplementsByTheVersion) {
     struct {
         MOPSVersion version;
         bool a, bc;
-    } const rows[] = {{MOPS_V0, false, false},    {MOPS_V1, true, false},
-                      {MOPS_V2, true, true},      {MOPS_UNKNOWN, true, true},
-                      {kVersionFour, true, true}, {kNegativeVersion, false, true}};
+    } const rows[] = {{MOPS_V0, false, false}, {MOPS_V1, true, false}, {MOPS_V2, true, true},
+        {MOPS_UNKNOWN, true, true}, {kVersionFour, true, true}, {kNegativeVersion, false, true}};
     for (auto const& row : rows) {
         ADSBTarget target{1};
         target.setMOPSVersion(row.version, 10);
-        EXPECT_FALSE(target.nicSupplementAValid() || target.nicSupplementBValid() ||
-                     target.nicSupplementCValid())
+        EXPECT_FALSE(target.nicSupplementAValid() || target.nicSupplementBValid() || target.nicSupplementCValid())
             << row.version;
         target.setNICSupplementA(false, 20);
         target.setNICSupplementB(false, 20);

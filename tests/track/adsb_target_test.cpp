@@ -35,8 +35,7 @@ struct ChangeItem {
 };
 
 template <class Value> auto setter(void (ADSBTarget::*set)(Value, Time)) {
-    return
-        [set](ADSBTarget& target, int value, Time time) { (target.*set)(static_cast<Value>(value), time); };
+    return [set](ADSBTarget& target, int value, Time time) { (target.*set)(static_cast<Value>(value), time); };
 }
 
 void setCallsign(ADSBTarget& target, int value, Time time) {
@@ -49,12 +48,11 @@ std::vector<ChangeItem> changeItems() {
     return {
         {"callsign", setCallsign, &T::callsignValid, &T::callsignLastUpdate, &T::callsignLastChange, true},
         {"emitter category", setter<unsigned char>(&T::setEmitterCategory), &T::emitterCategoryValid,
-         &T::emitterCategoryLastUpdate, &T::emitterCategoryLastChange, true},
+            &T::emitterCategoryLastUpdate, &T::emitterCategoryLastChange, true},
         {"squawk", setter(&T::setSquawk), &T::squawkValid, &T::squawkLastUpdate, &T::squawkLastChange, false},
-        {"SPI", setter(&T::setSpi), &T::spiStatusValid, &T::spiStatusLastUpdate, &T::spiStatusLastChange,
-         false},
-        {"alert", setter(&T::setAlert), &T::alertStatusValid, &T::alertStatusLastUpdate,
-         &T::alertStatusLastChange, false},
+        {"SPI", setter(&T::setSpi), &T::spiStatusValid, &T::spiStatusLastUpdate, &T::spiStatusLastChange, false},
+        {"alert", setter(&T::setAlert), &T::alertStatusValid, &T::alertStatusLastUpdate, &T::alertStatusLastChange,
+            false},
         {"NUCp", setter(&T::setNUCp), &T::nucpValid, &T::nucpLastUpdate, &T::nucpLastChange, false},
         {"NUCr", setter(&T::setNUCr), &T::nucrValid, &T::nucrLastUpdate, &T::nucrLastChange, false},
         {"NIC", setter(&T::setNIC), &T::nicValid, &T::nicLastUpdate, &T::nicLastChange, false},

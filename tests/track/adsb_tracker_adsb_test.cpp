@@ -140,8 +140,7 @@ TEST(TrackerPosition, TakesAHeightAboveTheEllipsoidForABarometricAltitude) {
 TEST(TrackerPosition, GoesThroughTheAltitudeCheck) {
     ADSBTracker tracker;
     tracker.setAltituteBaroChecking(true, 4, 150);
-    auto const target =
-        tracker.procModeSMsg(squitterReply(kAddress, airbornePosition({0, 0, false, 0x81}), kTime));
+    auto const target = tracker.procModeSMsg(squitterReply(kAddress, airbornePosition({0, 0, false, 0x81}), kTime));
     auto const altitude = target->altitudeBaro();
     tracker.procModeSMsg(squitterReply(kAddress, airbornePosition({0, 0, false, 0xC1}), kTime + 500));
     EXPECT_EQ(target->altitudeBaro(), altitude);
@@ -170,8 +169,7 @@ std::string positionOf(double latitude, double longitude, bool odd) {
 
 TEST(TrackerPosition, IsFoundFromAPairOfFrames) {
     ADSBTracker tracker;
-    auto const target =
-        tracker.procModeSMsg(squitterReply(kAddress, positionOf(52.2572, 3.9194, false), kTime));
+    auto const target = tracker.procModeSMsg(squitterReply(kAddress, positionOf(52.2572, 3.9194, false), kTime));
     tracker.procModeSMsg(squitterReply(kAddress, positionOf(52.2572, 3.9194, true), kTime + 500));
     EXPECT_TRUE(target->positionValid());
     EXPECT_NEAR(target->latitude(), 52.2572, 3e-5);
@@ -202,8 +200,7 @@ TEST(TrackerPosition, PairsFramesWithinTenSeconds) {
     };
     for (auto const& row : rows) {
         ADSBTracker tracker;
-        auto const target =
-            tracker.procModeSMsg(squitterReply(kAddress, positionOf(10, 20, false), row.evenTime));
+        auto const target = tracker.procModeSMsg(squitterReply(kAddress, positionOf(10, 20, false), row.evenTime));
         tracker.procModeSMsg(squitterReply(kAddress, positionOf(10, 20, true), row.oddTime));
         EXPECT_EQ(target->positionValid(), row.paired) << row.what;
         if (row.paired) {
@@ -219,9 +216,8 @@ TEST(TrackerPosition, PairsAFrameWithAnEmptySlotAroundMultiplesOf2To32) {
     struct {
         unsigned long long time;
         bool paired;
-    } const rows[] = {{5000, true},           {10'000, true},          {10'001, false},
-                      {kWrap + 10'000, true}, {kWrap + 10'001, false}, {kWrap - 10'000, true},
-                      {kWrap - 10'001, false}};
+    } const rows[] = {{5000, true}, {10'000, true}, {10'001, false}, {kWrap + 10'000, true}, {kWrap + 10'001, false},
+        {kWrap - 10'000, true}, {kWrap - 10'001, false}};
     for (auto const& row : rows) {
         ADSBTracker tracker;
         auto const target = tracker.procModeSMsg(squitterReply(kAddress, airbornePosition({}), row.time));
@@ -314,10 +310,26 @@ TEST(TrackerHandlers, ChangeNothingForAnEmptyPointer) {
     tracker.procADSBIdentificationMsg(nullptr, std::make_shared<ADSBIdentityMessage>());
     tracker.procADSBAirbornePositionMsg(nullptr, std::make_shared<ADSBAirbornePositionMessageV0>());
     tracker.procADSBAirborneVelocityMsg(nullptr, std::make_shared<ADSBAirborneVelocityMessageV0>());
-    tracker.procADSBAircraftOperationalStatusMsg(nullptr,
-                                                 std::make_shared<ADSBAircraftOperationalStatusMessage>());
+    tracker.procADSBAircraftOperationalStatusMsg(nullptr, std::make_shared<ADSBAircraftOperationalStatusMessage>());
     tracker.procADSBAirbornePositionMsgV2(nullptr, std::make_shared<ADSBAirbornePositionMessageV2>());
     tracker.procADSBAirborneVelocityMsgV0(nullptr, std::make_shared<ADSBAirborneVelocityMessageV0>());
+}
+
+TEST(TrackerHandlers, OfOneVersionTakeWhatItsMessagesCarryAndNothingElse) {
+    for (auto const version : {MOPS_V0, MOPS_V1, MOPS_V2}) {
+        ADSBTracker tracker;
+        auto const target = tracker.createTarget(kAddress);
+        target->setMOPSVersion(version, 1);
+        auto const position = std::make_shared<ADSBAirbornePositionMessageV2>();
+        auto const velocity = std::make_shared<ADSBAirborneVelocityMessageV0>();
+        position->setTimeStamp(kTime);
+        velocity->setTimeStamp(kTime + 1);
+        tracker.procADSBAirbornePositionMsgV2(target, position);
+        tracker.procADSBAirborneVelocityMsgV0(target, velocity);
+        EXPECT_EQ(target->nicSuppBLastUpdate(), kTime) << version;
+        EXPECT_EQ(target->nucrLastUpdate(), version == MOPS_V0 ? kTime + 1 : 0) << version;
+        EXPECT_FALSE(target->groundStatusValid() || target->verticalRateBaroValid()) << version;
+    }
 }
 
 TEST(TrackerHandlers, SkipWhatAMessageOfAnotherVersionDoesNotCarry) {
@@ -325,8 +337,8 @@ TEST(TrackerHandlers, SkipWhatAMessageOfAnotherVersionDoesNotCarry) {
     auto const target = tracker.createTarget(kAddress);
     for (auto const version : {MOPS_V0, MOPS_V1, MOPS_V2, MOPS_UNKNOWN, static_cast<MOPSVersion>(9)}) {
         target->setMOPSVersion(version, 1);
-        auto const plain = adsbMessage<ADSBAirbornePositionMessage>(airbornePosition({0, 0, false, 0, true}),
-                                                                    kTime + version);
+        auto const plain =
+            adsbMessage<ADSBAirbornePositionMessage>(airbornePosition({0, 0, false, 0, true}), kTime + version);
         tracker.procADSBAirbornePositionMsg(target, plain);
         EXPECT_EQ(target->altitudeBaroLastUpdate(), kTime + version);
         auto const velocity = adsbMessage<ADSBAirborneVelocityMessage>(airborneVelocity({}), kTime + version);
@@ -342,22 +354,16 @@ TEST(TrackerHandlers, OfOneVersionDoItsPartOnly) {
     auto const target = tracker.createTarget(kAddress);
     auto const position = airbornePosition({0, 0, false, 0, true});
     auto const velocity = airborneVelocity({1, 9, 9, 3});
-    tracker.procADSBAirbornePositionMsgV0(target,
-                                          adsbMessage<ADSBAirbornePositionMessageV0>(position, kTime));
-    tracker.procADSBAirbornePositionMsgV1(target,
-                                          adsbMessage<ADSBAirbornePositionMessageV1>(position, kTime));
-    tracker.procADSBAirborneVelocityMsgV1(target,
-                                          adsbMessage<ADSBAirborneVelocityMessageV1>(velocity, kTime));
-    tracker.procADSBAirborneVelocityMsgV2(target,
-                                          adsbMessage<ADSBAirborneVelocityMessageV2>(velocity, kTime));
+    tracker.procADSBAirbornePositionMsgV0(target, adsbMessage<ADSBAirbornePositionMessageV0>(position, kTime));
+    tracker.procADSBAirbornePositionMsgV1(target, adsbMessage<ADSBAirbornePositionMessageV1>(position, kTime));
+    tracker.procADSBAirborneVelocityMsgV1(target, adsbMessage<ADSBAirborneVelocityMessageV1>(velocity, kTime));
+    tracker.procADSBAirborneVelocityMsgV2(target, adsbMessage<ADSBAirborneVelocityMessageV2>(velocity, kTime));
     EXPECT_EQ(target->nicSuppBLastUpdate(), 0U);
     EXPECT_EQ(target->nucrLastUpdate(), 0U);
-    tracker.procADSBAirbornePositionMsgV2(target,
-                                          adsbMessage<ADSBAirbornePositionMessageV2>(position, kTime));
+    tracker.procADSBAirbornePositionMsgV2(target, adsbMessage<ADSBAirbornePositionMessageV2>(position, kTime));
     EXPECT_TRUE(target->nicSupplementB());
     EXPECT_EQ(target->nicSuppBLastUpdate(), kTime);
-    tracker.procADSBAirborneVelocityMsgV0(target,
-                                          adsbMessage<ADSBAirborneVelocityMessageV0>(velocity, kTime));
+    tracker.procADSBAirborneVelocityMsgV0(target, adsbMessage<ADSBAirborneVelocityMessageV0>(velocity, kTime));
     EXPECT_EQ(target->nucr(), 3);
     EXPECT_FALSE(target->altitudeBaroValid() || target->groundSpeedValid() || target->groundStatusValid() ||
                  target->nucpValid() || target->verticalRateBaroValid());

@@ -21,8 +21,8 @@ constexpr unsigned kAddress = 0x4840D6;
 constexpr unsigned long long kTime = 1'700'000'000'000;
 std::string const kNoPayload(7, '\0');
 
-constexpr ModeSMessage::Confidence kConfidences[] = {ModeSMessage::NONE, ModeSMessage::LOW,
-                                                     ModeSMessage::MEDIUM, ModeSMessage::HIGH};
+constexpr ModeSMessage::Confidence kConfidences[] = {
+    ModeSMessage::NONE, ModeSMessage::LOW, ModeSMessage::MEDIUM, ModeSMessage::HIGH};
 
 // A frame of each format that makes a target: air-air and altitude replies with 18800 ft, identity replies
 // with 7700; vertical or flight status as given.
@@ -40,8 +40,7 @@ std::string frameOf(unsigned format, unsigned status = 0) {
 }
 
 std::shared_ptr<ModeSMessage> replyOf(unsigned format, unsigned status = 0,
-                                      ModeSMessage::Confidence confidence = ModeSMessage::HIGH,
-                                      unsigned long long time = kTime) {
+    ModeSMessage::Confidence confidence = ModeSMessage::HIGH, unsigned long long time = kTime) {
     auto const frame = frameOf(format, status);
     switch (format) {
     case 0: return reply<DF0Message>(frame, time, confidence);
@@ -98,7 +97,7 @@ TEST(TrackerReplies, CarryAltitudeOrSquawk) {
     }
 }
 
-TEST(TrackerReplies, TellGroundFromAirByVerticalStatus) {
+TEST(TrackerReplies, DistinguishGroundFromAirByVerticalStatus) {
     for (unsigned const format : {0U, 16U}) {
         ADSBTracker tracker;
         auto const target = tracker.procModeSMsg(replyOf(format, 0));
@@ -117,9 +116,12 @@ TEST(TrackerReplies, CarryFlightStatus) {
         ADSBTarget::GroundStatus ground;
         bool spi, alert;
     } const rows[] = {
-        {0, ADSBTarget::AIRBORNE, false, false}, {1, ADSBTarget::ON_GROUND, false, false},
-        {2, ADSBTarget::AIRBORNE, false, true},  {3, ADSBTarget::ON_GROUND, false, true},
-        {4, ADSBTarget::UNKNOWN, true, true},    {5, ADSBTarget::UNKNOWN, true, false},
+        {0, ADSBTarget::AIRBORNE, false, false},
+        {1, ADSBTarget::ON_GROUND, false, false},
+        {2, ADSBTarget::AIRBORNE, false, true},
+        {3, ADSBTarget::ON_GROUND, false, true},
+        {4, ADSBTarget::UNKNOWN, true, true},
+        {5, ADSBTarget::UNKNOWN, true, false},
     };
     for (unsigned const format : {4U, 5U, 20U, 21U}) {
         for (auto const& row : rows) {
@@ -148,9 +150,8 @@ TEST(TrackerReplies, LeaveTheStatusWithAReservedFlightStatus) {
             EXPECT_EQ(target->spiStatusLastUpdate(), kTime);
             EXPECT_EQ(target->lastUpdate(), kTime + 1000);
             EXPECT_EQ(target->statisticDfMsgCount(), 2U);
-            EXPECT_EQ(format == 4 || format == 20 ? target->altitudeBaroLastUpdate()
-                                                  : target->squawkLastUpdate(),
-                      kTime + 1000);
+            EXPECT_EQ(format == 4 || format == 20 ? target->altitudeBaroLastUpdate() : target->squawkLastUpdate(),
+                kTime + 1000);
         }
     }
 }
@@ -161,23 +162,23 @@ TEST(TrackerReplies, GoThroughTheAltitudeCheck) {
         std::function<std::shared_ptr<ADSBTarget>(ADSBTracker&, int, unsigned long long)> altitudeAt;
     } const rows[] = {
         {0,
-         [](ADSBTracker& tracker, int feet, unsigned long long time) {
-             return tracker.procDF0Msg(reply<DF0Message>(shortFrame(0, altitudeCode(feet), kAddress), time));
-         }},
+            [](ADSBTracker& tracker, int feet, unsigned long long time) {
+                return tracker.procDF0Msg(reply<DF0Message>(shortFrame(0, altitudeCode(feet), kAddress), time));
+            }},
         {4,
-         [](ADSBTracker& tracker, int feet, unsigned long long time) {
-             return tracker.procDF4Msg(reply<DF4Message>(shortFrame(4, altitudeCode(feet), kAddress), time));
-         }},
+            [](ADSBTracker& tracker, int feet, unsigned long long time) {
+                return tracker.procDF4Msg(reply<DF4Message>(shortFrame(4, altitudeCode(feet), kAddress), time));
+            }},
         {16,
-         [](ADSBTracker& tracker, int feet, unsigned long long time) {
-             return tracker.procDF16Msg(
-                 reply<DF16Message>(longFrame(16, altitudeCode(feet), kNoPayload, kAddress), time));
-         }},
+            [](ADSBTracker& tracker, int feet, unsigned long long time) {
+                return tracker.procDF16Msg(
+                    reply<DF16Message>(longFrame(16, altitudeCode(feet), kNoPayload, kAddress), time));
+            }},
         {20,
-         [](ADSBTracker& tracker, int feet, unsigned long long time) {
-             return tracker.procDF20Msg(
-                 reply<DF20Message>(longFrame(20, altitudeCode(feet), kNoPayload, kAddress), time));
-         }},
+            [](ADSBTracker& tracker, int feet, unsigned long long time) {
+                return tracker.procDF20Msg(
+                    reply<DF20Message>(longFrame(20, altitudeCode(feet), kNoPayload, kAddress), time));
+            }},
     };
     for (auto const& row : rows) {
         ADSBTracker tracker;
@@ -232,7 +233,7 @@ TEST(TrackerDispatch, IgnoresWhatIsNoReply) {
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-// A message of the host's own, uplink or downlink, that is no DF message.
+// A message of the host's own, uplink or downlink, that is not a DF message.
 class OwnMessage : public ModeSMessage {
 public:
     explicit OwnMessage(ModeSMsgType type) : ModeSMessage(type) { setConfidence(HIGH); }
@@ -268,8 +269,8 @@ TEST(TrackerDispatch, WarnsOfOtherFormats) {
         if (std::count(std::begin(kKnown), std::end(kKnown), format) != 0) {
             EXPECT_THAT(log.take(), IsEmpty()) << format; // known, but the class does not match
         } else {
-            EXPECT_THAT(log.take(), Holds(Log::Warning, "ADSBTracker",
-                                          "Unsupported DF-" + std::to_string(format) + " message detected."));
+            EXPECT_THAT(log.take(),
+                Holds(Log::Warning, "ADSBTracker", "Unsupported DF-" + std::to_string(format) + " message detected."));
         }
     }
     EXPECT_THAT(tracker.allTargets(), IsEmpty());

@@ -13,6 +13,7 @@
 
 #include <fstream>
 #include <random>
+#include <type_traits>
 #include <vector>
 
 namespace quorvel::modes {
@@ -36,11 +37,14 @@ std::shared_ptr<ADSBTarget> heardAt(ADSBTracker& tracker, unsigned address, unsi
     return target;
 }
 
+static_assert(!std::is_copy_constructible_v<ADSBTracker> && !std::is_move_constructible_v<ADSBTracker>);
+static_assert(!std::is_copy_assignable_v<ADSBTracker> && !std::is_move_assignable_v<ADSBTracker>);
+
 TEST(ADSBTracker, SaysThatItIsReady) {
     CapturedLog log;
     ADSBTracker const tracker;
     EXPECT_THAT(log.lines(), ElementsAre(LogLine{Log::Info, "ADSBDecoder", "Initialized."},
-                                         LogLine{Log::Info, "ADSBTracker", "Initialized."}));
+                                 LogLine{Log::Info, "ADSBTracker", "Initialized."}));
     EXPECT_THAT(tracker.allTargets(), IsEmpty());
 }
 
@@ -134,8 +138,8 @@ TEST(ADSBTracker, KillsWhatWasNotHeardSince) {
     CapturedLog log;
     EXPECT_THAT(addressesOf(tracker.killTargets(200)), ElementsAre(5, 10, 30));
     EXPECT_THAT(log.lines(), ElementsAre(LogLine{Log::Debug, "ADSBTracker", "Target #4 killed."},
-                                         LogLine{Log::Debug, "ADSBTracker", "Target #2 killed."},
-                                         LogLine{Log::Debug, "ADSBTracker", "Target #1 killed."}));
+                                 LogLine{Log::Debug, "ADSBTracker", "Target #2 killed."},
+                                 LogLine{Log::Debug, "ADSBTracker", "Target #1 killed."}));
     EXPECT_THAT(addressesOf(tracker.allTargets()), ElementsAre(20));
     EXPECT_THAT(tracker.killTargets(200), IsEmpty());
 }

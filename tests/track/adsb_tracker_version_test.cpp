@@ -76,6 +76,18 @@ TEST(TrackerVersion, IsNotConfirmedByOtherReplies) {
     EXPECT_TRUE(aircraft.send(kIdentification)->mopsVersionAssumed());
 }
 
+TEST(TrackerVersion, StoresNoNACpAndNoSILOfStatusMessages) {
+    for (unsigned const version : {1U, 2U}) {
+        OneAircraft aircraft;
+        auto const status = withBits(withBits(withBits(payload(31), 40, 3, version), 44, 4, 9), 50, 2, 3);
+        aircraft.send(kIdentification);
+        auto const target = aircraft.send(status, 3);
+        EXPECT_EQ(target->statisticADSBMsgCount(ADSBMessage::OP_STATUS), 3U);
+        EXPECT_FALSE(target->nacpValid() || target->silValid()) << version;
+        EXPECT_EQ(target->nacp() + target->sil(), 0) << version;
+    }
+}
+
 TEST(TrackerVersion, StaysAssumedAfterAnyStatusMessage) {
     OneAircraft aircraft;
     aircraft.send(kAircraftStatus);
@@ -93,7 +105,7 @@ TEST(TrackerVersion, StaysAssumedAfterAnOperationalOrTargetStatusMessage) {
     }
 }
 
-// The status message itself is counted after the version has been looked at: the next squitter tells.
+// The status message itself is counted after the version has been looked at: the next squitter shows it.
 TEST(TrackerVersion, FallsBackToAssumedAfterAStatusMessage) {
     OneAircraft aircraft;
     auto const target = aircraft.send(kIdentification, 21);
@@ -133,8 +145,8 @@ TEST(TrackerVersion, ComesFromOperationalStatus) {
         unsigned version;
         MOPSVersion believed;
         bool confirmed;
-    } const rows[] = {{1, MOPS_V1, true},  {2, MOPS_V2, true},  {3, MOPS_V2, false}, {4, MOPS_V2, false},
-                      {5, MOPS_V2, false}, {6, MOPS_V2, false}, {7, MOPS_V2, false}};
+    } const rows[] = {{1, MOPS_V1, true}, {2, MOPS_V2, true}, {3, MOPS_V2, false}, {4, MOPS_V2, false},
+        {5, MOPS_V2, false}, {6, MOPS_V2, false}, {7, MOPS_V2, false}};
     for (auto const& row : rows) {
         OneAircraft aircraft;
         auto const target = aircraft.send(operationalStatus(row.version, true));
@@ -173,8 +185,8 @@ TEST(TrackerVersion, ClearsTheQualityWhenItChangesUntilTheNextPosition) {
     auto const target = aircraft.send(airbornePosition({}));
     EXPECT_EQ(target->nic(), 8);
     aircraft.send(operationalStatus(2));
-    EXPECT_FALSE(target->nicValid() || target->nucpValid() || target->picValid() || target->nacpValid() ||
-                 target->silValid());
+    EXPECT_FALSE(
+        target->nicValid() || target->nucpValid() || target->picValid() || target->nacpValid() || target->silValid());
     aircraft.send(airbornePosition({0, 0, false, 0, true}));
     EXPECT_EQ(target->nic(), 9);
     EXPECT_FALSE(target->silValid());
@@ -201,8 +213,7 @@ TEST(TrackerVersion, ComesFromTheDatabaseBeforeThePayloadIsDecoded) {
     EXPECT_TRUE(target->mopsVersionConfirmed());
     EXPECT_EQ(target->mopsVersionLastChange(), aircraft.time);
     EXPECT_TRUE(target->nicSupplementB()); // decoded as version 2
-    EXPECT_THAT(log.take(),
-                Holds(Log::Debug, "ADSBTracker", "Track #1 confirms MOPS version 2 from aircraft DB."));
+    EXPECT_THAT(log.take(), Holds(Log::Debug, "ADSBTracker", "Track #1 confirms MOPS version 2 from aircraft DB."));
     aircraft.send(airbornePosition({}));
     EXPECT_THAT(log.take(), IsEmpty()); // confirmed once
 }
@@ -217,8 +228,7 @@ TEST(TrackerVersion, ComesFromTheDatabaseEvenIfThePayloadCannotBeDecoded) {
 TEST(TrackerVersion, ComesFromTheDatabaseWheneverItIsAssumed) {
     TemporaryFolder const folder;
     OneAircraft aircraft;
-    aircraft.tracker.setAircraftDbFile(
-        folder.write("aircraft.csv", "icao_addr,mops_version,airline\n4840D6,1,\n"));
+    aircraft.tracker.setAircraftDbFile(folder.write("aircraft.csv", "icao_addr,mops_version,airline\n4840D6,1,\n"));
     auto const target = aircraft.send(operationalStatus(3));
     EXPECT_EQ(target->mopsVersion(), MOPS_V2);
     EXPECT_TRUE(target->mopsVersionAssumed());
@@ -226,8 +236,7 @@ TEST(TrackerVersion, ComesFromTheDatabaseWheneverItIsAssumed) {
     aircraft.send(kIdentification);
     EXPECT_EQ(target->mopsVersion(), MOPS_V1);
     EXPECT_TRUE(target->mopsVersionConfirmed());
-    EXPECT_THAT(log.take(),
-                Holds(Log::Debug, "ADSBTracker", "Track #1 confirms MOPS version 1 from aircraft DB."));
+    EXPECT_THAT(log.take(), Holds(Log::Debug, "ADSBTracker", "Track #1 confirms MOPS version 1 from aircraft DB."));
 }
 
 TEST(TrackerVersion, OfTheDatabaseIsOverruledByOperationalStatus) {
@@ -247,8 +256,7 @@ TEST(TrackerVersion, IsForTheDatabaseToRememberWhenTheTargetIsKilled) {
     auto const again = aircraft.send(kIdentification);
     EXPECT_EQ(again->trackId(), 2U);
     EXPECT_EQ(again->mopsVersion(), MOPS_V2);
-    EXPECT_THAT(log.take(),
-                Holds(Log::Debug, "ADSBTracker", "Track #2 confirms MOPS version 2 from aircraft DB."));
+    EXPECT_THAT(log.take(), Holds(Log::Debug, "ADSBTracker", "Track #2 confirms MOPS version 2 from aircraft DB."));
 }
 
 template <class Message> bool is(std::shared_ptr<ADSBMessage> const& message) {

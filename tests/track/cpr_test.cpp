@@ -40,8 +40,8 @@ TEST(CPRLongitudeZones, HasTheTransitionsOfTheStandard) {
     struct {
         std::size_t index;
         double latitude;
-    } const pinned[] = {{0, 10.47047130},  {1, 14.82817437},  {2, 18.18626357}, {3, 21.02939493},
-                        {55, 85.75541621}, {56, 86.53536998}, {57, 87.0}};
+    } const pinned[] = {{0, 10.47047130}, {1, 14.82817437}, {2, 18.18626357}, {3, 21.02939493}, {55, 85.75541621},
+        {56, 86.53536998}, {57, 87.0}};
     EXPECT_EQ(kTransitionLatitudes.size(), 58U);
     for (auto const& entry : pinned) {
         EXPECT_EQ(kTransitionLatitudes[entry.index], entry.latitude) << entry.index;
@@ -51,8 +51,7 @@ TEST(CPRLongitudeZones, HasTheTransitionsOfTheStandard) {
 // The inverse of the formula: the latitude at which the number of zones falls below `zones`.
 double transitionByFormula(int zones) {
     double const pi = std::acos(-1.0);
-    return 180.0 / pi *
-           std::acos(std::sqrt((1.0 - std::cos(pi / 30.0)) / (1.0 - std::cos(2.0 * pi / zones))));
+    return 180.0 / pi * std::acos(std::sqrt((1.0 - std::cos(pi / 30.0)) / (1.0 - std::cos(2.0 * pi / zones))));
 }
 
 TEST(CPRLongitudeZones, HasTheFormulaRoundedToEightDecimals) {
@@ -86,9 +85,8 @@ TEST(CPRLongitudeZones, HaveKnownValues) {
     struct {
         double latitude;
         int zones;
-    } const rows[] = {{0.0, 59},      {-0.0, 59},      {10.4704713, 58}, {45.0, 42}, {-45.0, 42},
-                      {86.9, 2},      {87.0, 1},       {90.0, 1},        {-90.0, 1}, {180.0, 1},
-                      {kInfinity, 1}, {-kInfinity, 1}, {kNaN, 1},        {-kNaN, 1}};
+    } const rows[] = {{0.0, 59}, {-0.0, 59}, {10.4704713, 58}, {45.0, 42}, {-45.0, 42}, {86.9, 2}, {87.0, 1}, {90.0, 1},
+        {-90.0, 1}, {180.0, 1}, {kInfinity, 1}, {-kInfinity, 1}, {kNaN, 1}, {-kNaN, 1}};
     for (auto const& row : rows) EXPECT_EQ(cprNLFunction(row.latitude), row.zones) << row.latitude;
 }
 

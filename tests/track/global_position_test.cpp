@@ -27,7 +27,7 @@ bool roundTrip(double latitude, double longitude, bool evenIsNewer) {
     auto const even = reference::encoded(latitude, longitude, 0);
     auto const odd = reference::encoded(latitude, longitude, 1);
     auto const position = globalPosition({even.latitude, even.longitude, evenIsNewer ? 2000U : 1000U},
-                                         {odd.latitude, odd.longitude, evenIsNewer ? 1500U : 1800U});
+        {odd.latitude, odd.longitude, evenIsNewer ? 1500U : 1800U});
     auto const where = ::testing::PrintToString(latitude) + " " + ::testing::PrintToString(longitude);
     EXPECT_EQ(position.has_value(), even.zones == odd.zones) << where;
     if (!position || even.zones != odd.zones) return false;
@@ -65,8 +65,7 @@ TEST(GlobalPosition, IsFoundAtRandomPlaces) {
 }
 
 TEST(GlobalPosition, IsFoundAtThePolesTheEquatorAndTheDateLine) {
-    for (double const latitude :
-         {-90.0, -89.99999, -87.1, -60.0, -6.0, 0.0, 6.0, 60.0, 87.1, 89.99999, 90.0}) {
+    for (double const latitude : {-90.0, -89.99999, -87.1, -60.0, -6.0, 0.0, 6.0, 60.0, 87.1, 89.99999, 90.0}) {
         for (double const longitude : {-180.0, -179.99999, -90.0, 0.0, 90.0, 179.99999, 180.0}) {
             EXPECT_TRUE(roundTrip(latitude, longitude, false)) << latitude << " " << longitude;
             EXPECT_TRUE(roundTrip(latitude, longitude, true)) << latitude << " " << longitude;
@@ -141,8 +140,7 @@ TEST(GlobalPosition, WrapsLongitudesAbove180) {
     // At the equator 59 even zones; coordinate x and zone m give 360 / 59 * (m + x / 131072).
     auto const even = reference::encoded(0.0, -170.0, 0);
     auto const odd = reference::encoded(0.0, -170.0, 1);
-    auto const position =
-        globalPosition({even.latitude, even.longitude, 2}, {odd.latitude, odd.longitude, 1});
+    auto const position = globalPosition({even.latitude, even.longitude, 2}, {odd.latitude, odd.longitude, 1});
     ASSERT_TRUE(position);
     EXPECT_NEAR(position->longitude, -170.0, 1e-4); // 190 before the wrap
 }
@@ -175,8 +173,7 @@ TEST(GlobalPosition, IsDefinedForEveryCoordinate) {
     for (unsigned const evenLatitude : {0U, 1U, kHalf, kLast}) {
         for (unsigned const oddLatitude : {0U, 1U, kHalf, kLast}) {
             for (unsigned const longitude : {0U, 1U, kHalf, kLast}) {
-                auto const position =
-                    globalPosition({evenLatitude, longitude, 1}, {oddLatitude, kLast - longitude, 2});
+                auto const position = globalPosition({evenLatitude, longitude, 1}, {oddLatitude, kLast - longitude, 2});
                 if (position) {
                     EXPECT_TRUE(std::isfinite(position->latitude) && std::isfinite(position->longitude));
                 }

@@ -17,8 +17,7 @@ using State = NICSupplements::State;
 constexpr State kStates[] = {NICSupplements::NotReceived, NICSupplements::Off, NICSupplements::On};
 
 PositionQuality quality(int nucp, int nic, int pic) {
-    return {static_cast<unsigned char>(nucp), static_cast<unsigned char>(nic),
-            static_cast<unsigned char>(pic)};
+    return {static_cast<unsigned char>(nucp), static_cast<unsigned char>(nic), static_cast<unsigned char>(pic)};
 }
 
 // The rules as they are written down, one expression for each type code.
@@ -109,8 +108,7 @@ TEST(QualityIndicators, OfVersion1FollowTheRulesInEveryState) {
             auto const expected =
                 version1ByTheRules(typeCode, a != NICSupplements::NotReceived, a == NICSupplements::On);
             for (auto const other : kStates) { // B and C do not matter
-                EXPECT_EQ(positionQualityV1(static_cast<unsigned char>(typeCode), {a, other, other}),
-                          expected)
+                EXPECT_EQ(positionQualityV1(static_cast<unsigned char>(typeCode), {a, other, other}), expected)
                     << "type code " << typeCode << ", A " << a;
             }
         }
@@ -124,8 +122,8 @@ TEST(QualityIndicators, OfVersion2FollowTheRulesInEveryState) {
         for (auto const a : kStates) {
             for (auto const b : kStates) {
                 for (auto const c : kStates) {
-                    auto const expected = version2ByTheRules(
-                        typeCode, {received(a), on(a), received(b), on(b), received(c), on(c)});
+                    auto const expected =
+                        version2ByTheRules(typeCode, {received(a), on(a), received(b), on(b), received(c), on(c)});
                     EXPECT_EQ(positionQualityV2(static_cast<unsigned char>(typeCode), {a, b, c}), expected)
                         << "type code " << typeCode << ", A " << a << ", B " << b << ", C " << c;
                 }

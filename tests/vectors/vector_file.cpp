@@ -9,7 +9,7 @@
 namespace quorvel::modes::test {
 
 std::vector<Vector> readVectors(std::string const& fileName) {
-    std::ifstream file(std::string(TREVALLO_TEST_FOLDER) + "/vectors/" + fileName);
+    std::ifstream file(TREVALLO_VECTORS "/" + fileName);
     if (!file) throw std::runtime_error("cannot read " + fileName);
     std::vector<Vector> vectors;
     std::string name;
@@ -38,8 +38,7 @@ std::string escaped(std::string const& text) {
             result += character;
         } else {
             char code[5] = "";
-            std::snprintf(code, sizeof code, "\\x%02X",
-                          static_cast<unsigned>(static_cast<unsigned char>(character)));
+            std::snprintf(code, sizeof code, "\\x%02X", static_cast<unsigned>(static_cast<unsigned char>(character)));
             result += code;
         }
     }

@@ -15,7 +15,7 @@ struct Vector {
     std::vector<std::string> expected; ///< the lines below, without their indentation
 };
 
-/// All vectors of a file of this folder. Throws when it cannot be read.
+/// All vectors of a file that make_vectors.py has made. Throws when it cannot be read.
 std::vector<Vector> readVectors(std::string const& fileName);
 
 /// Text with everything but printable characters as \xNN.

@@ -33,8 +33,7 @@ std::string fieldLine(std::string const& name, unsigned pos, unsigned bits, std:
 
 void addLog(Lines& lines, CapturedLog& log) {
     for (auto const& line : log.take()) {
-        lines.push_back(std::string("log ") + kLevels[line.level] + " " + line.module + " " +
-                        escaped(line.text));
+        lines.push_back(std::string("log ") + kLevels[line.level] + " " + line.module + " " + escaped(line.text));
     }
 }
 
@@ -93,8 +92,7 @@ public:
             std::snprintf(text, sizeof text, "%.9g", value);
             lines.push_back(std::string("value ") + name + " " + text);
         } else {
-            lines.push_back(std::string("value ") + name + " " +
-                            std::to_string(static_cast<long long>(value)));
+            lines.push_back(std::string("value ") + name + " " + std::to_string(static_cast<long long>(value)));
         }
     }
     Lines lines;
@@ -238,10 +236,10 @@ template <class... Classes> std::string readAs(ADSBMessage const& message, Value
 
 std::string readAny(ADSBMessage const& message, Values& values) {
     return readAs<ADSBIdentityMessage, ADSBSurfacePositionMessage, ADSBAirbornePositionMessageV0,
-                  ADSBAirbornePositionMessageV1, ADSBAirbornePositionMessageV2, ADSBAirborneVelocityMessageV0,
-                  ADSBAirborneVelocityMessageV1, ADSBAirborneVelocityMessageV2, ADSBAircraftStatusMessageV0,
-                  ADSBAircraftStatusMessageV2, ADSBTargetStatusMessageV1, ADSBTargetStatusMessageV2,
-                  ADSBAircraftOperationalStatusMessage, ADSBTestMessage>(message, values);
+        ADSBAirbornePositionMessageV1, ADSBAirbornePositionMessageV2, ADSBAirborneVelocityMessageV0,
+        ADSBAirborneVelocityMessageV1, ADSBAirborneVelocityMessageV2, ADSBAircraftStatusMessageV0,
+        ADSBAircraftStatusMessageV2, ADSBTargetStatusMessageV1, ADSBTargetStatusMessageV2,
+        ADSBAircraftOperationalStatusMessage, ADSBTestMessage>(message, values);
 }
 
 Lines payloadLines(std::string const& bytes, MOPSVersion version) {

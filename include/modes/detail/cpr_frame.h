@@ -3,7 +3,7 @@
 
 namespace quorvel::modes::detail {
 
-// One half of a position pair. Internal: installed because targets hold these by value, promised to nobody.
+// One half of a position pair. Internal: installed because targets hold these by value, not part of the interface.
 
 /// Position in compact position reporting form: 17-bit coordinates and when they were received, in
 /// milliseconds since 1970-01-01 00:00:00 UTC.

@@ -3,8 +3,8 @@
 
 namespace quorvel::modes::detail {
 
-/// What a report says about one item. Internal: installed because reports hold these by value, promised to
-/// nobody. Times are milliseconds since 1970-01-01 00:00:00 UTC; 0 means never.
+/// What a report says about one item. Internal: installed because reports hold these by value, not part of the
+/// interface. Times are milliseconds since 1970-01-01 00:00:00 UTC; 0 means never.
 template <class T> struct ReportItem {
     T value{};
     bool valid = false;

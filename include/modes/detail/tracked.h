@@ -3,8 +3,8 @@
 
 namespace quorvel::modes::detail {
 
-// What a target keeps of one item. Internal: installed because targets hold these by value, promised to
-// nobody. Times are milliseconds since 1970-01-01 00:00:00 UTC; 0 means never.
+// What a target keeps of one item. Internal: installed because targets hold these by value, not part of the interface.
+// Times are milliseconds since 1970-01-01 00:00:00 UTC; 0 means never.
 
 /// A value and when it was last reported.
 template <class T> struct Updated {

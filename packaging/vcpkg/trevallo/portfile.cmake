@@ -1,15 +1,16 @@
 # SPDX-License-Identifier: MIT
-# The sources are those of the checkout that this port lies in. Use it as an overlay:
+# The sources are those of the checkout that this port is in. Use it as an overlay:
 #   vcpkg install trevallo --overlay-ports=packaging/vcpkg
 # vcpkg notices a change of the port, not one of the sources: build again with --no-binarycaching after one.
 get_filename_component(SOURCE_PATH "${CMAKE_CURRENT_LIST_DIR}/../../.." ABSOLUTE)
 
 vcpkg_check_features(OUT_FEATURE_OPTIONS FEATURE_OPTIONS
     FEATURES
+        airspace TREVALLO_AIRSPACE
         tools TREVALLO_APPS
 )
 
-if("tools" IN_LIST FEATURES)
+if("airspace" IN_LIST FEATURES)
     vcpkg_find_acquire_program(PKGCONFIG)
     list(APPEND FEATURE_OPTIONS "-DPKG_CONFIG_EXECUTABLE=${PKGCONFIG}")
 endif()

@@ -5,19 +5,19 @@
 
 #include <sstream>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 namespace {
 
-TerminalStyle const kPlain{60, false, false};
-TerminalStyle const kBlocks{60, false, true};
+terminal::TerminalStyle const kPlain{60, false, false};
+terminal::TerminalStyle const kBlocks{60, false, true};
 
 } // namespace
 
 TEST(BarChart, DrawsTheLongestBarAsWideAsThereIsRoom) {
     EXPECT_EQ(barChart({{"DF17", 300}, {"DF4", 100}}, kPlain),
-              "    DF17  300   75.0 %  ####################################\n"
-              "    DF4   100   25.0 %  ############\n");
+        "    DF17  300   75.0 %  ####################################\n"
+        "    DF4   100   25.0 %  ############\n");
 }
 
 TEST(BarChart, DrawsEighthsWithBlocks) {
@@ -33,8 +33,7 @@ TEST(BarChart, ShowsSomethingForWhateverIsNotZero) {
 TEST(BarChart, FitsTheWidthWhereItCan) {
     std::istringstream lines(barChart({{"a label", 12345}, {"another", 1}}, {70, false, false}));
     for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 70U);
-    EXPECT_NE(barChart({{std::string(60, 'x'), 1}}, {40, false, false}).find("##########\n"),
-              std::string::npos);
+    EXPECT_NE(barChart({{std::string(60, 'x'), 1}}, {40, false, false}).find("##########\n"), std::string::npos);
     EXPECT_EQ(barChart({}, kPlain), "");
 }
 
@@ -47,4 +46,4 @@ TEST(Sparkline, GrowsWithTheCount) {
     EXPECT_EQ(sparkline(nothing, kPlain), "  ");
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

@@ -8,7 +8,7 @@
 
 #include <sstream>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 namespace {
 
@@ -27,9 +27,9 @@ std::size_t widestLine(std::string const& text) {
 
 TEST(BitRuler, ShowsBitsInGroupsWithPlacesAndNames) {
     EXPECT_EQ(bitRuler(dissected(fromHex("5D4CA2D46B609F")), 80, false),
-              "  1-5   6-8 9-32                     33-56\n"
-              "  01011 101 010011001010001011010100 011010110110000010011111\n"
-              "  DF    CA  AA                       PI\n");
+        "  1-5   6-8 9-32                     33-56\n"
+        "  01011 101 010011001010001011010100 011010110110000010011111\n"
+        "  DF    CA  AA                       PI\n");
 }
 
 TEST(BitRuler, GivesABitToTheNarrowestFieldAndNamesFieldsThatDifferByVersion) {
@@ -67,4 +67,4 @@ TEST(BitRuler, ShowsBitsOfFramesThatAreNotDecoded) {
     EXPECT_EQ(bitRuler(dissected(fromHex("7700")), 80, false), "  1-16\n  0111011100000000\n  -\n");
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

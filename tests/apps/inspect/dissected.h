@@ -7,7 +7,7 @@
 
 #include <string>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 inline Versions const kAllVersions{modes::MOPS_V0, modes::MOPS_V1, modes::MOPS_V2};
 
@@ -17,4 +17,4 @@ inline Dissection dissected(std::string const& frame, Versions const& versions =
     return Dissector(versions).dissect(frame);
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 namespace {
 
@@ -26,7 +26,7 @@ FieldView fieldNamed(std::string const& name, std::vector<FieldView> const& fiel
     return found != fields.end() ? *found : FieldView{};
 }
 
-// Where each field of a reply begins, which together leave no bit out.
+// Where each field of a reply starts; they together leave no bit out.
 void expectWithoutGaps(std::vector<FieldView> const& fields, unsigned bits) {
     unsigned next = 1;
     for (auto const& field : fields) {
@@ -49,10 +49,9 @@ TEST(Dissections, NameTheFormatOfEveryFrame) {
 
 TEST(Dissections, ListFieldsWithPositionWidthBitsAndMeaning) {
     auto const fields = dissected(shortFrame(4, flightStatus(1) | altitudeCode(18800), 0x4CA2D4)).fields;
-    EXPECT_EQ(fieldNamed("DF", fields),
-              (FieldView{"DF", "Downlink format", 1, 5, "04", "4", "surveillance altitude reply"}));
-    EXPECT_EQ(fieldNamed("FS", fields),
-              (FieldView{"FS", "Flight status", 6, 3, "1", "GND", "on the ground"}));
+    EXPECT_EQ(
+        fieldNamed("DF", fields), (FieldView{"DF", "Downlink format", 1, 5, "04", "4", "surveillance altitude reply"}));
+    EXPECT_EQ(fieldNamed("FS", fields), (FieldView{"FS", "Flight status", 6, 3, "1", "GND", "on the ground"}));
     auto const altitude = fieldNamed("AC", fields);
     EXPECT_EQ(altitude.firstBit, 20U);
     EXPECT_EQ(altitude.width, 13U);
@@ -73,7 +72,7 @@ TEST(Dissections, CoverEveryBitOfEveryFormat) {
     }
 }
 
-TEST(Dissections, TellTheAddressAndHowFarItCanBeTrusted) {
+TEST(Dissections, ShowTheAddressAndHowFarItCanBeTrusted) {
     auto const reply = shortFrame(5, identityCode(07700), 0x4840D6);
     auto const alone = dissected(reply);
     EXPECT_EQ(alone.address, 0x4840D6U);
@@ -84,13 +83,11 @@ TEST(Dissections, TellTheAddressAndHowFarItCanBeTrusted) {
     EXPECT_EQ(dissector.dissect(reply).confidence, modes::ModeSMessage::HIGH);
 }
 
-TEST(Dissections, TellTheParityByWhatIsLaidOverIt) {
+TEST(Dissections, ShowTheParityByWhatIsOverlaidOnIt) {
     auto const squitterParity = *dissected(squitter(0x4840D6, identification("KLM1023"))).parity;
     EXPECT_EQ(squitterParity.remainder(), 0U);
     EXPECT_EQ(squitterParity.meaning, "right");
-    auto const meaningOfPI = [](std::string const& frame) {
-        return fieldNamed("PI", dissected(frame).fields).meaning;
-    };
+    auto const meaningOfPI = [](std::string const& frame) { return fieldNamed("PI", dissected(frame).fields).meaning; };
     EXPECT_EQ(meaningOfPI(squitter(0x4840D6, identification("KLM1023"))), "");
     EXPECT_EQ(meaningOfPI(shortFrame(11, capability(5) | 0x4840D6, 17)), "interrogator identifier 17");
     EXPECT_EQ(meaningOfPI(shortFrame(11, capability(5) | 0x4840D6, 80)), "no interrogator identifier");
@@ -116,8 +113,7 @@ TEST(Dissections, SayWhichBitsWereRepaired) {
 }
 
 TEST(Dissections, ShowTheFieldsOfAFrameBeyondRepairAsReceived) {
-    auto const result =
-        dissected(withBitsInverted(squitter(0x4840D6, identification("KLM1023")), {40, 60, 80}));
+    auto const result = dissected(withBitsInverted(squitter(0x4840D6, identification("KLM1023")), {40, 60, 80}));
     EXPECT_EQ(result.problem, "it is damaged beyond repair: the fields are as received");
     EXPECT_THAT(result.repairedBits, IsEmpty());
     EXPECT_EQ(result.confidence, std::nullopt);
@@ -128,8 +124,7 @@ TEST(Dissections, ShowTheFieldsOfAFrameBeyondRepairAsReceived) {
 }
 
 TEST(Dissections, SayWhyAFrameIsNotDecoded) {
-    EXPECT_EQ(dissected(fromHex("8D4840D6202CC3")).problem,
-              "a frame of this format has 112 bits, this one has 56");
+    EXPECT_EQ(dissected(fromHex("8D4840D6202CC3")).problem, "a frame of this format has 112 bits, this one has 56");
     EXPECT_EQ(dissected(shortFrame(1, 0, 0)).problem, "the library does not decode this format");
     EXPECT_EQ(dissected(fromHex("7700")).problem, "Mode A/C replies are not decoded");
     EXPECT_EQ(dissected(fromHex("7700")).format, std::nullopt);
@@ -146,7 +141,7 @@ TEST(Dissections, ReadAPayloadOnceForVersionsThatMeanTheSame) {
     EXPECT_EQ(category, (FieldView{"EMT_CAT", "Emitter category", 38, 3, "3", "3", "A3, large"}));
 }
 
-TEST(Dissections, TellVersionsApartWhereTheyDiffer) {
+TEST(Dissections, SeparateVersionsWhereTheyDiffer) {
     auto const payloadView = *dissected(kEvenPosition).payload;
     ASSERT_EQ(payloadView.readings.size(), 2U);
     EXPECT_THAT(payloadView.readings[0].versions, ElementsAre(modes::MOPS_V0, modes::MOPS_V1));
@@ -200,6 +195,15 @@ TEST(Dissections, MakeAPositionOfAPair) {
         << "a frame without coordinates makes no position";
 }
 
+TEST(Dissections, MakeNoPositionOfOtherMessagesOfItsTime) {
+    Dissector dissector(kAllVersions);
+    dissector.dissect(kEvenPosition, 1000);
+    EXPECT_TRUE(dissector.dissect(kOddPosition, 1500).position);
+    EXPECT_TRUE(dissector.dissect(kOddPosition, 1500).position) << "heard by another receiver";
+    auto const velocity = squitter(0x40621D, airborneVelocity({}));
+    EXPECT_FALSE(dissector.dissect(velocity, 1500).position);
+}
+
 TEST(Dissections, MakeNoPositionOfFramesTooFarApart) {
     Dissector dissector(kAllVersions);
     dissector.dissect(kEvenPosition, 1);
@@ -226,4 +230,4 @@ TEST(Dissections, NameGapsBetweenTheFieldsOfAPayload) {
     EXPECT_EQ(fields.back().firstBit + fields.back().width - 1, kPayloadLastBit);
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 namespace {
 
@@ -16,18 +16,15 @@ using namespace modes::test;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-nlohmann::json jsonOf(std::string const& frame) {
-    return nlohmann::json::parse(dissectionJson(dissected(frame)));
-}
+nlohmann::json jsonOf(std::string const& frame) { return nlohmann::json::parse(dissectionJson(dissected(frame))); }
 
 } // namespace
 
 TEST(DissectionText, TellsOfADecodedFrame) {
-    EXPECT_EQ(
-        dissectionText(dissected(shortFrame(11, capability(5) | 0x4CA2D4, 0))),
+    EXPECT_EQ(dissectionText(dissected(shortFrame(11, capability(5) | 0x4CA2D4, 0))),
         "5D4CA2D468FE2F\n"
         "  Format            DF11, all-call reply\n"
-        "  Confidence        none: nothing speaks for its address\n"
+        "  Confidence        none: nothing confirms its address\n"
         "  Parity            68FE2F received, 68FE2F calculated, remainder 000000 (right, of interrogator "
         "0)\n"
         "  Address           4CA2D4\n"
@@ -43,8 +40,7 @@ TEST(DissectionText, TellsOfADecodedFrame) {
 TEST(DissectionText, TellsVersionsApart) {
     auto const text = dissectionText(dissected(fromHex("8D40621D58C382D690C8AC2863A7")));
     EXPECT_THAT(
-        text,
-        HasSubstr("  Versions 0, 1, 2  TC=POS_AIR, AT=BARO, ALT=38050, CPR=EVEN, LAT=93000, LON=51372\n"));
+        text, HasSubstr("  Versions 0, 1, 2  TC=POS_AIR, AT=BARO, ALT=38050, CPR=EVEN, LAT=93000, LON=51372\n"));
     EXPECT_THAT(text, HasSubstr("NIC_SUPP_B  NIC supplement B      0      0        2\n"));
 }
 
@@ -57,14 +53,13 @@ TEST(DissectionText, SaysWhatIsNotDecoded) {
 TEST(DissectionText, ShowsRepairs) {
     auto const intact = squitter(0x4840D6, identification("KLM1023"));
     EXPECT_THAT(dissectionText(dissected(withBitsInverted(intact, {40}))),
-                HasSubstr("  Repaired          bit 41: 8D4840D6202CC371C32CE0576098\n"));
+        HasSubstr("  Repaired          bit 41: 8D4840D6202CC371C32CE0576098\n"));
 }
 
 TEST(DissectionText, ShowsPositionsInDegrees) {
     Dissection dissection;
     dissection.position = PositionView{-0.25, 179.999999};
-    EXPECT_THAT(dissectionText(dissection),
-                HasSubstr("-0.25000, 180.00000, of this frame and one before it"));
+    EXPECT_THAT(dissectionText(dissection), HasSubstr("-0.25000, 180.00000, of this frame and one before it"));
 }
 
 TEST(DissectionText, PassesNoControlCharactersOn) {
@@ -89,8 +84,7 @@ TEST(DissectionJson, IsOneLineWithEveryFieldOfTheFrame) {
 
 TEST(DissectionJson, HasNullForWhatAFrameDoesNotHave) {
     auto const json = jsonOf(fromHex("7700"));
-    for (auto const* key :
-         {"format", "confidence", "parity", "address", "payload", "position", "repairedFrame"})
+    for (auto const* key : {"format", "confidence", "parity", "address", "payload", "position", "repairedFrame"})
         EXPECT_TRUE(json.contains(key) && json[key].is_null()) << key;
     EXPECT_EQ(json["problem"], "Mode A/C replies are not decoded");
 }
@@ -104,16 +98,14 @@ TEST(DissectionJson, HasRepairsAndPositions) {
     Dissector dissector(kAllVersions);
     dissector.dissect(fromHex("8D40621D58C382D690C8AC2863A7"));
     auto const second = dissector.dissect(fromHex("8D40621D58C386435CC412692AD6"));
-    EXPECT_NEAR(nlohmann::json::parse(dissectionJson(second))["position"]["latitude"].get<double>(), 52.26578,
-                1e-5);
+    EXPECT_NEAR(nlohmann::json::parse(dissectionJson(second))["position"]["latitude"].get<double>(), 52.26578, 1e-5);
 }
 
 TEST(DissectionJson, IsTextForAnyFrame) {
     for (unsigned byte = 0; byte < 256; ++byte) {
-        auto const frame =
-            longFrame(17, capability(5) | 0x4840D6, std::string(7, static_cast<char>(byte)), 0);
+        auto const frame = longFrame(17, capability(5) | 0x4840D6, std::string(7, static_cast<char>(byte)), 0);
         EXPECT_NO_THROW(jsonOf(frame)) << byte;
     }
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

@@ -5,16 +5,16 @@
 
 #include <numeric>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr TimeMs kNoon = 43'200'000;
+constexpr airspace::TimeMs kNoon = 43'200'000;
 
-RateHistory historyOf(std::vector<TimeMs> const& sinceNoon) {
+RateHistory historyOf(std::vector<airspace::TimeMs> const& sinceNoon) {
     RateHistory history;
     for (auto const time : sinceNoon) history.take(kNoon + time);
     history.finish();
@@ -52,18 +52,17 @@ TEST(RateHistory, TakesASingleFarTimeForADamagedTimeStamp) {
 
 TEST(RateHistory, WidensItsIntervalsSoThatMemoryStaysConstant) {
     RateHistory history;
-    for (TimeMs second = 0; second < 100'000; ++second) history.take(kNoon + second * 1000);
+    for (airspace::TimeMs second = 0; second < 100'000; ++second) history.take(kNoon + second * 1000);
     history.finish();
     EXPECT_LE(history.intervals().size(), RateHistory::kMostIntervals);
     EXPECT_EQ(history.intervalWidth(), 2'048'000U);
-    EXPECT_EQ(std::accumulate(history.intervals().begin(), history.intervals().end(), std::uint64_t{0}),
-              100'000U);
+    EXPECT_EQ(std::accumulate(history.intervals().begin(), history.intervals().end(), std::uint64_t{0}), 100'000U);
     EXPECT_EQ(history.intervals().front(), 2048U);
 }
 
 TEST(RateHistory, CountsGapsBeyondThoseItLists) {
     RateHistory history;
-    for (TimeMs i = 0; i < 300; ++i) {
+    for (airspace::TimeMs i = 0; i < 300; ++i) {
         history.take(kNoon + i * 20'000);
         history.take(kNoon + i * 20'000 + 1);
     }
@@ -83,4 +82,4 @@ TEST(RateHistory, OfFewFramesIsWhatTheyAre) {
     EXPECT_EQ(historyOf({5, 3, 4}).last(), kNoon + 5);
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

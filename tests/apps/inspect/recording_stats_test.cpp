@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-namespace quorvel::host {
+namespace quorvel::inspect {
 
 namespace {
 
@@ -15,18 +15,17 @@ using namespace modes::test;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-constexpr TimeMs kNoon = 43'200'000;
+constexpr airspace::TimeMs kNoon = 43'200'000;
 constexpr unsigned kAddress = 0x4840D6;
-RecordingTitle const kTitle{"test", Encoding::Beast, TimeReading::Receiver, false};
+RecordingTitle const kTitle{"test", airspace::Encoding::Beast, airspace::TimeReading::Receiver, false};
 
 class StatsTest : public ::testing::Test {
 protected:
-    void hear(std::string const& bytes, TimeMs sinceNoon = 0, std::uint8_t signal = 0) {
-        Frame frame{std::make_shared<modes::ModeSEncapsulation>(), std::nullopt, signal};
-        frame.record->setData(bytes);
-        frame.record->setTimeStamp(kNoon + sinceNoon);
+    void hear(std::string const& bytes, airspace::TimeMs sinceNoon = 0, std::uint8_t signal = 0) {
+        auto frame = airspace::Frame::of(bytes, kNoon + sinceNoon);
+        frame.signal = signal;
         _stats.take(frame);
-        ++(bytes.size() == kModeAcFrameBytes ? _reading.modeAcFrames : _reading.frames);
+        ++(bytes.size() == airspace::kModeAcFrameBytes ? _reading.modeAcFrames : _reading.frames);
     }
 
     RecordingStats& finished() {
@@ -35,7 +34,7 @@ protected:
     }
 
     std::string text(std::size_t aircraft = 10) {
-        return statsText(kTitle, finished(), aircraft, TerminalStyle());
+        return statsText(kTitle, finished(), aircraft, terminal::TerminalStyle());
     }
 
 private:
@@ -43,13 +42,13 @@ private:
     RecordingStats _stats{true};
 
 protected:
-    Counters _reading; // as a reader of these frames has it
+    airspace::Counts _reading; // as a reader of these frames has it
 };
 using Stats = StatsTest;
 
 } // namespace
 
-TEST_F(Stats, TellParityByWhatItCanSay) {
+TEST_F(Stats, CountParityByWhatItCanSay) {
     auto const intact = squitter(kAddress, identification("KLM1023"));
     hear(intact);
     hear(withBitsInverted(intact, {40}));
@@ -116,17 +115,17 @@ TEST_F(Stats, CountWhatWasReadOnce) {
     EXPECT_EQ(counters.byFormat[17], 1U);
 }
 
-TEST_F(Stats, AreToldInOrderOfReplies) {
+TEST_F(Stats, ListAircraftInOrderOfReplies) {
     hear(squitter(1, identification("ONE")), 0);
-    for (TimeMs i = 1; i < 4; ++i) hear(squitter(2, identification("TWO")), i);
+    for (airspace::TimeMs i = 1; i < 4; ++i) hear(squitter(2, identification("TWO")), i);
     auto const report = text(1);
     EXPECT_THAT(report, HasSubstr("    000002  TWO       -              3\n    and 1 more\n"));
     EXPECT_THAT(report, Not(HasSubstr("ONE")));
     EXPECT_THAT(report, HasSubstr("    DF17 extended squitter  4  100.0 %  ###"));
-    EXPECT_THAT(report, HasSubstr("    not told  2  100.0 %  ###"));
+    EXPECT_THAT(report, HasSubstr("    unknown  2  100.0 %  ###"));
 }
 
-TEST_F(Stats, TellGapsWithStartAndLength) {
+TEST_F(Stats, ShowGapsWithStartAndLength) {
     hear(squitter(kAddress, identification("KLM1023")), 0);
     hear(squitter(kAddress, identification("KLM1023")), 3'661'500);
     hear(squitter(kAddress, identification("KLM1023")), 3'661'600);
@@ -137,13 +136,13 @@ TEST_F(Stats, TellGapsWithStartAndLength) {
     EXPECT_THAT(report, HasSubstr("12:00:00.000 to 13:01:01.600 of an unknown day\n"));
 }
 
-TEST_F(Stats, TellDatesWhereTheDayIsKnown) {
+TEST_F(Stats, ShowDatesWhereTheDayIsKnown) {
     hear(squitter(kAddress, identification("KLM1023")), 1'714'521'600'000 - kNoon);
     auto title = kTitle;
     title.isDated = true;
     auto const& stats = finished();
-    EXPECT_THAT(statsText(title, stats, 1, TerminalStyle()),
-                HasSubstr("2024-05-01T00:00:00.000Z to 2024-05-01T00:00:00.000Z\n"));
+    EXPECT_THAT(statsText(title, stats, 1, terminal::TerminalStyle()),
+        HasSubstr("2024-05-01T00:00:00.000Z to 2024-05-01T00:00:00.000Z\n"));
     EXPECT_EQ(nlohmann::json::parse(statsJson(title, stats))["time"]["first"], "2024-05-01T00:00:00.000Z");
 }
 
@@ -168,14 +167,14 @@ TEST_F(Stats, AreOneLineOfJson) {
     EXPECT_EQ(json["counters"]["targets_made"], 1);
 }
 
-TEST(StatsOfAnUntimedRecording, TellNoRates) {
+TEST(StatsOfAnUntimedRecording, ShowNoRates) {
     CapturedLog const log;
     RecordingStats stats(false);
-    Counters reading;
+    airspace::Counts reading;
     reading.frames = 1;
     stats.finish(reading);
-    EXPECT_THAT(statsText(kTitle, stats, 1, TerminalStyle()), HasSubstr("  Time        no time stamps\n"));
+    EXPECT_THAT(statsText(kTitle, stats, 1, terminal::TerminalStyle()), HasSubstr("  Time        no time stamps\n"));
     EXPECT_TRUE(nlohmann::json::parse(statsJson(kTitle, stats))["time"].is_null());
 }
 
-} // namespace quorvel::host
+} // namespace quorvel::inspect

@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "outputs/aircraft_json.h"
 
-#include "host/host_error.h"
+#include "files/host_error.h"
 
 #include "pictures.h"
 #include "support/frames.h"
 #include "support/temporary_folder.h"
 
-#include <modes/df_message.h>
 #include <nlohmann/json.hpp>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
+
+#include <filesystem>
 
 using namespace quorvel;
-using namespace quorvel::host::test;
-using host::AircraftJson;
-using modes::ModeSMessage;
+using namespace quorvel::outputs::test;
 using modes::test::TemporaryFolder;
+using outputs::AircraftJson;
 using Json = nlohmann::ordered_json;
 
 namespace {
@@ -27,19 +27,12 @@ protected:
 
     Json receiver() const { return Json::parse(content(_folder.path("receiver.json"))); }
 
-    Json aircraft(std::vector<host::Aircraft> const& list) const {
-        return Json::parse(AircraftJson(file(), {}).text(pictureOf(list)))["aircraft"];
+    Json aircraft(std::vector<outputs::Aircraft> const& list) const {
+        return Json::parse(outputs::aircraftDocument(pictureOf(list)))["aircraft"];
     }
 
     TemporaryFolder _folder;
 };
-
-void hearIdentification(AircraftJson& output, unsigned typeCode, ModeSMessage::Confidence confidence) {
-    modes::DF17Message message;
-    message.decode(modes::test::squitter(0x4840D6, modes::test::identification("KLM1023", 3, typeCode)));
-    message.setConfidence(confidence);
-    output.heard({frameOf("00"), &message, nullptr});
-}
 
 } // namespace
 
@@ -47,23 +40,22 @@ TEST_F(AircraftJsonFile, HasTheFieldsThatMapsRead) {
     auto const list = aircraft({knownAircraft()});
     ASSERT_EQ(list.size(), 1U);
     EXPECT_EQ(list[0].dump(),
-              R"({"hex":"4840d6","flight":"KLM1023","squawk":"4032","emergency":"none","alert":0,"spi":0,)"
-              R"("alt_baro":38000,"gs":451.3,"track":92.5,"baro_rate":-640,"lat":52.25,"lon":-3.9375,)"
-              R"("seen_pos":2.5,"version":2,"nic":8,"nac_p":9,"sil":3,"mlat":[],"tisb":[],"messages":321,)"
-              R"("seen":2.5,"rssi":-6.0})");
+        R"({"hex":"4840d6","flight":"KLM1023","squawk":"4032","emergency":"none","category":"A3","alert":0,"spi":0,)"
+        R"("alt_baro":38000,"gs":451.3,"track":92.5,"baro_rate":-640,"lat":52.25,"lon":-3.9375,)"
+        R"("seen_pos":2.5,"version":2,"nic":8,"nac_p":9,"sil":3,"mlat":[],"tisb":[],"messages":321,)"
+        R"("seen":2.5,"rssi":-6.0})");
 }
 
 TEST_F(AircraftJsonFile, LeavesOutWhatIsNotValid) {
     EXPECT_EQ(aircraft({heardAircraft(0xABC, kNow)})[0].dump(),
-              R"({"hex":"000abc","mlat":[],"tisb":[],"messages":1,"seen":0.0})");
+        R"({"hex":"000abc","mlat":[],"tisb":[],"messages":1,"seen":0.0})");
 }
 
 TEST_F(AircraftJsonFile, LeavesOutTheSignalLevelThatAnEncodingDoesNotCarry) {
-    auto const unmeasured = knownAircraft();
-    unmeasured.report->setSignalAmplitude(0);
-    unmeasured.report->setSignalAmplitudeValid(true);
+    auto unmeasured = knownAircraft();
+    unmeasured.signalAmplitude.value = 0;
     EXPECT_FALSE(aircraft({unmeasured})[0].contains("rssi"));
-    unmeasured.report->setSignalAmplitude(1);
+    unmeasured.signalAmplitude.value = 1;
     EXPECT_EQ(aircraft({unmeasured})[0]["rssi"], -48.1);
 }
 
@@ -71,21 +63,20 @@ TEST_F(AircraftJsonFile, SaysWhenItWasWrittenAndHowManyMessagesThereWere) {
     auto picture = pictureOf({});
     picture.counters.frames = 120;
     picture.counters.undecoded = 20;
-    EXPECT_EQ(AircraftJson(file(), {}).text(picture),
-              "{\"now\":1714566896.789,\"messages\":100,\"aircraft\":[]}\n");
+    EXPECT_EQ(outputs::aircraftDocument(picture), "{\"now\":1714566896.789,\"messages\":100,\"aircraft\":[]}\n");
 }
 
 TEST_F(AircraftJsonFile, SaysWhenItsTimeIsOfNoCalendar) {
     auto picture = pictureOf({});
     picture.sources[0].timeKnown = false;
-    auto const json = Json::parse(AircraftJson(file(), {}).text(picture));
+    auto const json = Json::parse(outputs::aircraftDocument(picture));
     EXPECT_FALSE(json.value("time_known", true));
     EXPECT_EQ(json["now"], 1714566896.789) << "which maps need all the same";
 }
 
 TEST_F(AircraftJsonFile, GivesTheAltitudeOfAnAircraftOnTheGroundAsGround) {
-    auto const taxiing = knownAircraft();
-    taxiing.report->setGroundStatus(true);
+    auto taxiing = knownAircraft();
+    taxiing.groundStatus.value = true;
     EXPECT_EQ(aircraft({taxiing})[0]["alt_baro"], "ground");
 }
 
@@ -95,16 +86,16 @@ TEST_F(AircraftJsonFile, NamesEmergencies) {
         char const* name;
     };
     for (auto const& expected :
-         {Case{07500, "unlawful"}, Case{07600, "nordo"}, Case{07700, "general"}, Case{07701, "none"}}) {
-        auto const one = knownAircraft();
-        one.report->setSquawk(expected.squawk);
+        {Case{07500, "unlawful"}, Case{07600, "nordo"}, Case{07700, "general"}, Case{07701, "none"}}) {
+        auto one = knownAircraft();
+        one.squawk.value = airspace::Squawk{static_cast<std::uint16_t>(expected.squawk)};
         EXPECT_EQ(aircraft({one})[0]["emergency"], expected.name);
     }
 }
 
 TEST_F(AircraftJsonFile, LeavesOutPositionsOlderThanAMinuteAndAircraftNotHeardForFive) {
-    auto const list = aircraft({knownAircraft(60'001), heardAircraft(0x4840D7, kNow - 300'000),
-                                heardAircraft(0x4840D8, kNow - 300'001)});
+    auto const list = aircraft(
+        {knownAircraft(60'001), heardAircraft(0x4840D7, kNow - 300'000), heardAircraft(0x4840D8, kNow - 300'001)});
     ASSERT_EQ(list.size(), 2U);
     EXPECT_FALSE(list[0].contains("lat"));
     EXPECT_EQ(list[1]["hex"], "4840d7");
@@ -128,32 +119,13 @@ TEST_F(AircraftJsonFile, HasOneEntryForAnAircraftThatSeveralSourcesHear) {
     EXPECT_EQ(list[0]["messages"], 321);
 }
 
-TEST_F(AircraftJsonFile, LearnsTheSetOfTheEmitterCategoryFromBelievedIdentifications) {
-    AircraftJson output(file(), {});
-    auto const category = [&] {
-        return Json::parse(output.text(pictureOf({knownAircraft()})))["aircraft"][0].value("category",
-                                                                                           "none");
-    };
-    EXPECT_EQ(category(), "none");
-    hearIdentification(output, 4, ModeSMessage::MEDIUM);
-    EXPECT_EQ(category(), "none");
-    hearIdentification(output, 4, ModeSMessage::HIGH);
-    EXPECT_EQ(category(), "A3");
-    hearIdentification(output, 1, ModeSMessage::HIGH);
-    EXPECT_EQ(category(), "D3");
-    hearIdentification(output, 5, ModeSMessage::HIGH);
-    EXPECT_EQ(category(), "D3") << "a surface position has no category";
-    output.picture(pictureOf({heardAircraft(0x4840D5, kNow), heardAircraft(0x4840D7, kNow)}));
-    EXPECT_EQ(category(), "none") << "forgotten when the aircraft is gone";
-}
-
-TEST_F(AircraftJsonFile, TakesNoCategoryFromOtherReplies) {
-    AircraftJson output(file(), {});
-    modes::DF5Message reply;
-    output.heard({frameOf("00"), &reply, nullptr});
-    output.heard({frameOf("00"), nullptr, nullptr});
-    EXPECT_EQ(output.wants(), host::Output::Wants::EachFrame);
-    EXPECT_FALSE(aircraft({knownAircraft()})[0].contains("category"));
+TEST_F(AircraftJsonFile, NamesTheEmitterCategoryWhereItsSetIsKnown) {
+    auto one = knownAircraft();
+    EXPECT_EQ(aircraft({one})[0]["category"], "A3");
+    one.emitterCategory.value = airspace::EmitterCategory{'D', 0};
+    EXPECT_EQ(aircraft({one})[0]["category"], "D0");
+    one.emitterCategory.value = airspace::EmitterCategory{0, 3};
+    EXPECT_FALSE(aircraft({one})[0].contains("category"));
 }
 
 TEST_F(AircraftJsonFile, IsReplacedWithEachPicture) {
@@ -169,11 +141,24 @@ TEST_F(AircraftJsonFile, HasTheReceiverBesideIt) {
     EXPECT_EQ(receiver()["refresh"], 1000);
     EXPECT_EQ(receiver()["history"], 0);
     EXPECT_FALSE(receiver().contains("lat"));
-    AircraftJson const placed(file(), host::Place{52.5, 13.25});
+    AircraftJson const placed(file(), airspace::Place{52.5, 13.25});
     EXPECT_EQ(receiver()["lat"], 52.5);
     EXPECT_EQ(receiver()["lon"], 13.25);
 }
 
 TEST_F(AircraftJsonFile, SaysSoWhenItCannotBeWritten) {
-    EXPECT_THROW(AircraftJson(_folder.path("missing/aircraft.json"), {}), host::HostError);
+    auto const target = _folder.write("file", "") + "/aircraft.json";
+    try {
+        AircraftJson const output(target, {});
+        ADD_FAILURE() << "no word";
+    } catch (files::HostError const& error) {
+        EXPECT_THAT(error.what(), testing::HasSubstr("write " + target + ": "));
+    }
+    std::filesystem::create_directory(_folder.path("receiver.json")); // a file can be made here, but not that one
+    try {
+        AircraftJson const output(file(), {});
+        ADD_FAILURE() << "no word";
+    } catch (files::HostError const& error) {
+        EXPECT_THAT(error.what(), testing::HasSubstr("write " + file() + ": "));
+    }
 }

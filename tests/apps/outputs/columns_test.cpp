@@ -9,14 +9,14 @@
 #include <set>
 
 using namespace quorvel;
-using namespace quorvel::host::test;
-using host::makeTable;
-using host::tableText;
+using namespace quorvel::outputs::test;
+using outputs::makeTable;
+using outputs::tableText;
 
 namespace {
 
-std::string cell(host::Aircraft const& aircraft, std::string_view heading) {
-    for (auto const& column : host::allColumns()) {
+std::string cell(outputs::Aircraft const& aircraft, std::string_view heading) {
+    for (auto const& column : outputs::allColumns()) {
         if (column.heading == heading) return column.text(aircraft);
     }
     return "no such column";
@@ -25,8 +25,7 @@ std::string cell(host::Aircraft const& aircraft, std::string_view heading) {
 } // namespace
 
 TEST(AircraftTable, ShowsWhatIsValidInAlignedColumns) {
-    EXPECT_EQ(
-        tableText(makeTable(pictureOf({heardAircraft(0xABC, kNow - 102'500), knownAircraft()}))),
+    EXPECT_EQ(tableText(makeTable(pictureOf({heardAircraft(0xABC, kNow - 102'500), knownAircraft()}))),
         "Track  ICAO    Callsign  Squawk  Altitude    Rate  Speed  Heading  Latitude  Longitude  Pos. age  "
         "Version  Messages    Age\n"
         "                                       ft  ft/min     kt      deg       deg        deg         s  "
@@ -50,44 +49,44 @@ TEST(AircraftTable, NamesTheSourceWhereThereAreSeveral) {
 
 TEST(AircraftTable, IsInTheOrderOfTrackNumbersWithinASource) {
     auto a = heardAircraft(1, kNow), b = heardAircraft(2, kNow);
-    a.report->setTrackId(9);
-    b.report->setTrackId(8);
+    a.track = 9;
+    b.track = 8;
     EXPECT_EQ(makeTable(pictureOf({a, b})).rows.at(0).at(1), "000002");
 }
 
 TEST(AircraftTable, GivesNoNegativeAges) {
     EXPECT_EQ(cell(heardAircraft(1, kNow + 5'000), "Age"), "0.0");
-    auto const future = heardAircraft(1, kNow);
-    future.report->setPosition(1, 2);
-    future.report->setPositionLastUpdate(kNow + 5'000);
+    auto future = heardAircraft(1, kNow);
+    future.position.value = airspace::Place{1, 2};
+    future.position.updated = kNow + 5'000;
     EXPECT_EQ(cell(future, "Pos. age"), "0.0");
 }
 
 TEST(AircraftTable, ShowsVersionsAsConfirmedOrAssumed) {
-    auto const aircraft = heardAircraft(1, kNow);
-    aircraft.report->setMopsVersion(modes::MOPS_V2);
+    auto aircraft = heardAircraft(1, kNow);
+    aircraft.mopsVersion.value = modes::MOPS_V2;
     EXPECT_EQ(cell(aircraft, "Version"), "(2)");
-    aircraft.report->setMopsVersionConfirmed(true);
+    aircraft.mopsVersionConfirmed = true;
     EXPECT_EQ(cell(aircraft, "Version"), "2");
-    aircraft.report->setMopsVersion(modes::MOPS_UNKNOWN);
+    aircraft.mopsVersion.value.reset();
     EXPECT_EQ(cell(aircraft, "Version"), "?");
 }
 
 TEST(AircraftTable, ShowsNoAltitudeForAnAircraftOnTheGround) {
-    auto const aircraft = knownAircraft();
-    aircraft.report->setGroundStatus(true);
+    auto aircraft = knownAircraft();
+    aircraft.groundStatus.value = true;
     EXPECT_EQ(cell(aircraft, "Altitude"), "ground");
 }
 
 TEST(AircraftTable, ShowsNoControlCharactersFromTheAir) {
-    auto const aircraft = knownAircraft();
-    aircraft.report->setCallsign("A\x1B[2J\n");
+    auto aircraft = knownAircraft();
+    aircraft.callsign.value = "A\x1B[2J\n";
     EXPECT_EQ(cell(aircraft, "Callsign"), "A?[2J?");
 }
 
 TEST(AircraftTable, HasAKeyAndARankForEachColumn) {
     std::set<char> keys;
-    for (auto const& column : host::allColumns()) {
+    for (auto const& column : outputs::allColumns()) {
         EXPECT_TRUE(keys.insert(column.key).second) << column.heading;
         EXPECT_LE(std::string(column.brief).size(), static_cast<std::size_t>(column.width)) << column.heading;
     }
@@ -95,7 +94,7 @@ TEST(AircraftTable, HasAKeyAndARankForEachColumn) {
 
 TEST(TextTable, IsWrittenOnceAtTheEnd) {
     Written written;
-    host::TextTable output(sinkTo(written));
+    outputs::TextTable output(sinkTo(written));
     output.picture(pictureOf({knownAircraft()}));
     EXPECT_EQ(written.text(), "");
     output.finish(pictureOf({knownAircraft()}));

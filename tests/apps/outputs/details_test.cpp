@@ -8,13 +8,13 @@
 #include <regex>
 
 using namespace quorvel;
-using namespace quorvel::host::test;
+using namespace quorvel::outputs::test;
 
 namespace {
 
-std::vector<std::string> lines(host::Aircraft const& aircraft, int columns = 80) {
+std::vector<std::string> lines(outputs::Aircraft const& aircraft, int columns = 80) {
     std::vector<std::string> texts;
-    for (auto const& line : host::details(aircraft, columns)) {
+    for (auto const& line : outputs::details(aircraft, columns)) {
         std::string text;
         for (auto const& span : line) text += span.text;
         texts.push_back(text);
@@ -22,7 +22,7 @@ std::vector<std::string> lines(host::Aircraft const& aircraft, int columns = 80)
     return texts;
 }
 
-std::string row(host::Aircraft const& aircraft, std::string const& label, int columns = 80) {
+std::string row(outputs::Aircraft const& aircraft, std::string const& label, int columns = 80) {
     for (auto const& line : lines(aircraft, columns)) {
         if (line.rfind(label, 0) == 0) return line;
     }
@@ -44,36 +44,31 @@ std::vector<std::string> pageValues(modes::ADSBTargetReport const& report) {
 
 TEST(Details, ShowValueAgeAndTimesOfEachItem) {
     EXPECT_EQ(row(knownAircraft(), "Callsign"),
-              "Callsign              KLM1023                 2.5 s  12:34:54.289  12:33:54.289");
-    EXPECT_EQ(row(knownAircraft(), "Squawk"),
-              "Squawk                4032                    2.5 s  12:34:54.289");
-    EXPECT_EQ(row(knownAircraft(), "Position ").substr(0, 49),
-              "Position              521500N0035615W         2.5");
+        "Callsign              KLM1023                 2.5 s  12:34:54.289  12:33:54.289");
+    EXPECT_EQ(row(knownAircraft(), "Squawk"), "Squawk                4032                    2.5 s  12:34:54.289");
+    EXPECT_EQ(row(knownAircraft(), "Position ").substr(0, 49), "Position              521500N0035615W         2.5");
 }
 
 TEST(Details, ShowEveryValueThatThePageShows) {
-    auto const aircraft = knownAircraft();
+    auto aircraft = knownAircraft();
     std::string all;
     for (auto const& line : lines(aircraft)) all += line + "\n";
-    for (auto const* value :
-         {"7", "4840D6", "KLM1023", "4032", "3", "52.250000", "-3.937500", "521500N0035615W", "38000",
-          "451.250000", "92.500000", "-640", "128", "8", "9"}) {
-        auto const onPage = pageValues(*aircraft.report);
-        auto const isValue = [&](std::string const& cell) {
-            return cell == value || cell == std::string(value) + " ";
-        };
+    for (auto const* value : {"7", "4840D6", "KLM1023", "4032", "3", "52.250000", "-3.937500", "521500N0035615W",
+             "38000", "451.250000", "92.500000", "-640", "128", "8", "9"}) {
+        auto const onPage = pageValues(*reportOf(aircraft));
+        auto const isValue = [&](std::string const& cell) { return cell == value || cell == std::string(value) + " "; };
         EXPECT_TRUE(std::any_of(onPage.begin(), onPage.end(), isValue)) << value;
         EXPECT_NE(all.find("  " + std::string(value)), std::string::npos) << value;
     }
 }
 
 TEST(Details, HaveARowForEachItemOfThePage) {
-    auto const page = knownAircraft().report->toHtml("");
+    auto const page = reportOf(knownAircraft())->toHtml("");
     std::regex const tableRow("<tr>\\s*<td>");
     auto const pageRows = std::distance(std::sregex_iterator(page.begin(), page.end(), tableRow), {});
     constexpr auto kSectionHeads = 4, kLinesBetween = 3, kNotOnThePage = 3; // source, messages, refusals
     EXPECT_EQ(static_cast<std::ptrdiff_t>(lines(knownAircraft()).size()),
-              pageRows + kSectionHeads + kLinesBetween + kNotOnThePage);
+        pageRows + kSectionHeads + kLinesBetween + kNotOnThePage);
 }
 
 TEST(Details, ShowWhatIsNotValidAsADash) {
@@ -83,33 +78,30 @@ TEST(Details, ShowWhatIsNotValidAsADash) {
 }
 
 TEST(Details, ShowTheDateOfTimesOfAnotherDay) {
-    auto const aircraft = knownAircraft();
-    aircraft.report->setCallsignLastChange(kNow - 86'400'000);
+    auto aircraft = knownAircraft();
+    aircraft.callsign.changed = kNow - 86'400'000;
     EXPECT_EQ(row(aircraft, "Callsign").substr(67), "2024-04-30");
 }
 
 TEST(Details, ShowDatesEverywhereWhereThereIsRoom) {
-    EXPECT_EQ(row(knownAircraft(), "Callsign", 120).substr(53),
-              "2024-05-01T12:34:54.289Z  2024-05-01T12:33:54.289Z");
+    EXPECT_EQ(row(knownAircraft(), "Callsign", 120).substr(53), "2024-05-01T12:34:54.289Z  2024-05-01T12:33:54.289Z");
 }
 
 TEST(Details, AreNoWiderThanTheScreen) {
     auto aircraft = knownAircraft();
     aircraft.source = std::string(300, 'x');
     for (int const columns : {0, 1, 40, 80, 107, 200}) {
-        for (auto const& line : lines(aircraft, columns))
-            EXPECT_LE(line.size(), static_cast<std::size_t>(columns));
+        for (auto const& line : lines(aircraft, columns)) EXPECT_LE(line.size(), static_cast<std::size_t>(columns));
     }
 }
 
 TEST(Details, DimWhatIsOlderThanAMinute) {
-    auto const aircraft = knownAircraft();
-    aircraft.report->setAltitudeBaroLastUpdate(kNow - 60'001);
+    auto aircraft = knownAircraft();
+    aircraft.altitudeBaro.updated = kNow - 60'001;
     auto const isDim = [&](std::string const& label) {
-        auto const screen = host::details(aircraft, 80);
-        return std::any_of(screen.begin(), screen.end(), [&](host::ScreenLine const& line) {
-            return line[0].text.rfind(label, 0) == 0 && line[0].style.dim;
-        });
+        auto const screen = outputs::details(aircraft, 80);
+        return std::any_of(screen.begin(), screen.end(),
+            [&](terminal::ScreenLine const& line) { return line[0].text.rfind(label, 0) == 0 && line[0].style.dim; });
     };
     EXPECT_TRUE(isDim("Altitude"));
     EXPECT_FALSE(isDim("Heading"));

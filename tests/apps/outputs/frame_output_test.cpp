@@ -3,34 +3,31 @@
 
 #include "pictures.h"
 
-#include <modes/df_message.h>
-
 #include <gtest/gtest.h>
 
 using namespace quorvel;
-using namespace quorvel::host::test;
-using host::Encoding;
-using host::FrameOutput;
+using namespace quorvel::outputs::test;
+using airspace::Encoding;
 using modes::ModeSMessage;
+using outputs::FrameOutput;
 
 namespace {
 
 constexpr char kSquitter[] = "8D4840D6202CC371C32CE0576098";
 
 void hear(FrameOutput& output, ModeSMessage::Confidence confidence) {
-    auto const frame = frameOf(kSquitter);
-    modes::DF17Message message;
-    message.decode(frame.record->data());
-    message.setConfidence(confidence);
-    output.heard({frame, &message, nullptr});
+    airspace::Reply reply;
+    reply.isDecoded = true;
+    reply.confidence = confidence;
+    output.heard({frameOf(kSquitter), reply, nullptr});
 }
 
 } // namespace
 
 TEST(FrameOutput, PassesFramesThatAreTrustedEnough) {
     Written written;
-    FrameOutput output(sinkTo(written), Encoding::Avr, ModeSMessage::MEDIUM);
-    EXPECT_EQ(output.wants(), host::Output::Wants::EachFrame);
+    FrameOutput output(sinkTo(written), airspace::Encoding::Avr, ModeSMessage::MEDIUM);
+    EXPECT_EQ(output.wants(), outputs::Output::Wants::EachFrame);
     hear(output, ModeSMessage::LOW);
     EXPECT_EQ(written.items.size(), 0U);
     hear(output, ModeSMessage::MEDIUM);
@@ -40,41 +37,42 @@ TEST(FrameOutput, PassesFramesThatAreTrustedEnough) {
 
 TEST(FrameOutput, LeavesOutWhatCouldNotBeDecoded) {
     Written written;
-    FrameOutput output(sinkTo(written), Encoding::Hex, ModeSMessage::LOW);
-    output.heard({frameOf(kSquitter), nullptr, nullptr});
+    FrameOutput output(sinkTo(written), airspace::Encoding::Hex, ModeSMessage::LOW);
+    output.heard({frameOf(kSquitter), {}, nullptr});
     EXPECT_EQ(written.items.size(), 0U);
 }
 
 TEST(FrameOutput, PassesEverythingWhereNoConfidenceIsAskedFor) {
     Written written;
-    FrameOutput output(sinkTo(written), Encoding::Hex, ModeSMessage::NONE);
-    output.heard({frameOf("7700"), nullptr, nullptr});
-    output.heard({frameOf(kSquitter), nullptr, nullptr});
+    FrameOutput output(sinkTo(written), airspace::Encoding::Hex, ModeSMessage::NONE);
+    output.heard({frameOf("7700"), {}, nullptr});
+    output.heard({frameOf(kSquitter), {}, nullptr});
     hear(output, ModeSMessage::NONE);
     EXPECT_EQ(written.text(), std::string("7700\n") + kSquitter + "\n" + kSquitter + "\n");
 }
 
 TEST(FrameOutput, HandsOnTheBytesReceivedNotTheRepairedOnes) {
     Written written;
-    FrameOutput output(sinkTo(written), Encoding::Hex, ModeSMessage::HIGH);
+    FrameOutput output(sinkTo(written), airspace::Encoding::Hex, ModeSMessage::HIGH);
     auto const damaged = frameOf("8D4840D6202CC371C32CE0576099");
-    modes::DF17Message message;
-    message.decode(modes::test::fromHex(kSquitter));
-    message.setConfidence(ModeSMessage::HIGH);
-    output.heard({damaged, &message, nullptr});
+    airspace::Reply reply;
+    reply.isDecoded = true;
+    reply.repairs = 1;
+    reply.confidence = ModeSMessage::HIGH;
+    output.heard({damaged, reply, nullptr});
     EXPECT_EQ(written.text(), "8D4840D6202CC371C32CE0576099\n");
 }
 
 TEST(FrameOutput, WritesNothingForAFrameThatTheEncodingCannotHold) {
     Written written;
-    FrameOutput output(sinkTo(written), Encoding::Raw, ModeSMessage::NONE);
-    output.heard({frameOf("7700"), nullptr, nullptr});
+    FrameOutput output(sinkTo(written), airspace::Encoding::Raw, ModeSMessage::NONE);
+    output.heard({frameOf("7700"), {}, nullptr});
     EXPECT_EQ(written.items.size(), 0U);
 }
 
 TEST(FrameOutput, IsHandedOnWithEachPicture) {
     Written written;
-    FrameOutput output(sinkTo(written), Encoding::Beast, ModeSMessage::HIGH);
+    FrameOutput output(sinkTo(written), airspace::Encoding::Beast, ModeSMessage::HIGH);
     output.flush();
     output.finish({});
     EXPECT_EQ(written.flushes, 2);

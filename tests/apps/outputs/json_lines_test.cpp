@@ -8,13 +8,13 @@
 #include <gtest/gtest.h>
 
 using namespace quorvel;
-using namespace quorvel::host::test;
+using namespace quorvel::outputs::test;
 using Json = nlohmann::ordered_json;
 
 namespace {
 
-Json snapshot(host::Aircraft const& aircraft) {
-    return Json::parse(host::jsonLine(pictureOf({aircraft}), aircraft));
+Json snapshot(outputs::Aircraft const& aircraft) {
+    return Json::parse(outputs::jsonLine(pictureOf({aircraft}), aircraft));
 }
 
 std::vector<std::string> keys(Json const& object) {
@@ -69,35 +69,10 @@ TEST(JsonLine, ShowsTimesAsTextInMillisecondsAndAsAges) {
 
 TEST(JsonLine, ShowsNullForWhatIsNotValid) {
     auto const json = snapshot(heardAircraft(0xABC, kNow));
-    for (auto const* key : {"trackId",
-                            "source",
-                            "callsign",
-                            "emitterCategory",
-                            "squawk",
-                            "squawkString",
-                            "latitude",
-                            "longitude",
-                            "signalAmplitude",
-                            "altitudeBaro",
-                            "groundSpeed",
-                            "heading",
-                            "verticalRateBaro",
-                            "groundStatus",
-                            "spiStatus",
-                            "alertStatus",
-                            "nucp",
-                            "nucr",
-                            "nic",
-                            "nicSuppA",
-                            "nicSuppB",
-                            "nicSuppC",
-                            "pic",
-                            "nacp",
-                            "sil",
-                            "positionLastUpdate",
-                            "positionLastUpdateMs",
-                            "positionAge",
-                            "callsignLastChange"}) {
+    for (auto const* key : {"trackId", "source", "callsign", "emitterCategory", "squawk", "squawkString", "latitude",
+             "longitude", "signalAmplitude", "altitudeBaro", "groundSpeed", "heading", "verticalRateBaro",
+             "groundStatus", "spiStatus", "alertStatus", "nucp", "nucr", "nic", "nicSuppA", "nicSuppB", "nicSuppC",
+             "pic", "nacp", "sil", "positionLastUpdate", "positionLastUpdateMs", "positionAge", "callsignLastChange"}) {
         ASSERT_TRUE(json.contains(key)) << key;
         EXPECT_TRUE(json[key].is_null()) << key;
     }
@@ -105,8 +80,8 @@ TEST(JsonLine, ShowsNullForWhatIsNotValid) {
 }
 
 TEST(JsonLine, ShowsAnUnknownVersionAsNull) {
-    auto const aircraft = knownAircraft();
-    aircraft.report->setMopsVersion(modes::MOPS_UNKNOWN);
+    auto aircraft = knownAircraft();
+    aircraft.mopsVersion.value.reset();
     EXPECT_TRUE(snapshot(aircraft)["mopsVersion"].is_null());
 }
 
@@ -119,40 +94,39 @@ TEST(JsonLine, HasTheSameKeysInTheSameOrderWhateverIsKnown) {
 TEST(JsonLine, GivesNoNegativeAges) { EXPECT_EQ(snapshot(heardAircraft(1, kNow + 5'000))["age"], 0); }
 
 TEST(JsonLine, SaysWhetherTheTimesAreOfAnyCalendar) {
-    auto const aircraft = knownAircraft();
+    auto aircraft = knownAircraft();
     auto picture = pictureOf({aircraft});
-    EXPECT_EQ(Json::parse(host::jsonLine(picture, aircraft))["timeKnown"], true);
+    EXPECT_EQ(Json::parse(outputs::jsonLine(picture, aircraft))["timeKnown"], true);
     picture.sources[0].timeKnown = false;
-    EXPECT_EQ(Json::parse(host::jsonLine(picture, aircraft))["timeKnown"], false);
+    EXPECT_EQ(Json::parse(outputs::jsonLine(picture, aircraft))["timeKnown"], false);
 }
 
 TEST(JsonLine, IsOneLineOfUtf8WhateverCameOverTheAir) {
     auto aircraft = knownAircraft();
     aircraft.source = "Z\xFCrich";
-    aircraft.report->setCallsign("\"\\\n\x01\xFF,{}");
-    auto const line = host::jsonLine(pictureOf({aircraft}), aircraft);
+    aircraft.callsign.value = "\"\\\n\x01\xFF,{}";
+    auto const line = outputs::jsonLine(pictureOf({aircraft}), aircraft);
     EXPECT_EQ(line.find('\n'), line.size() - 1);
     EXPECT_EQ(Json::parse(line)["callsign"], "\"\\\n\x01\xEF\xBF\xBD,{}");
     EXPECT_EQ(Json::parse(line)["source"], "Z\xEF\xBF\xBDrich");
 }
 
-TEST(JsonLines, TellOfAircraftThatWereHeardSinceThePictureBefore) {
+TEST(JsonLines, ShowAircraftThatWereHeardSinceThePictureBefore) {
     Written written;
-    host::JsonLines lines(sinkTo(written));
+    outputs::JsonLines lines(sinkTo(written));
     auto a = heardAircraft(1, kNow - 10), b = heardAircraft(2, kNow - 10);
     lines.picture(pictureOf({a, b}));
     EXPECT_EQ(written.items.size(), 2U);
-    b.report = std::make_shared<modes::ADSBTargetReport>(*b.report);
-    b.report->setLastUpdate(kNow);
+    b.heard = kNow;
     lines.picture(pictureOf({a, b}));
     ASSERT_EQ(written.items.size(), 3U);
     EXPECT_EQ(Json::parse(written.items[2])["icaoAddress"], 2);
     EXPECT_EQ(written.flushes, 2);
 }
 
-TEST(JsonLines, TellOfRepliesInTheSameMillisecondToo) {
+TEST(JsonLines, ShowRepliesInTheSameMillisecondToo) {
     Written written;
-    host::JsonLines lines(sinkTo(written));
+    outputs::JsonLines lines(sinkTo(written));
     auto aircraft = heardAircraft(1, kNow);
     lines.picture(pictureOf({aircraft}));
     ++aircraft.messages;
@@ -160,9 +134,9 @@ TEST(JsonLines, TellOfRepliesInTheSameMillisecondToo) {
     EXPECT_EQ(written.items.size(), 2U);
 }
 
-TEST(JsonLines, TellTheSameAircraftOfTwoSourcesApart) {
+TEST(JsonLines, SeparateTheSameAircraftOfTwoSources) {
     Written written;
-    host::JsonLines lines(sinkTo(written));
+    outputs::JsonLines lines(sinkTo(written));
     auto a = heardAircraft(1, kNow - 10), b = heardAircraft(1, kNow);
     a.source = "a", b.source = "b";
     lines.picture(pictureOf({a, b}));
@@ -171,9 +145,9 @@ TEST(JsonLines, TellTheSameAircraftOfTwoSourcesApart) {
     EXPECT_EQ(Json::parse(written.items[1])["source"], "b");
 }
 
-TEST(JsonLines, TellAgainOfAnAircraftThatWasGone) {
+TEST(JsonLines, ShowAnAircraftThatWasGoneAgain) {
     Written written;
-    host::JsonLines lines(sinkTo(written));
+    outputs::JsonLines lines(sinkTo(written));
     auto const picture = pictureOf({heardAircraft(1, kNow)});
     lines.picture(picture);
     lines.picture(pictureOf({}));

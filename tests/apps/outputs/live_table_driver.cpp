@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // live_table_driver RECORDING: shows what a recording left in the live table, until a key ends it.
-#include "host/frame_reader.h"
-#include "host/host_error.h"
-#include "host/receiver.h"
+#include "files/host_error.h"
 #include "outputs/live_table.h"
+#include "run/frame_reader.h"
+#include <airspace/sky.h>
 
 #include <modes/log.h>
 
@@ -11,29 +11,30 @@
 
 #include <exception>
 #include <iostream>
+#include <utility>
 
 using namespace quorvel;
 
 namespace {
 
-host::Picture lastPicture(std::string const& recording) {
-    host::FrameReader reader(recording, {});
-    host::Receiver receiver({}, nullptr);
+outputs::Picture lastPicture(std::string const& recording) {
+    run::FrameReader reader(recording, {});
+    airspace::Sky sky;
     for (auto frames = reader.read(); !frames.empty(); frames = reader.read()) {
-        for (auto const& frame : frames) receiver.take(frame);
+        for (auto const& frame : frames) sky.take(frame);
     }
-    host::Picture picture;
-    picture.now = reader.clock().now();
-    picture.aircraft = receiver.aircraft(picture.now);
-    picture.counters = reader.counters();
-    picture.counters += receiver.counters();
+    outputs::Picture picture;
+    picture.now = reader.stream().now();
+    for (auto& aircraft : sky.aircraft(picture.now)) picture.aircraft.push_back({std::move(aircraft), ""});
+    picture.counters = reader.stream().counts();
+    picture.counters += sky.counts();
     picture.sources.push_back({"recording", "ended", picture.now, picture.now, false, {}});
     return picture;
 }
 
-void show(host::Picture const& picture) {
+void show(outputs::Picture const& picture) {
     constexpr int kLookAgainMs = 50; // for the size of the terminal
-    host::LiveTable table(std::make_unique<host::Terminal>());
+    outputs::LiveTable table(std::make_unique<terminal::Terminal>());
     table.picture(picture);
     while (!table.wantsToQuit()) {
         pollfd keys{table.keyFile(), POLLIN, 0};
@@ -45,7 +46,7 @@ void show(host::Picture const& picture) {
 } // namespace
 
 int main(int count, char** arguments) try {
-    if (count != 2) throw host::HostError("usage: live_table_driver RECORDING");
+    if (count != 2) throw files::HostError("usage: live_table_driver RECORDING");
     modes::Log::setShowLevel(modes::Log::Error);
     show(lastPicture(arguments[1]));
     return 0;

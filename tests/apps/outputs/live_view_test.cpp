@@ -6,28 +6,28 @@
 #include <gtest/gtest.h>
 
 using namespace quorvel;
-using namespace quorvel::host::test;
-using host::Colour;
-using host::Key;
-using host::Picture;
-using host::Screen;
-using host::Style;
-using host::ViewState;
-using Kind = host::Key::Kind;
-using Mode = host::ViewState::Mode;
+using namespace quorvel::outputs::test;
+using outputs::Picture;
+using outputs::ViewState;
+using terminal::Colour;
+using terminal::Key;
+using terminal::Screen;
+using terminal::Style;
+using Kind = terminal::Key::Kind;
+using Mode = outputs::ViewState::Mode;
 
 namespace {
 
 constexpr int kColumns = 80, kRows = 24;
 constexpr int kFirstRow = 3;
 
-std::string text(host::ScreenLine const& line) {
+std::string text(terminal::ScreenLine const& line) {
     std::string all;
     for (auto const& span : line) all += span.text;
     return all;
 }
 
-std::vector<std::string> texts(Screen const& screen) {
+std::vector<std::string> texts(terminal::Screen const& screen) {
     std::vector<std::string> all;
     for (auto const& line : screen) all.push_back(text(line));
     return all;
@@ -39,17 +39,17 @@ public:
     explicit View(Picture shown) : picture(std::move(shown)) {}
 
     View& press(Kind kind) {
-        state = host::pressed(state, {kind}, picture, rows);
+        state = outputs::afterKey(state, {kind}, picture, rows);
         return *this;
     }
     View& type(std::string const& characters) {
         for (char const character : characters) {
-            state = host::pressed(state, {Kind::Character, character}, picture, rows);
+            state = outputs::afterKey(state, {Kind::Character, character}, picture, rows);
         }
         return *this;
     }
 
-    Screen screen() const { return host::draw(picture, state, columns, rows); }
+    terminal::Screen screen() const { return outputs::draw(picture, state, columns, rows); }
     std::string line(int row) const { return text(screen().at(static_cast<std::size_t>(row))); }
 
     // addresses in the table
@@ -74,14 +74,14 @@ public:
     int columns = kColumns, rows = kRows;
 };
 
-host::Aircraft aircraftAt(unsigned address, int altitude) {
+outputs::Aircraft aircraftAt(unsigned address, int altitude) {
     auto aircraft = heardAircraft(address, kNow);
-    aircraft.report->setAltitudeBaro(altitude);
+    aircraft.altitudeBaro.value = altitude;
     return aircraft;
 }
 
 Picture manyAircraft(unsigned count) {
-    std::vector<host::Aircraft> all;
+    std::vector<outputs::Aircraft> all;
     for (unsigned i = 1; i <= count; ++i) all.push_back(heardAircraft(i, kNow));
     return pictureOf(all);
 }
@@ -97,9 +97,7 @@ Style styleOf(View const& view, std::string const& part) {
 }
 
 // A view of one aircraft in the row below the selected one.
-View unselected(host::Aircraft aircraft) {
-    return View(pictureOf({heardAircraft(1, kNow), std::move(aircraft)}));
-}
+View unselected(outputs::Aircraft aircraft) { return View(pictureOf({heardAircraft(1, kNow), std::move(aircraft)})); }
 
 } // namespace
 
@@ -120,9 +118,8 @@ TEST(LiveView, ShowsTheAircraftInAScreenOf80By24) {
 TEST(LiveView, LeavesOutColumnsByRankWhenItIsNarrow) {
     View view(pictureOf({knownAircraft()}));
     view.columns = 200;
-    EXPECT_EQ(view.line(2),
-              "   # ICAO   Callsign Sqwk    Alt   Rate  Spd   Hdg       Lat        Lon   Pos Ver   Msgs"
-              "   Age");
+    EXPECT_EQ(view.line(2), "   # ICAO   Callsign Sqwk    Alt   Rate  Spd   Hdg       Lat        Lon   Pos Ver   Msgs"
+                            "   Age");
     view.columns = 40;
     EXPECT_EQ(view.line(2), "ICAO   Callsign Sqwk    Alt  Spd   Age");
     view.columns = 10;
@@ -139,7 +136,7 @@ TEST(LiveView, FitsIntoAnySize) {
         view.state.mode = mode;
         for (int rows = 0; rows < 40; ++rows) {
             for (int const columns : {0, 1, 7, 20, 80, 300}) {
-                auto const screen = host::draw(view.picture, view.state, columns, rows);
+                auto const screen = outputs::draw(view.picture, view.state, columns, rows);
                 EXPECT_EQ(screen.size(), static_cast<std::size_t>(std::max(rows, 1)));
                 for (auto const& line : screen) {
                     EXPECT_LE(text(line).size(), static_cast<std::size_t>(std::max(columns, 1)));
@@ -158,15 +155,13 @@ TEST(LiveView, ShowsAnEmptySkyToo) {
 }
 
 TEST(LiveView, SortsByTheKeyOfAColumnAndReverses) {
-    View view(
-        pictureOf({aircraftAt(1, 3000), aircraftAt(2, 1000), heardAircraft(3, kNow), aircraftAt(4, 20000)}));
+    View view(pictureOf({aircraftAt(1, 3000), aircraftAt(2, 1000), heardAircraft(3, kNow), aircraftAt(4, 20000)}));
     using Addresses = std::vector<std::string>;
     EXPECT_EQ(view.addresses(), (Addresses{"000001", "000002", "000003", "000004"}));
     view.type("a");
     EXPECT_EQ(view.addresses(), (Addresses{"000002", "000001", "000004", "000003"}));
     view.type("r");
-    EXPECT_EQ(view.addresses(), (Addresses{"000004", "000001", "000002", "000003"}))
-        << "without altitude stays last";
+    EXPECT_EQ(view.addresses(), (Addresses{"000004", "000001", "000002", "000003"})) << "without altitude stays last";
     view.type("i");
     EXPECT_EQ(view.addresses().front(), "000004");
 }
@@ -250,22 +245,23 @@ TEST(LiveView, SelectsTheNextInPlaceOfAnAircraftThatIsGone) {
 }
 
 TEST(LiveView, ShowsEmergenciesAndAlertsInRed) {
-    Style const red{.colour = Colour::Red, .bold = true};
+    terminal::Style const red{.colour = terminal::Colour::Red, .bold = true};
     for (unsigned const squawk : {07500U, 07600U, 07700U}) {
-        auto const aircraft = knownAircraft();
-        aircraft.report->setSquawk(squawk);
+        auto aircraft = knownAircraft();
+        aircraft.squawk.value = airspace::Squawk{static_cast<std::uint16_t>(squawk)};
         EXPECT_EQ(styleOf(unselected(aircraft), "4840D6"), red);
     }
-    auto const alert = knownAircraft();
-    alert.report->setAlertStatus(true);
+    auto alert = knownAircraft();
+    alert.alertStatus.value = true;
     EXPECT_EQ(styleOf(unselected(alert), "4840D6"), red);
-    EXPECT_EQ(styleOf(unselected(knownAircraft()), "4840D6"), Style{});
+    EXPECT_EQ(styleOf(unselected(knownAircraft()), "4840D6"), terminal::Style{});
 }
 
 TEST(LiveView, ShowsAircraftOnTheGroundInBrown) {
-    auto const aircraft = knownAircraft();
-    aircraft.report->setGroundStatus(true);
-    EXPECT_EQ(styleOf(unselected(aircraft), "ground"), (Style{.colour = Colour::Yellow, .dim = true}));
+    auto aircraft = knownAircraft();
+    aircraft.groundStatus.value = true;
+    EXPECT_EQ(
+        styleOf(unselected(aircraft), "ground"), (terminal::Style{.colour = terminal::Colour::Yellow, .dim = true}));
 }
 
 TEST(LiveView, DimsPositionsThatFade) {
@@ -277,8 +273,8 @@ TEST(LiveView, DimsPositionsThatFade) {
 }
 
 TEST(LiveView, DropsAircraftByTheAgeOfTheirPosition) {
-    auto const answering = knownAircraft(60'001);
-    answering.report->setLastUpdate(kNow);
+    auto answering = knownAircraft(60'001);
+    answering.heard = kNow;
     EXPECT_EQ(View(pictureOf({answering})).addresses().size(), 0U) << "it still answers, but stands still";
     EXPECT_EQ(View(pictureOf({knownAircraft(60'000)})).addresses().size(), 1U);
     EXPECT_EQ(View(pictureOf({heardAircraft(1, kNow - 60'000)})).addresses().size(), 1U);
@@ -310,7 +306,7 @@ TEST(LiveView, SaysInTheDetailsThatAnAircraftIsGone) {
     view.press(Kind::Enter);
     view.picture.aircraft.clear();
     EXPECT_EQ(view.line(0), "Aircraft 4840D6");
-    EXPECT_EQ(view.line(1), "It was not heard for so long that it has been dropped.");
+    EXPECT_EQ(view.line(1), "It was dropped: it was not heard for too long.");
 }
 
 TEST(LiveView, NamesTheSourceInTheDetails) {
@@ -328,8 +324,8 @@ TEST(LiveView, HelpsWithEveryKey) {
     view.press(Kind::End);
     auto const rest = texts(view.screen());
     all.insert(all.end(), rest.begin(), rest.end());
-    for (auto const* line : {"q            go back, or quit", "i            ICAO",
-                             "w            Rate (ft/min)", "u            Source"}) {
+    for (auto const* line :
+        {"q            go back, or quit", "i            ICAO", "w            Rate (ft/min)", "u            Source"}) {
         EXPECT_NE(std::find(all.begin(), all.end(), line), all.end()) << line;
     }
     view.press(Kind::Escape);
@@ -353,9 +349,8 @@ TEST(LiveView, TellsWhatWasRepairedRefusedDroppedAndLost) {
     view.picture.counters.positionsOutOfRange = 2;
     view.picture.counters.positionsImpossible = 4;
     view.picture.counters.tableFull = 5;
-    EXPECT_EQ(view.line(0),
-              "0 aircraft, 0 with position  0 frames/s  12 repaired  3 dropped  7 positions refused  "
-              "5 lost: table full");
+    EXPECT_EQ(view.line(0), "0 aircraft, 0 with position  0 frames/s  12 repaired  3 dropped  7 positions refused  "
+                            "5 lost: table full");
 }
 
 TEST(LiveView, TellsTheStateOfEachSourceAndWhenTheDayIsNotKnown) {
@@ -368,15 +363,15 @@ TEST(LiveView, TellsTheRateOfFramesBetweenPictures) {
     auto picture = pictureOf({});
     picture.counters.frames = 50'000; // of a recording, which is read ahead
     picture.counters.byFormat[17] = 1'000;
-    auto state = host::seen({}, picture);
+    auto state = outputs::afterPicture({}, picture);
     EXPECT_EQ(state.framesPerSecond, 0);
     picture.now += 2'000;
     picture.counters.byFormat[17] = 1'200;
     picture.counters.byFormat[11] = 300;
-    state = host::seen(state, picture);
+    state = outputs::afterPicture(state, picture);
     EXPECT_EQ(state.framesPerSecond, 250);
-    state = host::seen(state, picture);
+    state = outputs::afterPicture(state, picture);
     EXPECT_EQ(state.framesPerSecond, 250) << "the same picture again";
     picture.now = 5'000;
-    EXPECT_EQ(host::seen(state, picture).framesPerSecond, 0) << "another recording";
+    EXPECT_EQ(outputs::afterPicture(state, picture).framesPerSecond, 0) << "another recording";
 }

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/output.h"
+#include "outputs/output.h"
 
 #include "support/bytes.h"
+#include "support/temporary_folder.h"
 
 #include <fstream>
 #include <memory>
@@ -12,9 +13,11 @@
 #include <string_view>
 #include <vector>
 
-namespace quorvel::host::test {
+namespace quorvel::outputs::test {
 
-inline constexpr TimeMs kNow = 1'714'566'896'789; // 2024-05-01T12:34:56.789Z
+using modes::test::content;
+
+inline constexpr airspace::TimeMs kNow = 1'714'566'896'789; // 2024-05-01T12:34:56.789Z
 
 /// Keeps what is written to it: items, and how often they were handed on.
 struct Written {
@@ -40,60 +43,71 @@ private:
 
 inline std::unique_ptr<Sink> sinkTo(Written& written) { return std::make_unique<MemorySink>(written); }
 
-/// An aircraft of which nothing is known but that it was heard.
-inline Aircraft heardAircraft(unsigned int address, TimeMs lastUpdate) {
+/// An aircraft with nothing known except that it was heard.
+inline Aircraft heardAircraft(std::uint32_t address, airspace::TimeMs heard) {
     Aircraft aircraft;
-    aircraft.report = std::make_shared<modes::ADSBTargetReport>();
-    aircraft.report->setIcaoAddress(address);
-    aircraft.report->setIcaoAddressValid(true);
-    aircraft.report->setLastUpdate(lastUpdate);
-    aircraft.report->setMopsVersion(modes::MOPS_V0);
+    aircraft.address = address;
+    aircraft.heard = heard;
+    aircraft.mopsVersion.value = modes::MOPS_V0;
     aircraft.now = kNow;
     aircraft.messages = 1;
     return aircraft;
 }
 
-/// An airliner of which everything is known, since `age` milliseconds.
-inline Aircraft knownAircraft(TimeMs age = 2'500) {
+/// An airliner with everything known, `age` milliseconds old.
+inline Aircraft knownAircraft(airspace::TimeMs age = 2'500) {
     auto const time = kNow - age;
     auto aircraft = heardAircraft(0x4840D6, time);
     aircraft.messages = 321;
     aircraft.positionsRefused = 2;
-    auto& report = *aircraft.report;
-    report.setTrackId(7);
-    report.setTrackIdValid(true);
-    report.setCallsign("KLM1023 ");
-    report.setCallsignLastUpdate(time);
-    report.setCallsignLastChange(time - 60'000);
-    report.setEmitterCategory(3);
-    report.setEmitterCategoryLastUpdate(time);
-    report.setSquawk(04032);
-    report.setSquawkLastUpdate(time);
-    report.setPosition(52.25, -3.9375);
-    report.setPositionLastUpdate(time);
-    report.setSignalAmplitude(128);
-    report.setSignalAmplitudeLastUpdate(time);
-    report.setAltitudeBaro(38000);
-    report.setAltitudeBaroLastUpdate(time);
-    report.setGroundSpeed(451.25);
-    report.setGroundSpeedLastUpdate(time);
-    report.setHeading(92.5);
-    report.setHeadingLastUpdate(time);
-    report.setVerticalRateBaro(-640);
-    report.setVerticalRateBaroLastUpdate(time);
-    report.setGroundStatus(false);
-    report.setGroundStatusLastUpdate(time);
-    report.setSpiStatusValid(true);
-    report.setAlertStatusValid(true);
-    report.setMopsVersion(modes::MOPS_V2);
-    report.setMopsVersionConfirmed(true);
-    report.setNIC(8);
-    report.setNICValid(true);
-    report.setNACp(9);
-    report.setNACpValid(true);
-    report.setSIL(3);
-    report.setSILValid(true);
+    aircraft.track = 7;
+    auto const AdsB = airspace::Source::AdsB;
+    aircraft.callsign = {"KLM1023 ", AdsB, time, time - 60'000};
+    aircraft.emitterCategory = {airspace::EmitterCategory{'A', 3}, AdsB, time, 0};
+    aircraft.squawk = {airspace::Squawk{04032}, airspace::Source::ModeS, time, 0};
+    aircraft.position = {airspace::Place{52.25, -3.9375}, AdsB, time, 0};
+    aircraft.signalAmplitude = {std::uint8_t{128}, AdsB, time, 0};
+    aircraft.altitudeBaro = {38000, AdsB, time, 0};
+    aircraft.groundSpeed = {451.25, AdsB, time, 0};
+    aircraft.heading = {92.5, AdsB, time, 0};
+    aircraft.verticalRateBaro = {-640, AdsB, time, 0};
+    aircraft.groundStatus = {false, AdsB, time, 0};
+    aircraft.spiStatus.value = false;
+    aircraft.alertStatus.value = false;
+    aircraft.mopsVersion.value = modes::MOPS_V2;
+    aircraft.mopsVersionConfirmed = true;
+    aircraft.nic.value = 8;
+    aircraft.nacp.value = 9;
+    aircraft.sil.value = 3;
     return aircraft;
+}
+
+/// The core's report of the airliner, and of others as far as these tests look at their pages.
+inline std::shared_ptr<modes::ADSBTargetReport> reportOf(Aircraft const& aircraft) {
+    auto result = std::make_shared<modes::ADSBTargetReport>();
+    auto& report = *result;
+    report.setTrackId(aircraft.track);
+    report.setTrackIdValid(aircraft.track != 0);
+    report.setIcaoAddress(aircraft.address);
+    report.setIcaoAddressValid(true);
+    report.setLastUpdate(aircraft.heard);
+    if (aircraft.callsign.value) report.setCallsign(*aircraft.callsign.value);
+    if (aircraft.emitterCategory.value) report.setEmitterCategory(aircraft.emitterCategory.value->number);
+    if (aircraft.squawk.value) report.setSquawk(aircraft.squawk.value->code);
+    if (auto const& place = aircraft.position.value) report.setPosition(place->latitude, place->longitude);
+    if (aircraft.signalAmplitude.value) report.setSignalAmplitude(*aircraft.signalAmplitude.value);
+    if (aircraft.altitudeBaro.value) report.setAltitudeBaro(*aircraft.altitudeBaro.value);
+    if (aircraft.groundSpeed.value) report.setGroundSpeed(*aircraft.groundSpeed.value);
+    if (aircraft.heading.value) report.setHeading(*aircraft.heading.value);
+    if (aircraft.verticalRateBaro.value) report.setVerticalRateBaro(*aircraft.verticalRateBaro.value);
+    report.setMopsVersion(aircraft.mopsVersion.value.value_or(modes::MOPS_UNKNOWN));
+    report.setNIC(aircraft.nic.value.value_or(0));
+    report.setNICValid(aircraft.nic.value.has_value());
+    report.setNACp(aircraft.nacp.value.value_or(0));
+    report.setNACpValid(aircraft.nacp.value.has_value());
+    report.setSIL(aircraft.sil.value.value_or(0));
+    report.setSILValid(aircraft.sil.value.has_value());
+    return result;
 }
 
 inline Picture pictureOf(std::vector<Aircraft> aircraft) {
@@ -106,19 +120,10 @@ inline Picture pictureOf(std::vector<Aircraft> aircraft) {
     source.now = kNow;
     source.lastFrame = kNow - 100;
     picture.sources.push_back(source);
+    picture.report = reportOf;
     return picture;
 }
 
-inline Frame frameOf(std::string const& hex) {
-    Frame frame{std::make_shared<modes::ModeSEncapsulation>(), {}, 0};
-    frame.record->setData(modes::test::fromHex(hex));
-    return frame;
-}
+inline airspace::Frame frameOf(std::string const& hex) { return airspace::Frame::of(modes::test::fromHex(hex)); }
 
-inline std::string content(std::string const& path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
-
-} // namespace quorvel::host::test
+} // namespace quorvel::outputs::test

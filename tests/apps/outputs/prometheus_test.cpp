@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "outputs/prometheus.h"
 
-#include "host/host_error.h"
+#include "files/host_error.h"
 
 #include "pictures.h"
 #include "support/temporary_folder.h"
@@ -12,7 +12,7 @@
 #include <set>
 
 using namespace quorvel;
-using namespace quorvel::host::test;
+using namespace quorvel::outputs::test;
 using modes::test::TemporaryFolder;
 
 namespace {
@@ -36,7 +36,7 @@ TEST(Prometheus, TellsAllCountsWithTheirTypesAndHelp) {
     picture.counters.bytes = 12'345;
     picture.counters.byFormat[17] = 7;
     picture.counters.byFormat[11] = 3;
-    auto const text = host::prometheusText(picture, kNow);
+    auto const text = outputs::prometheusText(picture, kNow);
     EXPECT_TRUE(hasLine(text, "trevallo_bytes_total 12345"));
     EXPECT_TRUE(hasLine(text, "# TYPE trevallo_bytes_total counter"));
     EXPECT_TRUE(hasLine(text, "trevallo_frames_by_format_total{format=\"17\"} 7"));
@@ -51,7 +51,7 @@ TEST(Prometheus, HasOneHeadForEachFamilyAndOnlyWellFormedLines) {
     std::regex const line(R"(# (HELP trevallo_[a-z_]+ \S.*|TYPE trevallo_[a-z_]+ (counter|gauge)))"
                           R"(|trevallo_[a-z_]+(\{[a-z]+="[^"]*"\})? [0-9.]+)");
     std::set<std::string> heads;
-    for (auto const& each : lines(host::prometheusText(picture, kNow))) {
+    for (auto const& each : lines(outputs::prometheusText(picture, kNow))) {
         EXPECT_TRUE(std::regex_match(each, line)) << each;
         bool const isHead = each[0] == '#';
         EXPECT_TRUE(!isHead || heads.insert(each).second) << each;
@@ -60,8 +60,8 @@ TEST(Prometheus, HasOneHeadForEachFamilyAndOnlyWellFormedLines) {
 }
 
 TEST(Prometheus, TellsTargetsAndThoseWithAFreshPosition) {
-    auto const text = host::prometheusText(
-        pictureOf({knownAircraft(), knownAircraft(60'001), heardAircraft(1, kNow)}), kNow);
+    auto const text =
+        outputs::prometheusText(pictureOf({knownAircraft(), knownAircraft(60'001), heardAircraft(1, kNow)}), kNow);
     EXPECT_TRUE(hasLine(text, "trevallo_targets 3"));
     EXPECT_TRUE(hasLine(text, "trevallo_targets_with_position 1"));
 }
@@ -75,7 +75,7 @@ TEST(Prometheus, TellsWhichSourcesAreUpAndHowFarTheyAreBehind) {
     picture.sources.push_back({"e", "2 feeders", 0, 0, true, {}});
     picture.sources.push_back({"f", "waiting for feeders", 0, 0, true, {}});
     picture.sources.push_back({"g", "connecting", 0, 0, true, {}});
-    auto const text = host::prometheusText(picture, kNow - 500);
+    auto const text = outputs::prometheusText(picture, kNow - 500);
     EXPECT_TRUE(hasLine(text, "trevallo_source_up{source=\"a\"} 1"));
     EXPECT_TRUE(hasLine(text, "trevallo_source_up{source=\"b\"} 0"));
     EXPECT_TRUE(hasLine(text, "trevallo_source_up{source=\"c\"} 1"));
@@ -92,24 +92,24 @@ TEST(Prometheus, TellsWhichSourcesAreUpAndHowFarTheyAreBehind) {
 TEST(Prometheus, EscapesTheNamesOfSources) {
     auto picture = pictureOf({});
     picture.sources[0].name = "a\"b\\c\nd\xFF";
-    EXPECT_TRUE(hasLine(host::prometheusText(picture, kNow),
-                        "trevallo_source_up{source=\"a\\\"b\\\\c\\nd\xEF\xBF\xBD\"} 1"));
+    EXPECT_TRUE(hasLine(
+        outputs::prometheusText(picture, kNow), "trevallo_source_up{source=\"a\\\"b\\\\c\\nd\xEF\xBF\xBD\"} 1"));
 }
 
 TEST(PrometheusFile, IsReplacedWithEachPicture) {
     TemporaryFolder folder;
     auto const file = folder.path("trevallo.prom");
-    host::TimeMs now = kNow + 2'000;
-    host::PrometheusFile output(file, [&] { return now; });
+    airspace::TimeMs now = kNow + 2'000;
+    outputs::PrometheusFile output(file, [&] { return now; });
     output.picture(pictureOf({}));
-    EXPECT_EQ(content(file), host::prometheusText(pictureOf({}), now));
+    EXPECT_EQ(content(file), outputs::prometheusText(pictureOf({}), now));
     now += 1'000;
     output.finish(pictureOf({}));
-    EXPECT_EQ(content(file), host::prometheusText(pictureOf({}), now));
+    EXPECT_EQ(content(file), outputs::prometheusText(pictureOf({}), now));
 }
 
 TEST(PrometheusFile, SaysSoWhenItCannotBeWritten) {
     TemporaryFolder folder;
-    host::PrometheusFile output(folder.path("missing/file"), [] { return kNow; });
-    EXPECT_THROW(output.picture({}), host::HostError);
+    outputs::PrometheusFile output(folder.path(""), [] { return kNow; });
+    EXPECT_THROW(output.picture({}), files::HostError) << "a folder is no file";
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "outputs/report_pages.h"
 
-#include "host/host_error.h"
+#include "files/host_error.h"
 
 #include "pictures.h"
 #include "support/temporary_folder.h"
@@ -11,7 +11,7 @@
 #include <filesystem>
 
 using namespace quorvel;
-using namespace quorvel::host::test;
+using namespace quorvel::outputs::test;
 using modes::test::TemporaryFolder;
 
 namespace {
@@ -19,17 +19,13 @@ namespace {
 class Pages : public testing::Test {
 protected:
     std::string page(std::string const& name) const { return content(_folder.path("pages/" + name)); }
-    bool isThere(std::string const& name) const {
-        return std::filesystem::exists(_folder.path("pages/" + name));
-    }
+    bool isThere(std::string const& name) const { return std::filesystem::exists(_folder.path("pages/" + name)); }
 
     TemporaryFolder _folder;
-    host::ReportPages _pages{_folder.path("pages")};
+    outputs::ReportPages _pages{_folder.path("pages")};
 };
 
-bool contains(std::string const& text, std::string const& part) {
-    return text.find(part) != std::string::npos;
-}
+bool contains(std::string const& text, std::string const& part) { return text.find(part) != std::string::npos; }
 
 } // namespace
 
@@ -48,7 +44,7 @@ TEST_F(Pages, AreWrittenOneForEachAircraftWithAnIndex) {
 
 TEST_F(Pages, EscapeWhatComesOverTheAir) {
     auto aircraft = knownAircraft();
-    aircraft.report->setCallsign("<b>&\"");
+    aircraft.callsign.value = "<b>&\"";
     aircraft.source = "<i>";
     _pages.picture(pictureOf({aircraft}));
     for (auto const* name : {"index.html", "4840D6.html"}) {
@@ -60,10 +56,9 @@ TEST_F(Pages, EscapeWhatComesOverTheAir) {
 TEST_F(Pages, SayWhenTheDayIsNotKnown) {
     auto picture = pictureOf({});
     picture.sources[0].timeKnown = false;
-    EXPECT_TRUE(
-        contains(host::indexPage(picture), "As of 12:34:56.789Z of a day that the recording does not tell."));
+    EXPECT_TRUE(contains(outputs::indexPage(picture), "As of 12:34:56.789Z of an unknown day."));
     picture.now = 0;
-    EXPECT_TRUE(contains(host::indexPage(picture), "Nothing was heard yet."));
+    EXPECT_TRUE(contains(outputs::indexPage(picture), "Nothing was heard yet."));
 }
 
 TEST_F(Pages, AreWrittenAnewWhenSomethingWasHeard) {
@@ -92,14 +87,56 @@ TEST_F(Pages, GoWithTheirAircraftAndLeaveTheOthersAlone) {
 TEST_F(Pages, AreOneForAnAircraftThatSeveralSourcesHear) {
     auto a = knownAircraft(100), b = knownAircraft(5'000);
     a.source = "a", b.source = "b";
-    b.report->setCallsign("OLD");
+    b.callsign.value = "OLD";
     _pages.picture(pictureOf({a, b}));
     EXPECT_TRUE(contains(page("4840D6.html"), "KLM1023"));
     EXPECT_TRUE(contains(page("index.html"), "Aircraft (2)"));
 }
 
+TEST_F(Pages, HaveThePageOfTheLibraryToTheByte) {
+    auto aircraft = knownAircraft();
+    aircraft.callsign.value = "KLM1023"; // without blanks, which the program takes away
+    _pages.picture(pictureOf({aircraft}));
+    auto const whole = reportOf(aircraft)->toHtml("");
+    auto const begin = whole.find("    <h1>");
+    EXPECT_TRUE(contains(page("4840D6.html"), whole.substr(begin, whole.find("  </body>") - begin)));
+}
+
+TEST_F(Pages, LeadBackToTheIndex) {
+    _pages.picture(pictureOf({knownAircraft()}));
+    EXPECT_TRUE(contains(page("4840D6.html"), "<a href=\"index.html\">All aircraft</a>"));
+}
+
+TEST_F(Pages, ReloadTheIndexUntilTheEnd) {
+    _pages.picture(pictureOf({knownAircraft()}));
+    EXPECT_TRUE(contains(page("index.html"), "<meta http-equiv=\"refresh\" content=\"5\">"));
+    EXPECT_FALSE(contains(page("4840D6.html"), "refresh")) << "an aircraft that goes takes its page along";
+    _pages.finish(pictureOf({knownAircraft()}));
+    EXPECT_FALSE(contains(page("index.html"), "refresh"));
+}
+
+TEST_F(Pages, FitAPhone) {
+    _pages.picture(pictureOf({knownAircraft()}));
+    for (auto const* name : {"index.html", "4840D6.html"}) {
+        EXPECT_TRUE(contains(page(name), "<meta name=\"viewport\" content=\"width=device-width")) << name;
+        EXPECT_TRUE(contains(page(name), "<meta charset=\"utf-8\">")) << name;
+    }
+    EXPECT_TRUE(contains(page("index.html"), "th:nth-child(1), td:nth-child(1)")) << "track numbers go";
+    EXPECT_FALSE(contains(page("index.html"), "td:nth-child(2)")) << "addresses stay";
+}
+
+TEST_F(Pages, SayTheirUnitsAndWhoseLabelsTheirsAre) {
+    _pages.picture(pictureOf({knownAircraft()}));
+    EXPECT_TRUE(contains(page("index.html"), "The labels are those of the program trevallo."));
+    EXPECT_TRUE(contains(page("index.html"), "times are UTC"));
+    EXPECT_TRUE(
+        contains(page("4840D6.html"), "The labels are those of the library trevallo, exactly as it writes them."));
+    for (auto const* unit : {"feet", "knots", "feet per minute", "degrees", "UTC", "0 to 255"})
+        EXPECT_TRUE(contains(page("4840D6.html"), unit)) << unit;
+}
+
 TEST_F(Pages, SaySoWhenTheyCannotBeWritten) {
-    EXPECT_THROW(host::ReportPages(_folder.write("file", "") + "/pages"), host::HostError);
+    EXPECT_THROW(outputs::ReportPages(_folder.write("file", "") + "/pages"), files::HostError);
     std::filesystem::create_directories(_folder.path("pages/index.html/in the way"));
-    EXPECT_THROW(_pages.picture(pictureOf({})), host::HostError);
+    EXPECT_THROW(_pages.picture(pictureOf({})), files::HostError);
 }

@@ -6,12 +6,12 @@
 #include <gtest/gtest.h>
 
 using namespace quorvel;
-using namespace quorvel::host::test;
+using namespace quorvel::outputs::test;
 
 TEST(ShownAircraft, ShowsPositionsOfTheLastMinute) {
-    EXPECT_TRUE(host::showsPosition(knownAircraft(60'000)));
-    EXPECT_FALSE(host::showsPosition(knownAircraft(60'001)));
-    EXPECT_FALSE(host::showsPosition(heardAircraft(1, kNow)));
+    EXPECT_TRUE(outputs::showsPosition(knownAircraft(60'000)));
+    EXPECT_FALSE(outputs::showsPosition(knownAircraft(60'001)));
+    EXPECT_FALSE(outputs::showsPosition(heardAircraft(1, kNow)));
 }
 
 TEST(ShownAircraft, AreOneForEachAddressHeardLast) {
@@ -19,9 +19,9 @@ TEST(ShownAircraft, AreOneForEachAddressHeardLast) {
     auto const c = heardAircraft(0x123, kNow);
     a.source = "a", b.source = "b";
     auto const picture = pictureOf({a, b, c});
-    auto const shown = host::newestByAddress(picture);
+    auto const shown = outputs::newestByAddress(picture);
     ASSERT_EQ(shown.size(), 2U);
-    EXPECT_EQ(shown[0]->report->icaoAddress(), 0x123U);
+    EXPECT_EQ(shown[0]->address, 0x123U);
     EXPECT_EQ(shown[1]->source, "b");
 }
 
@@ -30,7 +30,7 @@ TEST(ShownAircraft, AreHeardLastByTheClockOfTheirOwnSource) {
     recorded.source = "recorded", recorded.now = 2'000;
     live.source = "live";
     auto const picture = pictureOf({live, recorded});
-    EXPECT_EQ(host::newestByAddress(picture).at(0)->source, "recorded");
+    EXPECT_EQ(outputs::newestByAddress(picture).at(0)->source, "recorded");
 }
 
 TEST(ShownAircraft, HaveKnownTimesWhenTheirSourceHas) {
@@ -40,7 +40,7 @@ TEST(ShownAircraft, HaveKnownTimesWhenTheirSourceHas) {
     picture.sources.push_back({"dated", "reading", kNow, kNow, true, {}});
     picture.aircraft[0].source = "undated";
     picture.aircraft[1].source = "dated";
-    EXPECT_FALSE(host::timeKnown(picture, picture.aircraft[0]));
-    EXPECT_TRUE(host::timeKnown(picture, picture.aircraft[1]));
-    EXPECT_FALSE(host::timeKnown(picture, picture.aircraft[2])) << "of merged sources all must know";
+    EXPECT_FALSE(outputs::timeKnown(picture, picture.aircraft[0]));
+    EXPECT_TRUE(outputs::timeKnown(picture, picture.aircraft[1]));
+    EXPECT_FALSE(outputs::timeKnown(picture, picture.aircraft[2])) << "of merged sources all must know";
 }

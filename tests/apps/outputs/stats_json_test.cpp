@@ -10,7 +10,7 @@
 #include <fstream>
 
 using namespace quorvel;
-using namespace quorvel::host::test;
+using namespace quorvel::outputs::test;
 using modes::test::TemporaryFolder;
 using nlohmann::json;
 
@@ -24,7 +24,7 @@ TEST(StatsJson, TellsAllCountsOfTheRunAndOfEachSource) {
     picture.sources[1].name = "tcp://localhost:30005";
     picture.sources[1].state = "connected";
     picture.sources[1].counters.badLines = 4;
-    auto const stats = json::parse(host::statsJson(picture));
+    auto const stats = json::parse(outputs::statsJson(picture));
     EXPECT_EQ(stats["aircraft"], 0);
     EXPECT_EQ(stats["counters"]["frames"], 10);
     EXPECT_EQ(stats["counters"]["frames_by_format"], (json{{"11", 3}, {"17", 7}}));
@@ -39,7 +39,7 @@ TEST(StatsJson, TellsAllCountsOfTheRunAndOfEachSource) {
 
 TEST(StatsJson, ReplacesItsFileAsAWhole) {
     TemporaryFolder folder;
-    host::StatsJson output(folder.path("stats.json"));
+    outputs::StatsJson output(folder.path("stats.json"));
     auto picture = pictureOf({});
     for (std::uint64_t const frames : {1U, 2U}) {
         picture.counters.frames = frames;
@@ -50,9 +50,9 @@ TEST(StatsJson, ReplacesItsFileAsAWhole) {
 
 TEST(StatsLines, HasALineForEachPicture) {
     Written written;
-    host::StatsLines output(sinkTo(written));
+    outputs::StatsLines output(sinkTo(written));
     output.picture(pictureOf({}));
     output.finish(pictureOf({}));
-    EXPECT_EQ(written.items, std::vector<std::string>(2, host::statsJson(pictureOf({}))));
+    EXPECT_EQ(written.items, std::vector<std::string>(2, outputs::statsJson(pictureOf({}))));
     EXPECT_EQ(written.flushes, 2);
 }

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "files/printable.h" // IWYU pragma: export
+#include <airspace/frame.h>
+
+#include <string>
+
+namespace quorvel::outputs {
+
+/// A number with so many decimals and a point, whatever the locale of the host.
+std::string fixed(double number, int decimals);
+
+/// Milliseconds in seconds.
+double seconds(airspace::TimeMs time);
+
+/// Text with everything that is not valid UTF-8 replaced by U+FFFD.
+std::string validUtf8(std::string const& text);
+
+} // namespace quorvel::outputs
