@@ -200,13 +200,13 @@ struct HeadingAndSpeed {
 };
 
 /// What a register holds; `std::monostate` where it was not read.
-using CommB = std::variant<std::monostate, DataLinkCapability, CommonUsageCapability, AircraftIdentification,
+using RegisterContent = std::variant<std::monostate, DataLinkCapability, CommonUsageCapability, AircraftIdentification,
     AircraftRegistration, ActiveAdvisory, SelectedIntention, RoutineMeteorology, HazardMeteorology, TrackAndTurn,
     AirReferencedState, HeadingAndSpeed>;
 
 /// Reads the seven bytes of MB as one register, whatever they hold. Nothing for bytes of another number and for a
 /// register that is none of `kRegisters`.
-TREVALLO_AIRSPACE_EXPORT CommB readRegister(std::string_view mb, Register number);
+TREVALLO_AIRSPACE_EXPORT RegisterContent readRegister(std::string_view mb, Register number);
 
 /// A set of registers.
 class RegisterSet {

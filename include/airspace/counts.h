@@ -37,14 +37,16 @@ struct TREVALLO_AIRSPACE_EXPORT Counts {
     Count tracked = 0;         ///< replies given to an aircraft
     Count targetsMade = 0;     ///< aircraft that appeared
     Count targetsDropped = 0;  ///< aircraft dropped because they fell silent, or time was set back
-    Count targetsMadeRoom = 0; ///< of them dropped early, because all 4,095 track numbers were in use
-    Count tableFull = 0;       ///< replies lost because all 4,095 track numbers were in use
+    Count targetsMadeRoom = 0; ///< of them dropped early, because there was no room for others
+    Count tableFull = 0;       ///< replies lost because there was no room for their aircraft
 
     // positions
     Count positions = 0;           ///< positions shown
     Count positionsOutOfRange = 0; ///< refused: farther from the receiver than it can hear
     Count positionsTooFast = 0;    ///< refused: the jump would need an impossible speed
     Count positionsImpossible = 0; ///< refused: not on the globe
+    Count positionsAmbiguous = 0;  ///< refused: by the last position elsewhere than by the pair of messages
+    Count positionsRepaired = 0;   ///< left out: of repaired messages
     Count positionsBelieved = 0;   ///< jumps believed after three refusals in a row
 
     // time

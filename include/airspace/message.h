@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <airspace/address.h>
 #include <airspace/airspace_export.h>
 #include <airspace/altitude_code.h>
 #include <airspace/extended_squitter.h>
@@ -24,16 +25,6 @@ class ModeSMessage;
 }
 
 namespace quorvel::airspace {
-
-/// What the address of a message is. Source: ICAO Annex 10 Vol. IV, 3.1.2.8.7.3; RTCA DO-260B, 2.2.3.2.1.5.
-enum class AddressKind : std::uint8_t {
-    None,      ///< the format has none
-    Icao,      ///< the 24-bit address that a state assigned
-    NonIcao,   ///< anonymous, or of a ground vehicle or an obstacle: emitter category C tells the last two
-    TrackFile, ///< of a ground station: 12 bits of a Mode A code and 12 bits track number
-    TisB,      ///< of a ground station that knows no address of the aircraft: its own choice
-    Reserved,  ///< not assigned
-};
 
 /// What all messages have.
 struct MessageHeader {

@@ -201,7 +201,7 @@ template <class Visit> void visitFields(Visit&& visit, HeadingAndSpeed const& st
 template <class Visit> void visitFields(Visit&&, std::monostate) {}
 
 /// The values of whatever register was read.
-template <class Visit> void visitFields(Visit&& visit, CommB const& content) {
+template <class Visit> void visitFields(Visit&& visit, RegisterContent const& content) {
     std::visit([&visit](auto const& one) { visitFields(visit, one); }, content);
 }
 

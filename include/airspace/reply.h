@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <modes/adsb_message.h>
+#include <airspace/message.h>
+#include <airspace/register_choice.h>
 #include <modes/modes_message.h>
 
 #include <array>
@@ -23,10 +24,13 @@ enum class Overlay : std::uint8_t {
 struct Reply {
     /// How far an address can be trusted.
     using Confidence = modes::ModeSMessage::Confidence;
-    /// Kinds of ADS-B messages.
-    using MessageType = modes::ADSBMessage::ADSBMessageType;
 
-    /// Whether it could be decoded; members that do not depend on that say so. False for Mode A/C replies.
+    /// What it says, by the standards: of the repaired frame where it was repaired, and whether it could be decoded or
+    /// not. `std::monostate` of Mode A/C replies, and of bytes that are no frame.
+    Message message;
+
+    /// Whether it can be believed at all: of a format that is read, and intact or repaired where its parity tells.
+    /// Members that do not depend on that say so. False for Mode A/C replies.
     bool isDecoded = false;
 
     /// Downlink format, 0 to 24; whether decoded or not. None for Mode A/C replies.
@@ -50,14 +54,12 @@ struct Reply {
     /// Type code of its ADS-B message, 0 to 31: of extended squitters that carry one and could be decoded.
     std::optional<std::uint8_t> typeCode;
 
-    /// Kind of that message; `RESERVED` without one.
-    MessageType type = modes::ADSBMessage::RESERVED;
+    /// Which register it holds, by what is known of its aircraft: of Comm-B replies that `Sky` gave to one.
+    std::optional<RegisterChoice> registerChoice;
 
-    /// Number of the track that it was given to, 1 to 4095; 0 when it was given to none.
-    std::uint16_t track = 0;
-
-    /// Whether it completed a position that passed the checks, which its aircraft has from now on.
-    bool isPositionShown = false;
+    bool isTracked = false; ///< it was given to an aircraft
+    bool isPositionShown =
+        false; ///< it completed a position that passed the checks, which its aircraft has from now on
 };
 
 } // namespace quorvel::airspace

@@ -89,9 +89,9 @@ std::size_t allocationsOfTracks() {
     std::map<std::uint32_t, airspace::StandardTrack> tracks;
     auto const take = [&](airspace::TimeMs later) {
         for (auto const& frame : frames) {
-            auto const reception = receiver.receive(frame.view(), frame.time + later);
-            auto const key = airspace::TrackKey::of(*airspace::headerOf(reception.message));
-            tracks.try_emplace(key.value, frame.time).first->second.take(reception, frame.time + later);
+            auto const reply = receiver.receive(frame.view(), frame.time + later);
+            auto const key = airspace::TrackKey::of(*airspace::headerOf(reply.message));
+            tracks.try_emplace(key.value, frame.time).first->second.take(reply, frame.time + later);
         }
     };
     take(0);

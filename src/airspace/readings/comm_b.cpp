@@ -158,7 +158,7 @@ RegisterNumbers CommonUsageCapability::served() const {
     return served;
 }
 
-CommB readRegister(std::string_view bytes, Register number) {
+RegisterContent readRegister(std::string_view bytes, Register number) {
     if (bytes.size() != RegisterBits::kBytes) return {};
     RegisterBits const mb(bytes);
     switch (number) {

@@ -34,7 +34,7 @@ void copyMotion(Report const& r, Aircraft& a) {
     fill(a.signalAmplitude, r.signalAmplitudeValid(), r.signalAmplitude(), r.signalAmplitudeLastUpdate());
     fill(a.altitudeBaro, r.altitudeBaroValid(), r.altitudeBaro(), r.altitudeBaroLastUpdate());
     fill(a.groundSpeed, r.groundSpeedValid(), r.groundSpeed(), r.groundSpeedLastUpdate());
-    fill(a.heading, r.headingValid(), r.heading(), r.headingLastUpdate());
+    fill(a.track, r.headingValid(), r.heading(), r.headingLastUpdate());
     fill(a.verticalRateBaro, r.verticalRateBaroValid(), r.verticalRateBaro(), r.verticalRateBaroLastUpdate());
 }
 
@@ -65,7 +65,7 @@ void copyQuality(Report const& r, Aircraft& a) {
 
 void copyItems(Report const& report, Aircraft& aircraft) {
     aircraft.address = report.icaoAddress();
-    aircraft.track = static_cast<std::uint16_t>(report.trackId());
+    aircraft.trackNumber = static_cast<std::uint16_t>(report.trackId());
     aircraft.heard = report.lastUpdate();
     for (auto* copy : {copyIdentity, copyMotion, copyStatus, copyQuality}) copy(report, aircraft);
 }

@@ -15,8 +15,6 @@ constexpr double kFastestKnots = 1500.0; // over ground, with wind
 constexpr double kSlackNm = 1.0;         // rounding of positions, and of times to whole seconds
 constexpr double kMsPerHour = 3'600'000.0;
 
-double radians(double degrees) { return degrees * std::numbers::pi / 180.0; }
-
 bool isOnTheGlobe(Place const& place) {
     return std::abs(place.latitude) <= 90.0 && std::abs(place.longitude) <= 180.0; // false for what is not a number
 }
@@ -40,14 +38,6 @@ bool isInRange(Place const& place, PositionLimits const& limits) {
 }
 
 } // namespace
-
-double distanceNm(Place const& from, Place const& to) {
-    auto const sineOfHalf = [](double degrees) { return std::sin(radians(degrees) / 2); };
-    auto const north = sineOfHalf(to.latitude - from.latitude);
-    auto const east = sineOfHalf(to.longitude - from.longitude);
-    auto const chord = north * north + std::cos(radians(from.latitude)) * std::cos(radians(to.latitude)) * east * east;
-    return 2 * kEarthRadiusNm * std::asin(std::min(1.0, std::sqrt(chord)));
-}
 
 PositionGate::Verdict PositionGate::judge(Place const& place, TimeMs time, PositionLimits const& limits) {
     Shown const candidate{place, time};

@@ -1,131 +1,71 @@
 // SPDX-License-Identifier: MIT
 #include <airspace/sky.h>
 
-#include <modes/df_message.h>
-#include <modes/modes_decoder.h>
-
-#include "airspace/sky/core_items.h"
-#include "airspace/sky/position_gate.h"
-#include "airspace/sky/reply_reading.h"
+#include "airspace/sky/frame_receiver.h"
+#include "airspace/sky/track_aircraft.h"
+#include "airspace/sky/track_table.h"
 #include "core/wire.h"
 
 #include <algorithm>
-#include <limits>
-#include <utility>
+#include <variant>
 
 namespace quorvel::airspace {
 
 namespace {
 
-using modes::ADSBTarget;
-using modes::DFMessage;
-using modes::ModeSMessage;
+using Verdict = PositionTracker::Verdict;
+constexpr TimeMs kAhead = 60'000; // clocks of merged sources may differ so much
 
-constexpr unsigned kAltitudeCheckPeriod = 4;       // seconds
-constexpr unsigned kAltitudeCheckDifference = 150; // feet
-constexpr TimeMs kAhead = 60'000;                  // clocks of merged sources may differ so much
-
-constexpr std::size_t kTrackNumbers = 4095; // from 1
-constexpr std::size_t kRoom = 64;           // aircraft dropped at once when all track numbers are in use
-constexpr TimeMs kSilent = 10'000;          // what was heard since then is not dropped for others
-constexpr TimeMs kRoomMakingPause = 1'000;
-
-bool isSquitter(Reply const& reply) { return reply.format == DFMessage::DF17 || reply.format == DFMessage::DF18; }
-
-// What brings the items that both squitters and replies to interrogations bring.
-enum Bringing : unsigned { kAltitude = 1, kGroundStatus = 2 };
-
-unsigned broughtBy(Reply const& reply) {
-    switch (*reply.format) {
-    case DFMessage::DF0:
-    case DFMessage::DF4:
-    case DFMessage::DF16:
-    case DFMessage::DF20: return kAltitude | kGroundStatus;
-    case DFMessage::DF5:
-    case DFMessage::DF21: return kGroundStatus;
-    case DFMessage::DF17: return reply.type == modes::ADSBMessage::POS_AIR ? kAltitude | kGroundStatus : 0U;
-    default: return 0;
-    }
+TrackKey keyOf(Reply const& reply) {
+    auto const* header = headerOf(reply.message);
+    return header ? TrackKey::of(*header) : TrackKey{};
 }
 
-struct Sources {
-    Source altitude = Source::None;
-    Source ground = Source::None;
+// An all-call reply is answered to anybody, and says too little to make an aircraft of it.
+bool makesAircraft(Reply const& reply) { return !std::holds_alternative<AllCallReply>(reply.message); }
 
-    void note(ADSBTarget const& target, Reply const& reply, TimeMs time) {
-        auto const source = isSquitter(reply) ? Source::AdsB : Source::ModeS;
-        auto const brought = broughtBy(reply);
-        if ((brought & kAltitude) != 0 && target.altitudeBaroLastUpdate() == time) altitude = source;
-        if ((brought & kGroundStatus) != 0 && target.groundStatusLastUpdate() == time) ground = source;
+// What counts a verdict; null of those that are nothing to count.
+Counts::Count Counts::*counterOf(Verdict verdict) {
+    switch (verdict) {
+    case Verdict::Given:
+    case Verdict::Believed: return &Counts::positions;
+    case Verdict::OutOfRange: return &Counts::positionsOutOfRange;
+    case Verdict::TooFast: return &Counts::positionsTooFast;
+    case Verdict::Ambiguous: return &Counts::positionsAmbiguous;
+    case Verdict::Repaired: return &Counts::positionsRepaired;
+    case Verdict::Incomplete: break;
     }
-
-    void put(Aircraft& aircraft) const {
-        aircraft.altitudeBaro.source = altitude;
-        aircraft.groundStatus.source = ground;
-    }
-};
-
-// What is kept of an aircraft beside the core's target.
-struct Tracked {
-    bool isTarget = false;
-    TimeMs latest = 0; // that it was heard at
-    char categorySet = 0;
-    Sources sources;
-    PositionGate::Shown judged; // the last position
-    PositionGate gate;
-};
+    return nullptr;
+}
 
 } // namespace
 
 struct Sky::Impl {
-    explicit Impl(SkyOptions const& skyOptions) : options(skyOptions), tracked(kTrackNumbers + 1) {
-        if (options.altitudeCheck) {
-            tracker.setAltituteBaroChecking(true, kAltitudeCheckPeriod, kAltitudeCheckDifference);
-        }
-    }
+    explicit Impl(SkyOptions const& skyOptions) : options(skyOptions) {}
 
     Reply take(Frame const& frame);
     bool isWelcome(Reply const& reply) const;
-    bool isLostForLackOfRoom(Reply const& reply) const;
-    std::shared_ptr<ADSBTarget> track(Reply const& reply);
-    bool makeRoom(TimeMs now);
-    void note(ADSBTarget const& target, Reply& reply, TimeMs time);
-    bool showsPosition(ADSBTarget const& target);
+    StandardTrack* trackOf(Reply const& reply, TimeMs time);
+    void track(StandardTrack& track, Frame const& frame, Reply& reply);
+    void countDropped(std::size_t number) { counts.targetsDropped += number; }
     void dropAircraftOfTheFuture(TimeMs now);
-    void forget(std::vector<std::shared_ptr<ADSBTarget>> const& killed);
-    void tellOfDropped();
-    std::shared_ptr<modes::ADSBTargetReport> reportOf(ADSBTarget const& target) const;
-    Aircraft aircraftOf(ADSBTarget const& target, TimeMs now) const;
+    std::optional<Aircraft> find(TrackKey key, TimeMs now) const;
 
     SkyOptions options;
-    Dropped dropped;
-    std::vector<std::shared_ptr<ADSBTarget>> untold; // dropped, and the handler does not know yet
-    modes::ModeSDecoder decoder;
-    modes::ADSBTracker tracker;
-    std::vector<Tracked> tracked; // by track number
-    std::shared_ptr<ModeSMessage> message;
-    std::shared_ptr<ModeSMessage const> constMessage;
-    std::size_t targets = 0;
+    FrameReceiver receiver;
+    TrackTable tracks;
     TimeMs latest = 0; // of all
-    TimeMs lastRoomMade = 0;
     Counts counts;
 };
 
 Reply Sky::Impl::take(Frame const& frame) {
-    message.reset();
-    if (frame.length > kModeAcFrameBytes && frame.length <= frame.bytes.size()) {
-        ++counts.byFormat[modes::wire::formatCode(frame.view())];
-        message = decoder.decode(
-            ModeSMessage::DOWNLINK, reinterpret_cast<char const*>(frame.bytes.data()), frame.length, frame.time);
-    }
-    constMessage = message;
-    auto reply = readReply(frame, message.get());
-    if (frame.length <= kModeAcFrameBytes) return reply;
-    if (!message) {
+    auto reply = receiver.receive(frame.view(), frame.time);
+    if (!reply.format) return reply;
+    ++counts.byFormat[modes::wire::formatCode(frame.view())];
+    if (!reply.isDecoded) {
         ++counts.undecoded;
         return reply;
     }
-    message->setSignalAmplitude(frame.signal);
     ++counts.byConfidence[reply.confidence];
     if (reply.repairs > 0) {
         ++counts.repaired;
@@ -134,136 +74,62 @@ Reply Sky::Impl::take(Frame const& frame) {
             return reply;
         }
     }
-    if (auto const target = track(reply)) {
-        reply.track = static_cast<std::uint16_t>(target->trackId());
-        note(*target, reply, message->timeStamp());
-    }
+    if (auto* const found = trackOf(reply, frame.time)) track(*found, frame, reply);
     return reply;
 }
 
 bool Sky::Impl::isWelcome(Reply const& reply) const {
     switch (options.repaired) {
     case RepairedReplies::Keep: return true;
-    case RepairedReplies::Known: return tracker.findConstTarget(reply.address) != nullptr;
+    case RepairedReplies::Known: return tracks.find(keyOf(reply)) != nullptr;
     case RepairedReplies::Drop: return false;
     }
     return false;
 }
 
-// Replies of trusted addresses make targets, all-call replies excepted.
-bool Sky::Impl::isLostForLackOfRoom(Reply const& reply) const {
-    if (targets < kTrackNumbers || reply.confidence < ModeSMessage::MEDIUM) return false;
-    switch (*reply.format) {
-    case DFMessage::DF0:
-    case DFMessage::DF4:
-    case DFMessage::DF5:
-    case DFMessage::DF16:
-    case DFMessage::DF17:
-    case DFMessage::DF20:
-    case DFMessage::DF21: return tracker.findConstTarget(reply.address) == nullptr;
-    default: return false;
+// The track that a reply belongs to; null of what is not trusted, and where there is no room.
+StandardTrack* Sky::Impl::trackOf(Reply const& reply, TimeMs time) {
+    auto const key = keyOf(reply);
+    if (reply.confidence < modes::ModeSMessage::MEDIUM || key == TrackKey{}) return nullptr;
+    if (auto* const known = tracks.find(key); known || !makesAircraft(reply)) return known;
+    auto const before = tracks.size();
+    auto* const made = tracks.findOrMake(key, time);
+    if (!made) {
+        ++counts.tableFull;
+        return nullptr;
     }
+    ++counts.targetsMade;
+    auto const dropped = before + 1 - tracks.size();
+    counts.targetsMadeRoom += dropped;
+    countDropped(dropped);
+    return made;
 }
 
-std::shared_ptr<ADSBTarget> Sky::Impl::track(Reply const& reply) {
-    auto target = tracker.procModeSMsg(message);
-    if (target || !isLostForLackOfRoom(reply)) return target;
-    if (makeRoom(message->timeStamp())) target = tracker.procModeSMsg(message);
-    if (!target) ++counts.tableFull;
-    return target;
-}
-
-// Drops the aircraft that have been silent for the longest time. That takes a look at all of them, so it is
-// not done for each reply of a sky that is too full.
-bool Sky::Impl::makeRoom(TimeMs now) {
-    if (now >= lastRoomMade && now - lastRoomMade < kRoomMakingPause && lastRoomMade != 0) return false;
-    lastRoomMade = now;
-    std::vector<TimeMs> heard;
-    for (auto const& target : tracker.allTargets()) heard.push_back(target->lastUpdate());
-    if (heard.size() <= kRoom) return false;
-    std::nth_element(heard.begin(), heard.begin() + kRoom, heard.end());
-    auto const silentSince = now > kSilent ? now - kSilent : 0;
-    auto const killed = tracker.killTargets(std::min(heard[kRoom], silentSince));
-    counts.targetsMadeRoom += killed.size();
-    forget(killed);
-    return !killed.empty();
-}
-
-void Sky::Impl::note(ADSBTarget const& target, Reply& reply, TimeMs time) {
+void Sky::Impl::track(StandardTrack& track, Frame const& frame, Reply& reply) {
+    auto const outcome = track.take(reply, frame.time, options);
+    track.setSignal(frame.signal);
+    reply.isTracked = true;
+    reply.registerChoice = outcome.choice;
     ++counts.tracked;
-    auto& own = tracked[target.trackId()];
-    if (!own.isTarget) {
-        own.isTarget = true;
-        ++targets;
-        ++counts.targetsMade;
-    }
-    own.latest = std::max(own.latest, time);
-    latest = std::max(latest, own.latest);
-    own.sources.note(target, reply, time);
-    if (!isSquitter(reply)) return;
-    if (reply.type == modes::ADSBMessage::ACID) own.categorySet = categorySetOf(*reply.typeCode);
-    if (reply.type == modes::ADSBMessage::POS_AIR && target.positionLastUpdate() == time)
-        reply.isPositionShown = showsPosition(target);
-}
-
-// Judges the position of a target, and whether it is shown from now on.
-bool Sky::Impl::showsPosition(ADSBTarget const& target) {
-    auto& own = tracked[target.trackId()];
-    PositionGate::Shown const reported{{target.latitude(), target.longitude()}, target.positionLastUpdate()};
-    bool const isJudged = own.judged.time == reported.time && own.judged.place == reported.place;
-    if (isJudged) return false; // another message of the same time has made no pair
-    own.judged = reported;
-    switch (own.gate.judge(reported.place, reported.time, options.positions)) {
-    case PositionGate::Verdict::Believed: ++counts.positionsBelieved; [[fallthrough]];
-    case PositionGate::Verdict::Shown: ++counts.positions; return true;
-    case PositionGate::Verdict::OutOfRange: ++counts.positionsOutOfRange; return false;
-    case PositionGate::Verdict::TooFast: ++counts.positionsTooFast; return false;
-    case PositionGate::Verdict::Impossible: ++counts.positionsImpossible; return false;
-    }
-    return false;
+    latest = std::max(latest, frame.time);
+    if (!outcome.position) return;
+    if (auto const counter = counterOf(*outcome.position)) ++(counts.*counter);
+    if (*outcome.position == Verdict::Believed) ++counts.positionsBelieved;
+    reply.isPositionShown = *outcome.position == Verdict::Given || *outcome.position == Verdict::Believed;
 }
 
 void Sky::Impl::dropAircraftOfTheFuture(TimeMs now) {
     latest = now + kAhead;
-    for (auto const& target : tracker.allTargets()) {
-        if (tracked[target->trackId()].latest > now + kAhead)
-            forget({tracker.killTarget(target->trackId(), target->icaoAddr())});
+    for (auto const key : tracks.keys()) {
+        if (tracks.find(key)->heard() <= now + kAhead) continue;
+        tracks.drop(key);
+        countDropped(1);
     }
 }
 
-void Sky::Impl::forget(std::vector<std::shared_ptr<ADSBTarget>> const& killed) {
-    for (auto const& target : killed) tracked[target->trackId()] = {};
-    counts.targetsDropped += killed.size();
-    targets -= killed.size();
-    if (dropped) untold.insert(untold.end(), killed.begin(), killed.end());
-}
-
-// Comes last in whatever drops aircraft, with nothing left to do: the handler may use the sky, and replace itself.
-void Sky::Impl::tellOfDropped() {
-    if (untold.empty()) return;
-    auto const handler = dropped;
-    for (auto const& target : std::exchange(untold, {})) handler(target);
-}
-
-std::shared_ptr<modes::ADSBTargetReport> Sky::Impl::reportOf(ADSBTarget const& target) const {
-    auto report = target.report();
-    auto const& shown = tracked[target.trackId()].gate.shown();
-    report->setPosition(shown ? shown->place.latitude : 0, shown ? shown->place.longitude : 0);
-    report->setPositionLastUpdate(shown ? shown->time : 0);
-    report->setPositionValid(shown.has_value());
-    return report;
-}
-
-Aircraft Sky::Impl::aircraftOf(ADSBTarget const& target, TimeMs now) const {
-    Aircraft aircraft;
-    auto const& own = tracked[target.trackId()];
-    copyItems(*reportOf(target), aircraft);
-    own.sources.put(aircraft);
-    if (aircraft.emitterCategory.value) aircraft.emitterCategory.value->set = own.categorySet;
-    aircraft.now = now;
-    aircraft.messages = target.statisticDfMsgCount();
-    aircraft.positionsRefused = own.gate.refused();
-    return aircraft;
+std::optional<Aircraft> Sky::Impl::find(TrackKey key, TimeMs now) const {
+    auto const* track = tracks.find(key);
+    return track ? std::optional(aircraftOf(key, *track, now, options.positions.receiver)) : std::nullopt;
 }
 
 Sky::Sky(SkyOptions const& options) : _impl(std::make_unique<Impl>(options)) {}
@@ -271,50 +137,38 @@ Sky::~Sky() = default;
 Sky::Sky(Sky&&) noexcept = default;
 Sky& Sky::operator=(Sky&&) noexcept = default;
 
-Reply Sky::take(Frame const& frame) {
-    auto const reply = _impl->take(frame);
-    _impl->tellOfDropped();
-    return reply;
-}
+Reply Sky::take(Frame const& frame) { return _impl->take(frame); }
 
 void Sky::setTimeout(TimeMs timeout) { _impl->options.timeout = timeout; }
 void Sky::ignoreSpeeds() { _impl->options.positions.checksSpeed = false; }
 
 void Sky::dropSilent(TimeMs now) {
     auto const timeout = _impl->options.timeout;
-    if (timeout != 0 && timeout < now) _impl->forget(_impl->tracker.killTargets(now - timeout));
+    if (timeout != 0 && timeout < now) _impl->countDropped(_impl->tracks.dropSilent(now - timeout + 1));
     if (_impl->latest > now + kAhead) _impl->dropAircraftOfTheFuture(now);
-    _impl->tellOfDropped();
 }
 
 void Sky::dropAll() {
-    _impl->forget(_impl->tracker.killTargets(std::numeric_limits<TimeMs>::max()));
-    _impl->tellOfDropped();
+    _impl->countDropped(_impl->tracks.size());
+    _impl->tracks = TrackTable();
 }
 
 std::vector<Aircraft> Sky::aircraft(TimeMs now) const {
     std::vector<Aircraft> all;
-    auto const targets = _impl->tracker.allTargets();
-    all.reserve(targets.size());
-    for (auto const& target : targets) all.push_back(_impl->aircraftOf(*target, now));
+    all.reserve(size());
+    for (auto const key : _impl->tracks.keys()) all.push_back(*_impl->find(key, now));
     return all;
 }
 
-std::optional<Aircraft> Sky::find(std::uint32_t address, TimeMs now) const {
-    auto const target = _impl->tracker.findConstTarget(address);
-    return target ? std::optional(_impl->aircraftOf(*target, now)) : std::nullopt;
+std::optional<Aircraft> Sky::find(std::uint32_t address, TimeMs now, AddressKind kind) const {
+    return _impl->find(TrackKey{address | static_cast<std::uint32_t>(kind) << 24}, now);
 }
 
-std::size_t Sky::size() const { return _impl->targets; }
+std::optional<Aircraft> Sky::find(Reply const& reply, TimeMs now) const {
+    return reply.isTracked ? _impl->find(keyOf(reply), now) : std::nullopt;
+}
+
+std::size_t Sky::size() const { return _impl->tracks.size(); }
 Counts const& Sky::counts() const { return _impl->counts; }
-std::shared_ptr<ModeSMessage const> const& Sky::message() const { return _impl->constMessage; }
-
-std::shared_ptr<modes::ADSBTargetReport> Sky::report(std::uint32_t address) const {
-    auto const target = _impl->tracker.findConstTarget(address);
-    return target ? _impl->reportOf(*target) : nullptr;
-}
-
-modes::ADSBTracker& Sky::tracker() { return _impl->tracker; }
-void Sky::onDropped(Dropped dropped) { _impl->dropped = std::move(dropped); }
 
 } // namespace quorvel::airspace

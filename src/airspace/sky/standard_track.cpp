@@ -33,13 +33,13 @@ PackedPlace PackedPlace::of(Place const& place) {
 
 Place PackedPlace::place() const { return {latitude / kPlaceUnits, longitude / kPlaceUnits}; }
 
-TrackOutcome StandardTrack::take(Reception const& reception, TimeMs time, PositionLimits const& limits) {
+TrackOutcome StandardTrack::take(Reply const& reply, TimeMs time, SkyOptions const& options) {
     if (time > _base && time - _base >= kLongestTrackTime) rebase(time);
     auto const now = trackTimeOf(time);
     _heard = std::max(_heard, now);
     ++_messages;
-    TrackUpdate update(*this, reception, time, limits);
-    std::visit(update, reception.message);
+    TrackUpdate update(*this, reply, time, options);
+    std::visit(update, reply.message);
     return update.outcome();
 }
 

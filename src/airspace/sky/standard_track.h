@@ -7,11 +7,12 @@
 #include <airspace/message.h>
 #include <airspace/place.h>
 #include <airspace/register_choice.h>
+#include <airspace/reply.h>
 #include <airspace/resolution_advisory.h>
+#include <airspace/sky_options.h>
 
 #include "airspace/sky/packed_item.h"
 #include "airspace/sky/position_tracker.h"
-#include "airspace/sky/reception.h"
 
 #include <array>
 #include <cstdint>
@@ -182,12 +183,15 @@ public:
     explicit StandardTrack(TimeMs first = 0) : _base(first) {}
 
     /// Takes a message of this aircraft: decoded, of a trusted address.
-    TrackOutcome take(Reception const& reception, TimeMs time, PositionLimits const& limits = {});
+    TrackOutcome take(Reply const& reply, TimeMs time, SkyOptions const& options = {});
 
     TrackItems const& items() const { return _items; }
     PositionTracker const& positions() const { return _positions; }
     std::uint32_t messages() const { return _messages; } ///< taken
     TimeMs heard() const { return timeOf(_heard); }      ///< when the last was taken; 0 before the first
+    Source heardFrom() const { return _heardFrom; }      ///< what that was; none before the first
+    std::uint8_t signal() const { return _signal; }      ///< level of the last, in the receiver's unit; 0 is none
+    void setSignal(std::uint8_t signal) { _signal = signal; }
 
     /// A time of an item; 0 is never.
     TimeMs timeOf(TrackTime time) const { return time == 0 ? 0 : _base + time - 1; }
@@ -211,6 +215,8 @@ private:
     TrackTime _heard = 0;
     TrackTime _squittered = 0; // when the last squitter came
     std::uint32_t _messages = 0;
+    Source _heardFrom = Source::None;
+    std::uint8_t _signal = 0;
     NicSupplements _supplements; // A and C, of the last operational status
 };
 static_assert(sizeof(StandardTrack) <= 1024, "100,000 aircraft take 100 MB");

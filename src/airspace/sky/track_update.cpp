@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "airspace/sky/track_update.h"
 
+#include <cstdlib>
 #include <variant>
 
 namespace quorvel::airspace {
@@ -26,13 +27,15 @@ std::optional<double> speedOf(std::optional<SpeedRange> const& range) {
 
 } // namespace
 
-TrackUpdate::TrackUpdate(StandardTrack& track, Reception const& reception, TimeMs time, PositionLimits const& limits)
+TrackUpdate::TrackUpdate(StandardTrack& track, Reply const& reply, TimeMs time, SkyOptions const& options)
     : _track(track)
     , _items(track._items)
-    , _reception(reception)
-    , _limits(limits)
+    , _reply(reply)
+    , _options(options)
     , _time(time)
-    , _now(track.trackTimeOf(time)) {}
+    , _now(track.trackTimeOf(time)) {
+    _track._heardFrom = _source;
+}
 
 bool TrackUpdate::isSquittering() const { return _track._squittered != 0; }
 
@@ -58,9 +61,20 @@ void TrackUpdate::callsignByReply(Callsign const& callsign) {
     if (callsign.isInAlphabet()) byReply(_items.callsign, _track._callsign, callsign.characters);
 }
 
+// A jump by which no aircraft climbs is a damaged reply, or another aircraft's.
+bool TrackUpdate::isJump(int altitudeFt) const {
+    constexpr TrackTime period = 4'000;
+    constexpr int difference = 150;
+    auto const last = _items.altitudeFt.fresh(_now, period);
+    return _options.altitudeCheck && last && std::abs(*last - altitudeFt) > difference;
+}
+
 void TrackUpdate::altitude(AltitudeCode const& code, AltitudeType type) {
-    auto& item = type == AltitudeType::Gnss ? _items.gnssHeightFt : _items.altitudeFt;
-    item.offer(code.altitudeFt, _source, _now);
+    if (type == AltitudeType::Gnss) {
+        _items.gnssHeightFt.offer(code.altitudeFt, _source, _now);
+    } else if (code.altitudeFt && !isJump(*code.altitudeFt)) {
+        _items.altitudeFt.offer(*code.altitudeFt, _source, _now);
+    }
 }
 
 void TrackUpdate::flightStatus(FlightStatus status) {
@@ -118,7 +132,7 @@ void TrackUpdate::operator()(AllCallReply const& reply) { groundByReply(reply.ca
 
 void TrackUpdate::operator()(ExtendedSquitter const& squitter) {
     _squitter = &squitter;
-    _source = sourceOf(squitter.origin);
+    _source = _track._heardFrom = sourceOf(squitter.origin);
     if (_source == Source::AdsB) _track._squittered = _now;
     bool const hasPosition = std::holds_alternative<AirbornePosition>(squitter.content) ||
                              std::holds_alternative<SurfacePosition>(squitter.content);
@@ -131,10 +145,10 @@ void TrackUpdate::position(CompactPosition const& sent, std::uint8_t typeCode, N
     if (!_items.position.admits(_source, _now)) return;
     auto const known = version();
     auto const containment = navigationIntegrity(typeCode, known.value_or(0), supplements);
-    PositionReport report{sent, _time, _source, _reception.repairs > 0, {}, containment.radiusMetres};
+    PositionReport report{sent, _time, _source, _reply.repairs > 0, {}, containment.radiusMetres};
     if (auto const speed = _items.groundSpeedKt.fresh(_now, kSpeedMs)) report.groundSpeedKt = *speed;
     using Verdict = PositionTracker::Verdict;
-    auto const verdict = _track._positions.take(report, _limits);
+    auto const verdict = _track._positions.take(report, _options.positions);
     _outcome.position = verdict;
     if (verdict != Verdict::Given && verdict != Verdict::Believed) return;
     _items.position.offer(PackedPlace::of(*_track._positions.place()), _source, _now);

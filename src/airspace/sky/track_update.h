@@ -12,7 +12,7 @@ namespace quorvel::airspace {
 /// Brings one message into the items of its track: a visitor of `Message`, of the contents of squitters and of registers.
 class TrackUpdate {
 public:
-    TrackUpdate(StandardTrack& track, Reception const& reception, TimeMs time, PositionLimits const& limits);
+    TrackUpdate(StandardTrack& track, Reply const& reply, TimeMs time, SkyOptions const& options);
 
     TrackOutcome const& outcome() const { return _outcome; } ///< once it has visited the message
 
@@ -51,6 +51,7 @@ public:
     void operator()(HeadingAndSpeed const& content);
 
 private:
+    bool isJump(int altitudeFt) const;
     void altitude(AltitudeCode const& code, AltitudeType type = AltitudeType::Barometric);
     void flightStatus(FlightStatus status);
     void surveillanceStatus(SurveillanceStatus status);
@@ -71,8 +72,8 @@ private:
 
     StandardTrack& _track;
     TrackItems& _items;
-    Reception const& _reception;
-    PositionLimits const& _limits;
+    Reply const& _reply;
+    SkyOptions const& _options;
     TimeMs _time;
     TrackTime _now;
     Source _source = Source::ModeS;

@@ -218,7 +218,7 @@ TEST(CommB, BytesOfAnotherNumberAndUnknownRegistersGiveNothing) {
     EXPECT_TRUE(fittingRegisters(std::string(8, '\x20')).isEmpty());
 }
 
-TEST(CommB, ContentsAreCopiedAsBytes) { EXPECT_TRUE(std::is_trivially_copyable_v<CommB>); }
+TEST(CommB, ContentsAreCopiedAsBytes) { EXPECT_TRUE(std::is_trivially_copyable_v<RegisterContent>); }
 
 TEST(FittingRegisters, NoneFitBytesOfZero) { EXPECT_TRUE(fittingRegisters(std::string(7, '\0')).isEmpty()); }
 

@@ -11,6 +11,7 @@ using namespace quorvel::airspace;
 TEST(AircraftTexts, HaveAllTheirDigits) {
     EXPECT_EQ(addressText(0xABC), "000ABC");
     EXPECT_EQ(addressText(0x4840D6), "4840D6");
+    EXPECT_EQ(addressText(0x4840D6, AddressKind::TrackFile), "~4840D6") << "no state assigned it";
     EXPECT_EQ(textOf(Squawk{07}), "0007");
     EXPECT_EQ(textOf(Squawk{07700}), "7700");
 }
@@ -44,5 +45,5 @@ TEST(Items, AreEachVisitedOnceByANameOfTheirOwn) {
     EXPECT_EQ(names.size(), visits);
     EXPECT_EQ(items.size(), visits);
     EXPECT_EQ(aircraft.callsign.updated, 1U);
-    EXPECT_EQ(aircraft.sil.updated, visits);
+    EXPECT_EQ(aircraft.nicBaro.updated, visits);
 }

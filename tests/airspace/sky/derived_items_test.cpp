@@ -2,6 +2,7 @@
 #include "airspace/sky/derived_items.h"
 
 #include "airspace/readings/standard_atmosphere.h"
+#include "airspace/sky/frame_receiver.h"
 #include "airspace/sky/recordings.h"
 
 #include <gtest/gtest.h>
@@ -122,10 +123,10 @@ TEST(DerivedItems, RecordedSpeedsAgreeWithThoseDerived) {
     std::size_t temperatures = 0;
     std::size_t wrong = 0;
     for (auto const& frame : framesOf(TREVALLO_RECORDINGS "/receiver_session_mlat.avr")) {
-        auto const reception = receiver.receive(frame.view(), frame.time);
-        if (reception.confidence < quorvel::modes::ModeSMessage::MEDIUM) continue;
-        auto& track = tracks.try_emplace(reception.address, frame.time).first->second;
-        auto const outcome = track.take(reception, frame.time);
+        auto const reply = receiver.receive(frame.view(), frame.time);
+        if (reply.confidence < quorvel::modes::ModeSMessage::MEDIUM) continue;
+        auto& track = tracks.try_emplace(reply.address, frame.time).first->second;
+        auto const outcome = track.take(reply, frame.time);
         if (!outcome.choice || outcome.choice->best != Register::HeadingAndSpeed) continue;
         auto const& items = track.items();
         auto const now = track.trackTimeOf(frame.time);

@@ -2,7 +2,7 @@
 #include "airspace/sky/position_tracker.h"
 
 #include "airspace/readings/truth.h"
-#include "airspace/sky/reception.h"
+#include "airspace/sky/frame_receiver.h"
 #include "airspace/sky/recordings.h"
 
 #include <airspace/integrity.h>
@@ -39,11 +39,11 @@ public:
     }
 
     std::optional<Place> take(Frame const& frame) {
-        auto const reception = _receiver.receive(frame.view(), frame.time);
-        auto const* squitter = std::get_if<ExtendedSquitter>(&reception.message);
+        auto const reply = _receiver.receive(frame.view(), frame.time);
+        auto const* squitter = std::get_if<ExtendedSquitter>(&reply.message);
         if (!squitter || !squitter->isIntact()) return std::nullopt;
         auto& one = _all[squitter->address];
-        PositionReport report{{}, frame.time, Source::AdsB, reception.repairs > 0, {}, {}};
+        PositionReport report{{}, frame.time, Source::AdsB, reply.repairs > 0, {}, {}};
         if (frame.time - one.speedTime < 10'000) report.groundSpeedKt = one.speedKt;
         if (auto const* velocity = std::get_if<AirborneVelocity>(&squitter->content)) {
             one.speedKt = velocity->horizontal.groundSpeedKt();

@@ -59,7 +59,7 @@ TEST(ReplyReading, KnowsWhatEachFormatLaysOverItsParity) {
     Case const cases[] = {{0, Overlay::Address}, {1, Overlay::Unknown}, {4, Overlay::Address}, {5, Overlay::Address},
         {10, Overlay::Unknown}, {11, Overlay::Interrogator}, {12, Overlay::Unknown}, {16, Overlay::Address},
         {17, Overlay::Nothing}, {18, Overlay::Nothing}, {20, Overlay::Address}, {21, Overlay::Address},
-        {22, Overlay::Unknown}, {24, Overlay::Unknown}};
+        {22, Overlay::Unknown}, {24, Overlay::Address}};
     for (auto const& [format, overlay] : cases) EXPECT_EQ(undecoded(frameOf(format, 0)).overlay, overlay) << format;
 }
 
@@ -73,12 +73,11 @@ TEST(ReplyReading, ReadsTypeCodesWhereThePayloadIsAdsB) {
     CapturedLog log;
     for (unsigned format = 17; format <= 19; ++format) {
         for (unsigned use = 0; use < 8; ++use) {
-            bool const isAdsb =
-                format == 17 || (format == 18 && (use == 0 || use == 1 || use == 6)) || (format == 19 && use == 0);
+            bool const isManagement = use == 4 || use == 7; // of ground stations
+            bool const isAdsb = format == 17 || (format == 18 && use != 3 && !isManagement);
             auto const reply = decoded(frameOf(format, use));
             EXPECT_TRUE(reply.isDecoded);
             EXPECT_EQ(reply.typeCode.value_or(0), isAdsb ? kIdentificationCode : 0U) << format << ", " << use;
-            EXPECT_EQ(reply.type, isAdsb ? modes::ADSBMessage::ACID : modes::ADSBMessage::RESERVED);
         }
     }
 }

@@ -3,6 +3,7 @@
 
 #include "airspace/readings/payload.h"
 #include "airspace/readings/register_writer.h"
+#include "airspace/sky/frame_receiver.h"
 #include "reference/cpr_encoder.h"
 #include "support/frames.h"
 
@@ -65,8 +66,8 @@ Payload statusOfVersion(unsigned version, unsigned subtype = 0) {
 class Flight {
 public:
     TrackOutcome take(std::string const& frame, TimeMs time) {
-        auto const reception = _receiver.receive(frame, time);
-        return _track.take(reception, time, {});
+        auto const reply = _receiver.receive(frame, time);
+        return _track.take(reply, time, {});
     }
     TrackOutcome squitter(std::string const& me, TimeMs time) {
         return take(quorvel::modes::test::squitter(kAddress, me), time);

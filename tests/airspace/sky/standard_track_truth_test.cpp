@@ -2,6 +2,7 @@
 #include "airspace/sky/standard_track.h"
 
 #include "airspace/readings/truth.h"
+#include "airspace/sky/frame_receiver.h"
 #include "airspace/sky/recordings.h"
 
 #include <gtest/gtest.h>
@@ -56,18 +57,19 @@ Tracks track(NumberedRecording const& recording, Truth const& truth, Tally& tall
     std::size_t number = 0;
     for (auto const& frame : timedFramesOf(recording)) {
         auto const i = number++;
-        auto const reception = receiver.receive(frame.view(), frame.time);
-        if (!reception.isDecoded || reception.confidence < trusted) continue;
-        auto const key = TrackKey::of(*headerOf(reception.message));
+        auto const reply = receiver.receive(frame.view(), frame.time);
+        if (!reply.isDecoded || reply.confidence < trusted) continue;
+        auto const key = TrackKey::of(*headerOf(reply.message));
         if (key.value == 0) continue;
         auto& one = tracks.try_emplace(key.value, frame.time).first->second;
-        auto const outcome = one.take(reception, frame.time, {recording.reference, 600.0, true});
+        auto const outcome =
+            one.take(reply, frame.time, {false, RepairedReplies::Known, {recording.reference, 600.0, true}});
         auto const named = truth.registers.find(i);
         if (outcome.choice && named != truth.registers.end()) countChoice(*outcome.choice, named->second, tally);
         auto const now = one.trackTimeOf(frame.time);
         bool const isHigh = one.items().altitudeFt.isFresh(now) && one.items().altitudeFt.value > 15'000;
         EXPECT_FALSE(isHigh && one.items().isOnGround.isFresh(now) && one.items().isOnGround.value)
-            << addressText(reception.address) << " frame " << i;
+            << addressText(reply.address) << " frame " << i;
     }
     return tracks;
 }

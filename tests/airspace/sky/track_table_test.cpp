@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "airspace/sky/track_table.h"
 
+#include "airspace/sky/frame_receiver.h"
 #include "support/frames.h"
 
 #include <gtest/gtest.h>

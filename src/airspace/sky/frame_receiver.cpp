@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "airspace/sky/reception.h"
+#include "airspace/sky/frame_receiver.h"
 
+#include "airspace/sky/reply_reading.h"
 #include "core/wire.h"
 #include "modes/repair.h"
 
@@ -23,11 +24,11 @@ std::uint32_t addressField(std::string_view frame) {
 }
 
 // Inverts the one or two bits that explain the remainder, and notes them.
-bool repair(std::uint32_t remainder, LongFrame& frame, Reception& reception) {
+bool repair(std::uint32_t remainder, LongFrame& frame, Reply& reply) {
     auto const invert = [&](unsigned position) {
         frame[position / 8] =
             static_cast<char>(static_cast<unsigned char>(frame[position / 8]) ^ 0x80U >> position % 8);
-        reception.repairedBits[reception.repairs++] = static_cast<std::uint8_t>(position + 1);
+        reply.repairedBits[reply.repairs++] = static_cast<std::uint8_t>(position + 1);
     };
     if (auto const damaged = modes::repair::findBit(remainder, kLongFrameBits)) {
         invert(*damaged);
@@ -42,33 +43,33 @@ bool repair(std::uint32_t remainder, LongFrame& frame, Reception& reception) {
 
 // A damaged squitter is read again once it is repaired. Where the format itself was damaged, another one comes out,
 // and it cannot be told which is right.
-void repairSquitter(std::string_view frame, MessageHeader const& damaged, Reception& reception) {
+void repairSquitter(std::string_view frame, MessageHeader const& damaged, Reply& reply) {
     LongFrame repaired;
     std::copy_n(frame.begin(), repaired.size(), repaired.begin());
     auto const format = damaged.format;
-    if (!repair(damaged.remainder, repaired, reception)) return;
+    if (!repair(damaged.remainder, repaired, reply)) return;
     if (modes::wire::formatCode(textOf(repaired)) != format) {
-        reception.repairs = 0;
-        reception.repairedBits = {};
+        reply.repairs = 0;
+        reply.repairedBits = {};
         return;
     }
-    reception.message = read(textOf(repaired));
+    reply.message = read(textOf(repaired));
 }
 
-template <class Reply> constexpr bool kHasAltitude = requires(Reply reply) { reply.altitude; };
-template <class Reply> constexpr bool kHasSquawk = requires(Reply reply) { reply.squawk; };
+template <class Kind> constexpr bool kHasAltitude = requires(Kind kind) { kind.altitude; };
+template <class Kind> constexpr bool kHasSquawk = requires(Kind kind) { kind.squawk; };
 
 // Sets whether the frame is decoded, its address and how far that is trusted, by the kind of message.
 class Grading {
 public:
-    Grading(modes::Trust& trust, Reception& reception, std::string_view frame, std::int64_t now)
-        : _trust(trust), _reception(reception), _frame(frame), _now(now) {}
+    Grading(modes::Trust& trust, Reply& reply, std::string_view frame, std::int64_t now)
+        : _trust(trust), _received(reply), _frame(frame), _now(now) {}
 
-    template <class Reply> void operator()(Reply const& reply) {
-        if constexpr (kHasAltitude<Reply>) {
+    template <class Kind> void operator()(Kind const& reply) {
+        if constexpr (kHasAltitude<Kind>) {
             bool const isMetric = reply.altitude.coding == AltitudeCoding::Metric;
             accept(reply.address, _trust.gradeAltitude(reply.address, isMetric, _now));
-        } else if constexpr (kHasSquawk<Reply>) {
+        } else if constexpr (kHasSquawk<Kind>) {
             accept(reply.address, _trust.gradeIdentity(reply.address, reply.squawk.code, _now));
         }
     }
@@ -90,25 +91,28 @@ public:
 
 private:
     void accept(std::uint32_t address, Reply::Confidence confidence) {
-        _reception.isDecoded = true;
-        _reception.address = address;
-        _reception.confidence = confidence;
+        _received.isDecoded = true;
+        _received.address = address;
+        _received.confidence = confidence;
     }
 
     modes::Trust& _trust;
-    Reception& _reception;
+    Reply& _received;
     std::string_view _frame;
     std::int64_t _now; // s
 };
 
 } // namespace
 
-Reception FrameReceiver::receive(std::string_view frame, TimeMs time) {
-    Reception reception{read(frame)};
-    auto const* squitter = std::get_if<ExtendedSquitter>(&reception.message);
-    if (squitter && !squitter->isIntact()) repairSquitter(frame, *squitter, reception);
-    std::visit(Grading(_trust, reception, frame, static_cast<std::int64_t>(time / 1000)), reception.message);
-    return reception;
+Reply FrameReceiver::receive(std::string_view frame, TimeMs time) {
+    Reply reply;
+    if (frame.size() <= kModeAcFrameBytes) return reply;
+    reply.message = read(frame);
+    auto const* squitter = std::get_if<ExtendedSquitter>(&reply.message);
+    if (squitter && !squitter->isIntact()) repairSquitter(frame, *squitter, reply);
+    std::visit(Grading(_trust, reply, frame, static_cast<std::int64_t>(time / 1000)), reply.message);
+    describe(frame, reply);
+    return reply;
 }
 
 } // namespace quorvel::airspace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "airspace/sky/reception.h"
+#include "airspace/sky/frame_receiver.h"
 
 #include "airspace/sky/recordings.h"
 #include "airspace/sky/reply_reading.h"
@@ -33,14 +33,14 @@ public:
         auto const text = frame.view();
         auto const message = _decoder.decode(ModeSMessage::DOWNLINK, text.data(), text.size(), frame.time);
         auto const expected = readReply(frame, message.get());
-        auto const reception = _receiver.receive(text, frame.time);
-        ASSERT_EQ(reception.isDecoded, expected.isDecoded);
-        EXPECT_EQ(reception.address, expected.address);
-        EXPECT_EQ(reception.confidence, expected.confidence);
-        EXPECT_EQ(reception.repairs, expected.repairs);
-        EXPECT_EQ(reception.repairedBits, expected.repairedBits);
+        auto const reply = _receiver.receive(text, frame.time);
+        ASSERT_EQ(reply.isDecoded, expected.isDecoded);
+        EXPECT_EQ(reply.address, expected.address);
+        EXPECT_EQ(reply.confidence, expected.confidence);
+        EXPECT_EQ(reply.repairs, expected.repairs);
+        EXPECT_EQ(reply.repairedBits, expected.repairedBits);
         ++_frames;
-        _repaired += reception.repairs > 0 ? 1 : 0;
+        _repaired += reply.repairs > 0 ? 1 : 0;
     }
 
     // Every frame of a recording, and the same with some bits damaged.
@@ -73,7 +73,7 @@ private:
 
 } // namespace
 
-TEST(Reception, GradesTheSampleAsTheDecoderDoes) {
+TEST(FrameReceiver, GradesTheSampleAsTheDecoderDoes) {
     auto const files = recordings(TREVALLO_TEST_FOLDER "/../data");
     ASSERT_FALSE(files.empty());
     for (auto const& file : files) {
@@ -85,7 +85,7 @@ TEST(Reception, GradesTheSampleAsTheDecoderDoes) {
     }
 }
 
-TEST(Reception, GradesEveryRecordingAsTheDecoderDoes) {
+TEST(FrameReceiver, GradesEveryRecordingAsTheDecoderDoes) {
     auto const files = recordings(TREVALLO_RECORDINGS);
     if (files.empty()) GTEST_SKIP() << "there are no recordings in " << TREVALLO_RECORDINGS;
     std::size_t frames = 0;
@@ -98,7 +98,7 @@ TEST(Reception, GradesEveryRecordingAsTheDecoderDoes) {
     EXPECT_GT(frames, 200'000U);
 }
 
-TEST(Reception, GradesNoiseAsTheDecoderDoes) {
+TEST(FrameReceiver, GradesNoiseAsTheDecoderDoes) {
     Noise noise(12);
     Twins twins;
     for (unsigned i = 0; i < 50'000; ++i) {
@@ -108,7 +108,7 @@ TEST(Reception, GradesNoiseAsTheDecoderDoes) {
     }
 }
 
-TEST(Reception, TrustGoesByTheTimeOfTheFrames) {
+TEST(FrameReceiver, TrustGoesByTheTimeOfTheFrames) {
     using namespace quorvel::modes::test;
     FrameReceiver receiver;
     receiver.receive(squitter(0x4CA123, identification("TEST")), kNoon);
@@ -117,24 +117,24 @@ TEST(Reception, TrustGoesByTheTimeOfTheFrames) {
     EXPECT_EQ(receiver.receive(reply, kNoon + 1'201'000).confidence, ModeSMessage::LOW) << "ten minutes and a second";
 }
 
-TEST(Reception, ARepairedSquitterIsReadAsItWasSent) {
+TEST(FrameReceiver, ARepairedSquitterIsReadAsItWasSent) {
     using namespace quorvel::modes::test;
     auto frame = squitter(0x4CA123, identification("TEST"));
     frame[5] = static_cast<char>(frame[5] ^ 0x40);
     FrameReceiver receiver;
-    auto const reception = receiver.receive(frame, kNoon);
-    auto const& sent = std::get<ExtendedSquitter>(reception.message);
+    auto const reply = receiver.receive(frame, kNoon);
+    auto const& sent = std::get<ExtendedSquitter>(reply.message);
     EXPECT_EQ(std::get<Identification>(sent.content).callsign.text(), "TEST");
-    EXPECT_EQ(reception.repairs, 1);
-    EXPECT_EQ(reception.repairedBits[0], 42) << "counted from 1";
-    EXPECT_EQ(reception.confidence, ModeSMessage::HIGH);
+    EXPECT_EQ(reply.repairs, 1);
+    EXPECT_EQ(reply.repairedBits[0], 42) << "counted from 1";
+    EXPECT_EQ(reply.confidence, ModeSMessage::HIGH);
 }
 
-TEST(Reception, BytesThatAreNoFrameGiveNothing) {
+TEST(FrameReceiver, BytesThatAreNoFrameGiveNothing) {
     FrameReceiver receiver;
     for (auto const* bytes : {"", "\x8D", "\x20\x11"}) {
-        auto const reception = receiver.receive(bytes, kNoon);
-        EXPECT_FALSE(reception.isDecoded);
-        EXPECT_TRUE(std::holds_alternative<std::monostate>(reception.message));
+        auto const reply = receiver.receive(bytes, kNoon);
+        EXPECT_FALSE(reply.isDecoded);
+        EXPECT_TRUE(std::holds_alternative<std::monostate>(reply.message));
     }
 }
