@@ -10,6 +10,7 @@ import re
 import subprocess
 import tempfile
 
+from patience import PATIENCE
 from program_support import PROGRAM, SAMPLE, expect, expect_failure, finish, run
 
 IDENTIFICATION = "8D4840D6202CC371C32CE0576098"
@@ -33,7 +34,7 @@ def in_terminal(*arguments, env=None):
             break
         output += piece
     os.close(main)
-    return subprocess.CompletedProcess(process.args, process.wait(timeout=60), output, b"")
+    return subprocess.CompletedProcess(process.args, process.wait(timeout=PATIENCE), output, b"")
 
 
 def test_decode(folder):
@@ -80,7 +81,7 @@ def test_decode(folder):
     expect_failure("a version that is none", 2, "decode", "--version-of-mops", "3", IDENTIFICATION,
                    about="--version-of-mops")
     with open("/dev/full", "wb") as full:
-        result = subprocess.run([PROGRAM, "decode", IDENTIFICATION], stdout=full, stderr=subprocess.PIPE, timeout=60)
+        result = subprocess.run([PROGRAM, "decode", IDENTIFICATION], stdout=full, stderr=subprocess.PIPE, timeout=PATIENCE)
         result.stdout = b""
         expect("an output that cannot be written", result.returncode == 1 and result.stderr.count(b"\n") == 1, result)
 
