@@ -34,7 +34,7 @@ def code(repository, file, start):
 def output(repository, program, folder, extent):
     with open(repository / RECORDING, "rb") as recording:
         run = subprocess.run([program], stdin=recording, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, cwd=folder,
-                             text=True, check=True, timeout=60)
+                             text=True, check=True, timeout=300)
     if extent is None:
         return run.stdout
     lines = run.stdout.splitlines(keepends=True)

@@ -40,7 +40,7 @@ def offers(*words):
     else:
         split = [part for word in words for part in word.replace("=", " = ").split(" ") if part or word == ""]
         command = [SHELL, "--norc", "-c", BASH, "bash", COMPLETION, PROGRAM, *split]
-    return subprocess.run(command, capture_output=True, text=True, timeout=60).stdout.split()
+    return subprocess.run(command, capture_output=True, text=True, timeout=300).stdout.split()
 
 
 def expect(what, condition, words, offered):

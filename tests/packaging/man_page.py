@@ -18,7 +18,7 @@ def roff(text):
 
 def blocks_of_help(command):
     """The blocks between blank lines, by title; the first is "" and what has no title follows as "Examples"."""
-    text = subprocess.run([PROGRAM, *command, "--help"], capture_output=True, check=True, text=True, timeout=60).stdout
+    text = subprocess.run([PROGRAM, *command, "--help"], capture_output=True, check=True, text=True, timeout=300).stdout
     blocks = {"": text.partition("\nUsage: ")[0], "Usage": re.search(r"^Usage: (.*)$", text, re.M).group(1)}
     for title in ("Positionals", "Options", "Subcommands", "Examples"):
         found = re.search(rf"^{title}:\n((?:(?: .*)?\S.*\n)+)", text, re.M)

@@ -9,6 +9,8 @@ import subprocess
 import sys
 import tempfile
 
+from patience import PATIENCE
+
 PROGRAM, SAMPLE, *PAGES = sys.argv[1:]
 faults = 0
 
@@ -35,7 +37,7 @@ def check(page, folder):
     for command, shown in examples(page.read_text(encoding="utf-8")):
         count += 1
         result = subprocess.run(command, shell=True, cwd=folder, text=True, stdout=subprocess.PIPE,
-                                stderr=subprocess.STDOUT, timeout=60)
+                                stderr=subprocess.STDOUT, timeout=PATIENCE)
         if not matches(shown, result.stdout.rstrip("\n")):
             faults += 1
             print(f"{page.name} does not show what is printed by: {command}\n{result.stdout}")

@@ -5,12 +5,14 @@ import os
 import subprocess
 import sys
 
+from patience import PATIENCE
+
 PROGRAM, SAMPLE = sys.argv[1:3]
 faults = 0
 
 
 def run(*arguments, stdin=b"", env=None):
-    return subprocess.run([PROGRAM, *map(str, arguments)], input=stdin, capture_output=True, timeout=180,
+    return subprocess.run([PROGRAM, *map(str, arguments)], input=stdin, capture_output=True, timeout=PATIENCE,
                           env={**os.environ, **(env or {})})
 
 

@@ -11,6 +11,7 @@ import tempfile
 import termios
 import time
 
+from patience import PATIENCE
 from program_support import PROGRAM, SAMPLE, expect, expect_failure, finish, run
 
 IDENTIFICATION = "*8D4840D6202CC371C32CE0576098;\n"
@@ -52,7 +53,7 @@ def handed_on(process, data, pieces):
 
 
 def finished(process):
-    out, err = process.communicate(timeout=60)
+    out, err = process.communicate(timeout=PATIENCE)
     return subprocess.CompletedProcess(process.args, process.returncode, out, err)
 
 
@@ -62,14 +63,14 @@ with tempfile.TemporaryDirectory() as name:
         pages, database = folder / f"pages {stop}", folder / f"aircraft {stop}.csv"
         process = started("track", "--format", "avr", "--html", str(pages), "--db", str(database), "-")
         process.send_signal(stop)
-        process.wait(timeout=60)  # with its input still open
+        process.wait(timeout=PATIENCE)  # with its input still open
         result = finished(process)
         expect(f"{stop.name} ends the reading and leaves table, pages and database", result.returncode == 0
                and b"4840D6  KLM1023" in result.stdout and (pages / "4840D6.html").is_file() and database.is_file()
                and result.stderr == f"trevallo: stopped by {stop.name} after 20 frames\n".encode(), result)
     process = started("stats", "--from", "avr", "-")
     process.send_signal(signal.SIGHUP)
-    process.wait(timeout=60)
+    process.wait(timeout=PATIENCE)
     result = finished(process)
     expect("a closed terminal ends the reading of other commands too", result.returncode == 0
            and b"stopped by SIGHUP" in result.stderr and b"20" in result.stdout, result)
@@ -77,7 +78,7 @@ with tempfile.TemporaryDirectory() as name:
     process.stdout.close()
     process.send_signal(signal.SIGINT)
     process.stdin.close()
-    status = process.wait(timeout=60)
+    status = process.wait(timeout=PATIENCE)
     expect("an output that went away is an error", status == 1, subprocess.CompletedProcess([], status, b"", process.stderr.read()))
 
     avr = folder / "one.avr"
@@ -183,7 +184,7 @@ with tempfile.TemporaryDirectory() as name:
     expect_failure("a number for a name", 2, "track", "--format", "3", str(avr), about="--format")
     expect_failure("a timeout that is none", 2, "track", "--timeout", "nan", str(avr), about="timeout")
     gone = folder / "gone.csv"
-    result = subprocess.run(["sh", "-c", f"'{PROGRAM}' track --db '{gone}' '{SAMPLE}' | true"], capture_output=True, timeout=60)
+    result = subprocess.run(["sh", "-c", f"'{PROGRAM}' track --db '{gone}' '{SAMPLE}' | true"], capture_output=True, timeout=PATIENCE)
     expect("the database is saved when the output goes away", gone.is_file(), result)
     expect_failure("an unknown format", 1, "track", "-", stdin=b"hello\n" * 20, about="cannot detect the format")
     expect_failure("a bad option", 2, "track", "--nonsense", str(avr))
@@ -245,7 +246,7 @@ with tempfile.TemporaryDirectory() as name:
            and result.stderr == b"trevallo: stopped by SIGINT\n", result)
     expect_failure("a full disk", 1, "simulate", "--output", "/dev/full", about="cannot write")
     with open("/dev/full", "wb") as full:
-        result = subprocess.run([PROGRAM, "track", str(avr)], stdout=full, stderr=subprocess.PIPE, timeout=60)
+        result = subprocess.run([PROGRAM, "track", str(avr)], stdout=full, stderr=subprocess.PIPE, timeout=PATIENCE)
         result.stdout = b""
         expect("a table that cannot be written", result.returncode == 1 and result.stderr.count(b"\n") == 1, result)
 

@@ -10,7 +10,7 @@ import subprocess
 import threading
 import time
 
-PATIENCE = 60  # seconds
+from patience import PATIENCE
 
 
 def wait_for(what, condition):
