@@ -198,8 +198,9 @@ std::optional<PayloadView> Dissector::readPayload(std::string const& frame, std:
 
 // The position, if this frame has completed a pair, or repeats one that has.
 std::optional<PositionView> Dissector::positionOf(airspace::Reply const& reply) const {
-    bool const isPosition = reply.track != 0 && reply.type == ADSBMessage::POS_AIR;
-    auto const aircraft = isPosition ? _sky.find(reply.address, _now) : std::nullopt;
+    auto const* squitter = std::get_if<airspace::ExtendedSquitter>(&reply.message);
+    bool const isPosition = squitter && std::holds_alternative<airspace::AirbornePosition>(squitter->content);
+    auto const aircraft = reply.isTracked && isPosition ? _sky.find(reply.address, _now) : std::nullopt;
     if (!aircraft || !aircraft->position.value || aircraft->position.updated != _now) return std::nullopt;
     return PositionView{aircraft->position.value->latitude, aircraft->position.value->longitude};
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <airspace/sky.h>
+#include <airspace/core_sky.h>
 #include <modes/adsb_decoder.h>
 
 #include <optional>
@@ -87,7 +87,7 @@ private:
     void dropSilent();
 
     Versions _versions;
-    airspace::Sky _sky;
+    airspace::CoreSky _sky;
     modes::ADSBDecoder _payloadDecoder;
     airspace::TimeMs _now = 0;
     airspace::TimeMs _lastDrop = 0;

@@ -27,7 +27,7 @@ void RecordingStats::take(airspace::Frame const& frame) {
     auto const reply = _sky.take(frame);
     if (reply.format) countParity(reply);
     if (reply.typeCode) ++_typeCodes[*reply.typeCode];
-    if (reply.track != 0) countAircraft(reply, frame.time);
+    if (reply.isTracked) countAircraft(reply, frame.time);
     if (frame.time < _lastDrop + kDropInterval) return;
     _lastDrop = frame.time;
     _sky.dropSilent(frame.time);
@@ -47,10 +47,11 @@ void RecordingStats::countParity(airspace::Reply const& reply) {
 }
 
 void RecordingStats::countAircraft(airspace::Reply const& reply, airspace::TimeMs time) {
-    auto& tally = _aircraft[reply.address];
+    auto const kind = airspace::headerOf(reply.message)->addressKind;
+    auto& tally = _aircraft[airspace::addressText(reply.address, kind)];
     ++tally.replies;
-    if (!reply.typeCode) return; // no other reply has a say in callsign and version
-    auto const aircraft = _sky.find(reply.address, time);
+    if (!reply.typeCode && !reply.registerChoice) return; // no other reply has a say in callsign and version
+    auto const aircraft = _sky.find(reply, time);
     tally.callsign = aircraft->callsign.value.value_or(tally.callsign);
     if (aircraft->mopsVersionConfirmed) tally.version = aircraft->mopsVersion.value;
 }

@@ -49,7 +49,7 @@ public:
     RateHistory const& rates() const { return _rates; }
     airspace::Counts const& counters() const { return _counters; }
     ParityCounts const& parity() const { return _parity; }
-    std::map<unsigned, AircraftTally> const& aircraft() const { return _aircraft; }
+    std::map<std::string, AircraftTally> const& aircraft() const { return _aircraft; }
 
     /// ADS-B messages by type code.
     std::array<std::uint64_t, 32> const& typeCodes() const { return _typeCodes; }
@@ -67,7 +67,7 @@ private:
     airspace::TimeMs _lastDrop = 0;
     airspace::Counts _counters;
     ParityCounts _parity;
-    std::map<unsigned, AircraftTally> _aircraft;
+    std::map<std::string, AircraftTally> _aircraft;
     std::array<std::uint64_t, 32> _typeCodes{};
     std::array<std::uint64_t, kSignalBands> _signals{};
 };

@@ -165,7 +165,7 @@ Bars signalBars(RecordingStats const& stats) {
     return bars;
 }
 
-using Tallies = std::vector<std::pair<unsigned, AircraftTally>>;
+using Tallies = std::vector<std::pair<std::string, AircraftTally>>;
 
 Tallies mostReplies(RecordingStats const& stats) {
     Tallies tallies(stats.aircraft().begin(), stats.aircraft().end());
@@ -181,7 +181,7 @@ std::string aircraftTableOf(RecordingStats const& stats, std::size_t most) {
     std::vector<TableRow> rows;
     for (auto const& [address, tally] : tallies) {
         auto const callsign = files::printable(tally.callsign);
-        rows.push_back({airspace::addressText(address), callsign.empty() ? "-" : callsign,
+        rows.push_back({address, callsign.empty() ? "-" : callsign,
             tally.version ? std::to_string(*tally.version) : "-", std::to_string(tally.replies)});
     }
     if (rows.empty()) return "";
@@ -250,9 +250,8 @@ Json aircraftJsonOf(RecordingStats const& stats) {
     auto json = Json::array();
     for (auto const& [address, tally] : mostReplies(stats)) {
         auto const callsign = files::printable(tally.callsign);
-        json.push_back(
-            {{"icaoAddress", airspace::addressText(address)}, {"callsign", callsign.empty() ? Json() : Json(callsign)},
-                {"mopsVersion", tally.version ? Json(*tally.version) : Json()}, {"replies", tally.replies}});
+        json.push_back({{"icaoAddress", address}, {"callsign", callsign.empty() ? Json() : Json(callsign)},
+            {"mopsVersion", tally.version ? Json(*tally.version) : Json()}, {"replies", tally.replies}});
     }
     return json;
 }

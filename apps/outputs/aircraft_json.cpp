@@ -3,6 +3,7 @@
 
 #include "files/host_error.h"
 #include "files/replaced_file.h"
+#include "outputs/item_text.h"
 #include "outputs/output_text.h"
 #include "outputs/shown_aircraft.h"
 
@@ -12,6 +13,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <initializer_list>
 #include <utility>
 
 namespace quorvel::outputs {
@@ -24,14 +26,14 @@ double rounded(double number, double steps) { return std::round(number * steps) 
 
 std::string dumped(Json const& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n"; }
 
-char const* textOf(airspace::Emergency emergency) {
+airspace::EmergencyState stateOf(airspace::Emergency emergency) {
     switch (emergency) {
-    case airspace::Emergency::Unlawful: return "unlawful";
-    case airspace::Emergency::Radio: return "nordo";
-    case airspace::Emergency::General: return "general";
+    case airspace::Emergency::Unlawful: return airspace::EmergencyState::UnlawfulInterference;
+    case airspace::Emergency::Radio: return airspace::EmergencyState::NoCommunications;
+    case airspace::Emergency::General: return airspace::EmergencyState::General;
     case airspace::Emergency::None: break;
     }
-    return "none";
+    return airspace::EmergencyState::None;
 }
 
 // Level of a signal, full scale being 255, in decibels of power.
@@ -40,21 +42,105 @@ double decibels(unsigned char amplitude) {
     return rounded(20 * std::log10(amplitude / kFullScale), 10);
 }
 
+// What the format calls an aircraft of this kind of address whose best items are of this source.
+struct TypeName {
+    airspace::AddressKind address;
+    airspace::Source source;
+    char const* name;
+};
+constexpr TypeName kTypeNames[] = {
+    {airspace::AddressKind::Icao, airspace::Source::AdsB, "adsb_icao"},
+    {airspace::AddressKind::Icao, airspace::Source::AdsR, "adsr_icao"},
+    {airspace::AddressKind::Icao, airspace::Source::TisB, "tisb_icao"},
+    {airspace::AddressKind::NonIcao, airspace::Source::AdsB, "adsb_other"},
+    {airspace::AddressKind::NonIcao, airspace::Source::AdsR, "adsr_other"},
+    {airspace::AddressKind::TrackFile, airspace::Source::TisB, "tisb_trackfile"},
+    {airspace::AddressKind::TisB, airspace::Source::TisB, "tisb_other"},
+};
+
+// The best source of the items that are not old.
+airspace::Source bestSource(Aircraft const& a) {
+    auto best = airspace::Source::ModeS;
+    airspace::visitItems(a, [&](airspace::ItemText const&, auto const& item) {
+        bool const isFresh = item.updated != 0 && a.age(item.updated) <= kPositionShown;
+        if (isFresh && item.source != airspace::Source::None && item.source < best) best = item.source;
+    });
+    return best;
+}
+
+char const* typeOf(Aircraft const& a) {
+    auto const source = bestSource(a);
+    for (auto const& each : kTypeNames) {
+        if (each.address == a.addressKind && each.source == source) return each.name;
+    }
+    return a.addressKind == airspace::AddressKind::Icao ? "mode_s" : "other";
+}
+
 void addIdentity(Json& to, Aircraft const& a) {
     if (a.callsign.value) to["flight"] = files::printable(*a.callsign.value);
-    if (a.squawk.value) {
-        to["squawk"] = airspace::textOf(*a.squawk.value);
-        to["emergency"] = textOf(a.squawk.value->emergency());
+    if (a.registration.value) to["r"] = files::printable(*a.registration.value);
+    if (a.squawk.value) to["squawk"] = airspace::textOf(*a.squawk.value);
+    if (a.squawk.value || a.emergency.value) {
+        auto const state = a.emergency.value.value_or(stateOf(a.squawk.value.value_or(airspace::Squawk{}).emergency()));
+        to["emergency"] = nameOf(state);
     }
     if (auto const& category = a.emitterCategory.value; category && category->set != 0) {
         to["category"] = std::string(1, category->set) + std::to_string(category->number);
     }
     if (a.alertStatus.value) to["alert"] = *a.alertStatus.value ? 1 : 0;
     if (a.spiStatus.value) to["spi"] = *a.spiStatus.value ? 1 : 0;
+    if (a.isMilitaryAddress) to["dbFlags"] = 1;
 }
 
-// What moves is left out when it is old: the format has no ages for it.
-void addMotion(Json& to, Aircraft const& a) {
+// Numbers that are left out when they are old: the format has no ages for them.
+struct FreshNumber {
+    char const* key;
+    double (*number)(Aircraft const&, bool& isThere);
+    double steps; // of 1, to which it is rounded
+};
+
+template <auto Item> double numberOf(Aircraft const& a, bool& isThere) {
+    auto const& item = a.*Item;
+    isThere = item.value && a.age(item.updated) <= kPositionShown;
+    return isThere ? static_cast<double>(*item.value) : 0.0;
+}
+
+using A = airspace::Aircraft;
+constexpr FreshNumber kNumbers[] = {
+    {"alt_geom", numberOf<&A::altitudeGnss>, 1},
+    {"gs", numberOf<&A::groundSpeed>, 10},
+    {"ias", numberOf<&A::indicatedAirspeed>, 1},
+    {"tas", numberOf<&A::trueAirspeed>, 1},
+    {"mach", numberOf<&A::mach>, 1000},
+    {"wd", numberOf<&A::windDirection>, 1},
+    {"ws", numberOf<&A::windSpeed>, 1},
+    {"oat", numberOf<&A::temperature>, 1},
+    {"tat", numberOf<&A::totalTemperature>, 1},
+    {"track", numberOf<&A::track>, 100},
+    {"track_rate", numberOf<&A::trackRate>, 100},
+    {"roll", numberOf<&A::roll>, 100},
+    {"mag_heading", numberOf<&A::magneticHeading>, 100},
+    {"true_heading", numberOf<&A::trueHeading>, 100},
+    {"baro_rate", numberOf<&A::verticalRateBaro>, 1},
+    {"geom_rate", numberOf<&A::verticalRateGnss>, 1},
+    {"nav_qnh", numberOf<&A::pressureSetting>, 10},
+    {"nav_altitude_mcp", numberOf<&A::selectedAltitude>, 1},
+    {"nav_altitude_fms", numberOf<&A::selectedAltitudeManagement>, 1},
+    {"nav_heading", numberOf<&A::selectedHeading>, 100},
+};
+
+void addNumber(Json& to, FreshNumber const& number, Aircraft const& a) {
+    bool isThere = false;
+    auto const value = number.number(a, isThere);
+    if (!isThere) return;
+    if (number.steps == 1) {
+        to[number.key] = std::lround(value);
+    } else {
+        to[number.key] = rounded(value, number.steps);
+    }
+}
+
+void addAltitude(Json& to, Aircraft const& a) {
     auto const fresh = [&](auto const& item) {
         return a.age(item.updated) <= kPositionShown ? item.value : std::nullopt;
     };
@@ -63,38 +149,69 @@ void addMotion(Json& to, Aircraft const& a) {
     } else if (auto const altitude = fresh(a.altitudeBaro)) {
         to["alt_baro"] = *altitude;
     }
-    if (auto const speed = fresh(a.groundSpeed)) to["gs"] = rounded(*speed, 10);
-    if (auto const heading = fresh(a.heading)) to["track"] = rounded(*heading, 100);
-    if (auto const rate = fresh(a.verticalRateBaro)) to["baro_rate"] = *rate;
+}
+
+void addModes(Json& to, Aircraft const& a) {
+    if (!a.selectedModes.value || a.age(a.selectedModes.updated) > kPositionShown) return;
+    to["nav_modes"] = namesOf(*a.selectedModes.value);
+}
+
+void addPosition(Json& to, Aircraft const& a) {
     if (!showsPosition(a)) return;
     to["lat"] = rounded(a.position.value->latitude, 1e6);
     to["lon"] = rounded(a.position.value->longitude, 1e6);
+    if (a.nic.value) to["nic"] = *a.nic.value;
+    if (a.radius.value) to["rc"] = std::lround(*a.radius.value);
     to["seen_pos"] = seconds(a.age(a.position.updated));
+    if (a.distance.value) to["r_dst"] = rounded(*a.distance.value, 1000);
+    if (a.bearing.value) to["r_dir"] = rounded(*a.bearing.value, 10);
 }
 
 void addQuality(Json& to, Aircraft const& a) {
-    if (a.mopsVersionConfirmed && a.mopsVersion.value) {
-        to["version"] = static_cast<unsigned int>(*a.mopsVersion.value);
-    }
+    if (a.mopsVersionConfirmed && a.mopsVersion.value) to["version"] = *a.mopsVersion.value;
     if (a.nucp.value) to["nucp"] = *a.nucp.value;
-    if (a.nic.value) to["nic"] = *a.nic.value;
+    if (a.nicBaro.value) to["nic_baro"] = *a.nicBaro.value ? 1 : 0;
     if (a.nacp.value) to["nac_p"] = *a.nacp.value;
+    if (a.nacv.value) to["nac_v"] = *a.nacv.value;
     if (a.sil.value) to["sil"] = *a.sil.value;
+    if (a.silBasis.value) to["sil_type"] = nameOf(*a.silBasis.value);
+    if (a.gva.value) to["gva"] = *a.gva.value;
+    if (a.sda.value) to["sda"] = *a.sda.value;
+}
+
+// What a ground station brought, by the names of the format.
+void addTisB(Json& to, Aircraft const& a) {
+    auto& list = to["tisb"] = Json::array();
+    auto const add = [&](airspace::Source source, std::initializer_list<char const*> names) {
+        if (source != airspace::Source::TisB) return;
+        for (auto const* name : names) {
+            if (to.contains(name)) list.push_back(name);
+        }
+    };
+    add(a.callsign.source, {"flight"});
+    add(a.altitudeBaro.source, {"alt_baro"});
+    add(a.groundSpeed.source, {"gs"});
+    add(a.track.source, {"track"});
+    add(a.verticalRateGnss.source, {"geom_rate"});
+    add(a.position.source, {"lat", "lon", "nic", "rc"});
 }
 
 Json entry(Aircraft const& aircraft) {
-    auto hex = airspace::addressText(aircraft.address);
+    auto hex = airspace::addressText(aircraft.address, aircraft.addressKind);
     for (char& digit : hex) {
-        if (digit >= 'A') digit = static_cast<char>(digit - 'A' + 'a');
+        if (digit >= 'A' && digit <= 'F') digit = static_cast<char>(digit - 'A' + 'a');
     }
     Json object;
     object["hex"] = hex;
+    object["type"] = typeOf(aircraft);
     addIdentity(object, aircraft);
-    addMotion(object, aircraft);
+    addAltitude(object, aircraft);
+    for (auto const& number : kNumbers) addNumber(object, number, aircraft);
+    addModes(object, aircraft);
+    addPosition(object, aircraft);
     addQuality(object, aircraft);
-    // none of the values comes from multilateration or a traffic information service
-    object["mlat"] = Json::array();
-    object["tisb"] = Json::array();
+    object["mlat"] = Json::array(); // none of the values comes from multilateration
+    addTisB(object, aircraft);
     object["messages"] = aircraft.messages;
     object["seen"] = seconds(aircraft.age(aircraft.heard));
     // 0 is what encodings without a signal level give, and has no logarithm

@@ -31,11 +31,20 @@ double altitudeNumber(Aircraft const& a) {
 
 std::string speed(Aircraft const& a) { return a.groundSpeed.value ? fixed(*a.groundSpeed.value, 0) : std::string(); }
 
-std::string heading(Aircraft const& a) { return a.heading.value ? fixed(*a.heading.value, 1) : std::string(); }
+std::string track(Aircraft const& a) { return a.track.value ? fixed(*a.track.value, 1) : std::string(); }
+
+// Of the barometer where it has one that is not older.
+std::optional<int> verticalRate(Aircraft const& a) {
+    bool const isBaro = a.verticalRateBaro.value && a.verticalRateBaro.updated >= a.verticalRateGnss.updated;
+    return isBaro ? a.verticalRateBaro.value : a.verticalRateGnss.value;
+}
 
 std::string rate(Aircraft const& a) {
-    return a.verticalRateBaro.value ? std::to_string(*a.verticalRateBaro.value) : std::string();
+    auto const number = verticalRate(a);
+    return number ? std::to_string(*number) : std::string();
 }
+
+std::string distance(Aircraft const& a) { return a.distance.value ? fixed(*a.distance.value, 1) : std::string(); }
 
 airspace::Place placeOf(Aircraft const& a) { return a.position.value.value_or(airspace::Place{}); }
 
@@ -48,25 +57,41 @@ double positionAge(Aircraft const& a) { return seconds(a.age(a.position.updated)
 
 // In parentheses while only assumed.
 std::string version(Aircraft const& a) {
-    auto const number = a.mopsVersion.value ? std::to_string(*a.mopsVersion.value) : "?";
+    if (!a.mopsVersion.value) return a.trackNumber != 0 ? "(?)" : "";
+    auto const number = std::to_string(*a.mopsVersion.value);
     return a.mopsVersionConfirmed ? number : "(" + number + ")";
+}
+
+template <class Has> bool isAny(Picture const& picture, Has const& has) {
+    return std::any_of(picture.aircraft.begin(), picture.aircraft.end(), has);
+}
+
+// The core's tracker numbers its tracks.
+bool isNumbered(Picture const& picture) {
+    return isAny(picture, [](Aircraft const& a) { return a.trackNumber != 0; });
+}
+bool hasReceiver(Picture const& picture) {
+    return isAny(picture, [](Aircraft const& a) { return a.distance.value.has_value(); });
+}
+bool hasSeveralSources(Picture const& picture) {
+    return isAny(picture, [](Aircraft const& a) { return !a.source.empty(); });
 }
 
 // clang-format off
 Column const kColumns[] = {
-    {"Track", "", false, [](Aircraft const& a) { return std::to_string(a.track); },
-     "#", 4, 12, 'n', [](Aircraft const& a) { return static_cast<double>(a.track); }, false},
-    {"ICAO", "", true, [](Aircraft const& a) { return airspace::addressText(a.address); },
-     "ICAO", 6, 0, 'i', nullptr, false},
+    {"No.", "", false, [](Aircraft const& a) { return std::to_string(a.trackNumber); },
+     "#", 4, 12, 'n', [](Aircraft const& a) { return static_cast<double>(a.trackNumber); }, false, isNumbered},
+    {"ICAO", "", true, [](Aircraft const& a) { return a.name(); },
+     "ICAO", 7, 0, 'i', nullptr, false},
     {"Callsign", "", true, callsign, "Callsign", 8, 1, 'c', nullptr, false},
     {"Squawk", "", true, squawk, "Sqwk", 4, 4, 's', nullptr, false},
     {"Altitude", "ft", false, altitude, "Alt", 6, 2, 'a', altitudeNumber, false},
     {"Rate", "ft/min", false, rate, "Rate", 6, 10, 'w',
-     [](Aircraft const& a) { return static_cast<double>(a.verticalRateBaro.value.value_or(0)); }, false},
+     [](Aircraft const& a) { return static_cast<double>(verticalRate(a).value_or(0)); }, false},
     {"Speed", "kt", false, speed, "Spd", 4, 5, 'v',
      [](Aircraft const& a) { return a.groundSpeed.value.value_or(0); }, false},
-    {"Heading", "deg", false, heading, "Hdg", 5, 8, 'h',
-     [](Aircraft const& a) { return a.heading.value.value_or(0); }, false},
+    {"Track", "deg", false, track, "Trk", 5, 8, 'h',
+     [](Aircraft const& a) { return a.track.value.value_or(0); }, false},
     {"Latitude", "deg", false, [](Aircraft const& a) { return coordinate(a, placeOf(a).latitude); },
      "Lat", 9, 6, 'l', [](Aircraft const& a) { return placeOf(a).latitude; }, true},
     {"Longitude", "deg", false, [](Aircraft const& a) { return coordinate(a, placeOf(a).longitude); },
@@ -74,28 +99,30 @@ Column const kColumns[] = {
     {"Pos. age", "s", false,
      [](Aircraft const& a) { return a.position.value ? fixed(positionAge(a), 1) : std::string(); },
      "Pos", 5, 7, 'p', positionAge, true},
+    {"Distance", "NM", false, distance, "Dist", 5, 14, 'd',
+     [](Aircraft const& a) { return a.distance.value.value_or(0); }, true, hasReceiver},
     {"Version", "", false, version, "Ver", 3, 13, 'e', nullptr, false},
     {"Messages", "", false, [](Aircraft const& a) { return std::to_string(a.messages); },
      "Msgs", 6, 9, 'm', [](Aircraft const& a) { return static_cast<double>(a.messages); }, false},
     {"Age", "s", false, [](Aircraft const& a) { return fixed(age(a), 1); }, "Age", 5, 3, 'g', age, false},
     {"Source", "", true, [](Aircraft const& a) { return files::printable(a.source); },
-     "Source", 16, 11, 'u', nullptr, false},
+     "Source", 16, 11, 'u', nullptr, false, hasSeveralSources},
 };
 // clang-format on
 
-std::string line(
-    std::vector<std::string> const& cells, std::vector<std::size_t> const& widths, std::span<Column const> columns) {
+std::string line(std::vector<std::string> const& cells, std::vector<std::size_t> const& widths,
+    std::vector<Column const*> const& columns) {
     std::string text;
     for (std::size_t i = 0; i < cells.size(); ++i) {
-        text += (i == 0 ? "" : "  ") + aligned(cells[i], widths[i], columns[i].leftAligned);
+        text += (i == 0 ? "" : "  ") + aligned(cells[i], widths[i], columns[i]->leftAligned);
     }
     text.erase(text.find_last_not_of(' ') + 1);
     return text + "\n";
 }
 
-std::vector<std::string> rowOf(Aircraft const& aircraft, std::span<Column const> columns) {
+std::vector<std::string> rowOf(Aircraft const& aircraft, std::vector<Column const*> const& columns) {
     std::vector<std::string> cells;
-    for (auto const& column : columns) cells.push_back(column.text(aircraft));
+    for (auto const* column : columns) cells.push_back(column->text(aircraft));
     return cells;
 }
 
@@ -103,17 +130,19 @@ std::vector<std::string> rowOf(Aircraft const& aircraft, std::span<Column const>
 
 std::span<Column const> allColumns() { return kColumns; }
 
-std::span<Column const> columnsOf(Picture const& picture) {
-    bool const severalSources = std::any_of(
-        picture.aircraft.begin(), picture.aircraft.end(), [](Aircraft const& a) { return !a.source.empty(); });
-    return severalSources ? allColumns() : allColumns().first(allColumns().size() - 1);
+std::vector<Column const*> columnsOf(Picture const& picture) {
+    std::vector<Column const*> columns;
+    for (auto const& column : kColumns) {
+        if (!column.isWanted || column.isWanted(picture)) columns.push_back(&column);
+    }
+    return columns;
 }
 
 AircraftTable makeTable(Picture const& picture) {
     std::vector<Aircraft const*> sorted;
     for (auto const& aircraft : picture.aircraft) sorted.push_back(&aircraft);
     std::stable_sort(sorted.begin(), sorted.end(), [](Aircraft const* a, Aircraft const* b) {
-        return a->source != b->source ? a->source < b->source : a->track < b->track;
+        return a->source != b->source ? a->source < b->source : a->trackNumber < b->trackNumber;
     });
     AircraftTable table{columnsOf(picture), {}};
     for (auto const* aircraft : sorted) table.rows.push_back(rowOf(*aircraft, table.columns));
@@ -123,9 +152,9 @@ AircraftTable makeTable(Picture const& picture) {
 std::string tableText(AircraftTable const& table) {
     std::vector<std::string> headings;
     std::vector<std::string> units;
-    for (auto const& column : table.columns) {
-        headings.emplace_back(column.heading);
-        units.emplace_back(column.unit);
+    for (auto const* column : table.columns) {
+        headings.emplace_back(column->heading);
+        units.emplace_back(column->unit);
     }
     std::vector<std::size_t> widths(table.columns.size());
     auto const widen = [&](std::vector<std::string> const& cells) {

@@ -22,21 +22,23 @@ struct Column {
     char key;                          ///< there: sorts by this column
     double (*number)(Aircraft const&); ///< what to sort by; null for the text
     bool isPosition;                   ///< fades with the age of the position
+
+    bool (*isWanted)(Picture const&) = nullptr; ///< whether a picture has anything for it; null where it always has
 };
 
-/// All columns, from left to right. The last names the source.
+/// All columns, from left to right.
 std::span<Column const> allColumns();
 
-/// The columns of a picture: without the source where there is only one, or where all are merged.
-std::span<Column const> columnsOf(Picture const& picture);
+/// The columns of a picture: without those for which it has nothing.
+std::vector<Column const*> columnsOf(Picture const& picture);
 
 /// The cells of a table, a row for each aircraft.
 struct AircraftTable {
-    std::span<Column const> columns;
+    std::vector<Column const*> columns;
     std::vector<std::vector<std::string>> rows;
 };
 
-/// The aircraft of each source by track number.
+/// The aircraft of each source by track number, else by address.
 AircraftTable makeTable(Picture const& picture);
 
 /// The table as lines of text in aligned columns; "-" for what is not valid.

@@ -2,6 +2,7 @@
 #include "outputs/details.h"
 
 #include "outputs/columns.h"
+#include "outputs/item_text.h"
 #include "outputs/output_text.h"
 #include "outputs/shown_aircraft.h"
 
@@ -19,7 +20,8 @@ constexpr std::size_t kAgeWidth = 9;
 constexpr std::size_t kTimeWidth = 12; // 12:34:56.789
 constexpr std::size_t kLongTimeWidth = 24;
 constexpr int kColumnsForLongTimes = 107;
-constexpr int kDecimals = 6;
+constexpr int kDecimals = 3;
+constexpr int kDegreeDecimals = 6; // a tenth of a metre
 
 class Details {
 public:
@@ -74,8 +76,9 @@ private:
 
 void addIdentification(Details& to, Aircraft const& a) {
     to.section("Identification");
-    to.row("Track number", a.track != 0, std::to_string(a.track), a.heard);
-    to.row("ICAO address", a.address != 0, airspace::addressText(a.address), a.heard);
+    if (a.trackNumber != 0) to.row("Track number", true, std::to_string(a.trackNumber), a.heard);
+    to.row("Address", true, a.name(), a.heard);
+    if (!a.state.empty()) to.row("State", true, std::string(a.state) + (a.isMilitaryAddress ? ", military" : ""));
     to.row("Source", !a.source.empty(), files::printable(a.source));
     to.row("Messages", true, std::to_string(a.messages));
     to.row("Positions refused", true, std::to_string(a.positionsRefused));
@@ -87,9 +90,14 @@ std::string textOf(airspace::EmitterCategory category) {
 }
 std::string textOf(double value) { return fixed(value, kDecimals); }
 template <class Number> std::string textOf(Number value) { return std::to_string(value); }
-std::string textOf(modes::MOPSVersion version) {
-    constexpr char const* kNames[] = {"0 (DO-260)", "1 (DO-260A)", "2 (DO-260B)"};
-    return kNames[version];
+std::string textOf(airspace::ResolutionAdvisory const& advisory) { return wordsOf(advisory); }
+std::string textOf(airspace::EmergencyState emergency) { return nameOf(emergency); }
+std::string textOf(airspace::SilBasis basis) { return nameOf(basis); }
+
+std::string textOf(airspace::SelectedModes const& modes) {
+    std::string text;
+    for (auto const& name : namesOf(modes)) text += (text.empty() ? "" : " ") + name;
+    return text.empty() ? "none" : text;
 }
 
 // Names of the two values of a flag; other values are numbers.
@@ -115,27 +123,34 @@ template <class T> std::string valueText(airspace::ItemText const& text, T const
     return textOf(value) + (text.unit.empty() ? "" : " " + std::string(text.unit));
 }
 
+std::string versionText(Aircraft const& a) {
+    constexpr std::string_view kDocuments[] = {"0 (DO-260)", "1 (DO-260A)", "2 (DO-260B)"};
+    if (!a.mopsVersion.value) return "unknown";
+    auto const version = *a.mopsVersion.value;
+    auto const text = version < std::size(kDocuments) ? std::string(kDocuments[version]) : std::to_string(version);
+    return text + (a.mopsVersionConfirmed ? "" : ", assumed");
+}
+
+// What was never reported is left out.
+template <class T> bool isReported(airspace::Item<T> const& item) { return item.value || item.updated != 0; }
+
 template <class T>
-void addItem(Details& to, airspace::ItemText const& text, airspace::Item<T> const& item, Aircraft const&) {
-    to.row(std::string(text.label), item.value.has_value(), item.value ? valueText(text, *item.value) : "",
-        item.updated, item.changed);
+void addItem(Details& to, airspace::ItemText const& text, airspace::Item<T> const& item, Aircraft const& a) {
+    if (!isReported(item)) return;
+    auto const value = text.name == "mopsVersion" ? versionText(a) : item.value ? valueText(text, *item.value) : "";
+    to.row(std::string(text.label), item.value.has_value(), value, item.updated, item.changed);
 }
 
 void addItem(
     Details& to, airspace::ItemText const& text, airspace::Item<airspace::Place> const& item, Aircraft const&) {
+    if (!isReported(item)) return;
     auto const place = item.value.value_or(airspace::Place{});
     modes::ADSBTargetReport report; // words positions
     report.setPosition(place.latitude, place.longitude);
     bool const valid = item.value.has_value();
     to.row(std::string(text.label), valid, report.positionString(), item.updated);
-    to.row("Latitude", valid, fixed(place.latitude, kDecimals), item.updated);
-    to.row("Longitude", valid, fixed(place.longitude, kDecimals), item.updated);
-}
-
-void addItem(
-    Details& to, airspace::ItemText const& text, airspace::Item<modes::MOPSVersion> const& item, Aircraft const& a) {
-    to.row(std::string(text.label), true, item.value ? textOf(*item.value) : "unknown", item.updated, item.changed);
-    to.row("MOPS certainty", true, a.mopsVersionConfirmed ? "confirmed" : "assumed", item.updated, item.changed);
+    to.row("Latitude", valid, fixed(place.latitude, kDegreeDecimals), item.updated);
+    to.row("Longitude", valid, fixed(place.longitude, kDegreeDecimals), item.updated);
 }
 
 using Group = airspace::ItemText::Group;
@@ -155,7 +170,7 @@ terminal::Screen details(Aircraft const& aircraft, int columns) {
     Details details(aircraft, columns);
     addIdentification(details, aircraft);
     addSection(details, "Static", {Group::Identity, Group::Status}, aircraft);
-    addSection(details, "Tactical", {Group::Motion}, aircraft);
+    addSection(details, "Tactical", {Group::Motion, Group::Air, Group::Intent}, aircraft);
     addSection(details, "Quality", {Group::Quality}, aircraft);
     return std::move(details).take();
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "outputs/json_lines.h"
 
+#include "outputs/item_text.h"
 #include "outputs/output_text.h"
 #include "outputs/shown_aircraft.h"
 
@@ -31,9 +32,14 @@ public:
         add(name + "Ms", time, time != 0);
     }
 
-    void addUpdate(std::string const& item, airspace::TimeMs time) {
-        addTime(item + "LastUpdate", time);
-        add(item + "Age", seconds(_aircraft.age(time)), time != 0);
+    // Where it comes from and since when, of an item that was reported.
+    template <class T> void addReport(airspace::ItemText const& text, airspace::Item<T> const& item) {
+        if (item.updated == 0) return;
+        std::string const name(text.name);
+        add(name + "Source", nameOf(item.source));
+        addTime(name + "LastUpdate", item.updated);
+        add(name + "Age", seconds(_aircraft.age(item.updated)));
+        if (text.hasChange) addTime(name + "LastChange", item.changed);
     }
 
     std::string line() const { return _text + "}\n"; }
@@ -49,7 +55,10 @@ private:
 template <class T> T const& jsonOf(T const& value) { return value; }
 unsigned jsonOf(airspace::Squawk squawk) { return squawk.code; }
 unsigned jsonOf(airspace::EmitterCategory category) { return category.number; }
-unsigned jsonOf(modes::MOPSVersion version) { return version; }
+char const* jsonOf(airspace::EmergencyState emergency) { return nameOf(emergency); }
+char const* jsonOf(airspace::SilBasis basis) { return nameOf(basis); }
+std::string jsonOf(airspace::ResolutionAdvisory const& advisory) { return wordsOf(advisory); }
+std::vector<std::string> jsonOf(airspace::SelectedModes const& modes) { return namesOf(modes); }
 
 template <class T>
 void addValue(Snapshot& to, std::string const& name, airspace::Item<T> const& item, Aircraft const&) {
@@ -68,12 +77,6 @@ void addValue(Snapshot& to, std::string const& name, airspace::Item<airspace::Sq
     to.add(name + "String", textOf(squawk), item.value.has_value());
 }
 
-void addValue(
-    Snapshot& to, std::string const& name, airspace::Item<modes::MOPSVersion> const& item, Aircraft const& aircraft) {
-    to.add(name, jsonOf(item.value.value_or(modes::MOPS_V0)), item.value.has_value());
-    to.add(name + "Confirmed", aircraft.mopsVersionConfirmed);
-}
-
 } // namespace
 
 std::string jsonLine(Picture const& picture, Aircraft const& aircraft) {
@@ -81,9 +84,14 @@ std::string jsonLine(Picture const& picture, Aircraft const& aircraft) {
     snapshot.addTime("now", aircraft.now);
     snapshot.add("timeKnown", timeKnown(picture, aircraft));
     snapshot.add("source", aircraft.source, !aircraft.source.empty());
-    snapshot.add("trackId", aircraft.track, aircraft.track != 0);
-    snapshot.add("icaoAddress", aircraft.address, aircraft.address != 0);
-    snapshot.add("icaoAddressString", airspace::addressText(aircraft.address), aircraft.address != 0);
+    bool const isIcao = aircraft.addressKind == airspace::AddressKind::Icao;
+    snapshot.add("trackId", aircraft.trackNumber, aircraft.trackNumber != 0);
+    snapshot.add("address", aircraft.name());
+    snapshot.add("icaoAddress", aircraft.address, isIcao);
+    snapshot.add("icaoAddressString", aircraft.name(), isIcao);
+    snapshot.add("state", aircraft.state, !aircraft.state.empty());
+    snapshot.add("stateCode", aircraft.stateCode, !aircraft.stateCode.empty());
+    snapshot.add("isMilitaryAddress", aircraft.isMilitaryAddress);
     snapshot.addTime("lastUpdate", aircraft.heard);
     snapshot.add("age", seconds(aircraft.age(aircraft.heard)), aircraft.heard != 0);
     snapshot.add("messages", aircraft.messages);
@@ -91,8 +99,8 @@ std::string jsonLine(Picture const& picture, Aircraft const& aircraft) {
     airspace::visitItems(aircraft, [&](airspace::ItemText const& text, auto const& item) {
         std::string const name(text.name);
         addValue(snapshot, name, item, aircraft);
-        snapshot.addUpdate(name, item.updated);
-        if (text.hasChange) snapshot.addTime(name + "LastChange", item.changed);
+        if (name == "mopsVersion") snapshot.add(name + "Confirmed", aircraft.mopsVersionConfirmed);
+        snapshot.addReport(text, item);
     });
     return snapshot.line();
 }
@@ -102,7 +110,7 @@ JsonLines::JsonLines(std::unique_ptr<Sink> sink) : _sink(std::move(sink)) {}
 void JsonLines::picture(Picture const& picture) {
     std::map<Key, State> written;
     for (auto const& aircraft : picture.aircraft) {
-        Key const key{aircraft.source, aircraft.address};
+        Key const key{aircraft.source, aircraft.name()};
         State const state{aircraft.heard, aircraft.messages};
         auto const before = _written.find(key);
         if (before == _written.end() || before->second != state) _sink->write(jsonLine(picture, aircraft));

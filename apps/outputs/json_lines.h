@@ -20,7 +20,7 @@ public:
     void picture(Picture const& picture) override;
 
 private:
-    using Key = std::pair<std::string, unsigned int>;         // source and address
+    using Key = std::pair<std::string, std::string>;          // source and name of the aircraft
     using State = std::pair<airspace::TimeMs, std::uint64_t>; // last update and number of messages
 
     std::unique_ptr<Sink> _sink;

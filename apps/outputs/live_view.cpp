@@ -45,7 +45,7 @@ std::string capitals(std::string text) {
 
 bool matches(Aircraft const& aircraft, std::string const& filter) {
     auto const has = [&](std::string const& text) { return capitals(text).find(filter) != std::string::npos; };
-    return filter.empty() || has(airspace::addressText(aircraft.address)) || has(aircraft.source) ||
+    return filter.empty() || has(aircraft.name()) || has(aircraft.source) ||
            (aircraft.callsign.value && has(*aircraft.callsign.value)) ||
            (aircraft.squawk.value && has(textOf(*aircraft.squawk.value)));
 }
@@ -86,7 +86,7 @@ Rows rowsOf(Picture const& picture, ViewState const& state) {
 // Selection
 
 bool isSelected(Aircraft const& aircraft, ViewState const& state) {
-    return aircraft.address == state.selected.second && aircraft.source == state.selected.first;
+    return aircraft.source == state.selected.first && aircraft.name() == state.selected.second;
 }
 
 // The row of the selected aircraft; where it was when it is gone.
@@ -102,7 +102,7 @@ void select(ViewState& state, Rows const& rows, std::ptrdiff_t row) {
     auto const last = static_cast<std::ptrdiff_t>(rows.size()) - 1;
     state.selectedRow = static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(row, 0, last));
     auto const& aircraft = *rows[state.selectedRow];
-    state.selected = {aircraft.source, aircraft.address};
+    state.selected = {aircraft.source, aircraft.name()};
 }
 
 // The details remain when the aircraft has left the table.
@@ -123,7 +123,8 @@ std::string countsText(Picture const& picture, ViewState const& state) {
     auto const& counters = picture.counters;
     auto text = counted(live, "aircraft, ") + counted(located, "with position  ") + fixed(state.framesPerSecond, 0) +
                 " frames/s  " + counted(counters.repaired, "repaired  ") + counted(counters.outputDropped, "dropped");
-    auto const refused = counters.positionsOutOfRange + counters.positionsTooFast + counters.positionsImpossible;
+    auto const refused = counters.positionsOutOfRange + counters.positionsTooFast + counters.positionsImpossible +
+                         counters.positionsAmbiguous;
     if (refused > 0) text += "  " + counted(refused, "positions refused");
     if (counters.tableFull > 0) text += "  " + counted(counters.tableFull, "lost: table full");
     return text;
@@ -165,8 +166,7 @@ std::size_t widthOf(std::vector<Column const*> const& columns) {
 }
 
 std::vector<Column const*> fittingColumns(Picture const& picture, std::size_t width) {
-    std::vector<Column const*> columns;
-    for (auto const& column : columnsOf(picture)) columns.push_back(&column);
+    auto columns = columnsOf(picture);
     while (columns.size() > 1 && widthOf(columns) > width) {
         auto const last = (*std::max_element(columns.begin(), columns.end(), [](auto const* a, auto const* b) {
             return a->rank < b->rank;
@@ -305,7 +305,7 @@ terminal::Screen pageLines(Picture const& picture, ViewState const& state, int c
 std::string pageTitle(ViewState const& state) {
     if (state.mode == Mode::Help) return "Keys and colours";
     auto const source = files::printable(state.selected.first);
-    return "Aircraft " + airspace::addressText(state.selected.second) + (source.empty() ? "" : " heard by " + source);
+    return "Aircraft " + state.selected.second + (source.empty() ? "" : " heard by " + source);
 }
 
 int lastScroll(terminal::Screen const& lines, int rows) {

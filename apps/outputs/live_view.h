@@ -19,10 +19,10 @@ struct ViewState {
     Mode mode = Mode::Table;
     char sortKey = 'i'; ///< the key of the column to sort by
     bool isReversed = false;
-    std::string filter;                            ///< part of a callsign, address, squawk or source, in capitals
-    std::pair<std::string, unsigned int> selected; ///< source and address
-    std::size_t selectedRow = 0;                   ///< where that was when it was chosen, for when it is gone
-    int scroll = 0;                                ///< first line of the details or the help
+    std::string filter;                           ///< part of a callsign, address, squawk or source, in capitals
+    std::pair<std::string, std::string> selected; ///< source and name of the aircraft
+    std::size_t selectedRow = 0;                  ///< where that was when it was chosen, for when it is gone
+    int scroll = 0;                               ///< first line of the details or the help
     bool wantsToQuit = false;
 
     // the rate of frames, as of the last picture

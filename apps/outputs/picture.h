@@ -16,6 +16,9 @@ namespace quorvel::outputs {
 /// One aircraft as all outputs show it.
 struct Aircraft : airspace::Aircraft {
     std::string source; ///< the name of the source that heard it; empty when sources are merged or only one
+
+    /// Its address as a text, "~" in front of those that no state assigned: no two aircraft of a source have the same.
+    std::string name() const { return airspace::addressText(address, addressKind); }
 };
 
 /// How one source is doing.

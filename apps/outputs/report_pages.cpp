@@ -8,6 +8,7 @@
 
 #include <modes/html_document.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <sstream>
 #include <string_view>
@@ -18,7 +19,6 @@ namespace quorvel::outputs {
 
 namespace {
 
-constexpr std::size_t kAddressColumn = 1;
 constexpr char kIndex[] = "index.html";
 
 constexpr char kStyle[] = R"(
@@ -45,9 +45,14 @@ constexpr char kReloadSeconds[] = "5";
 constexpr char kViewport[] = "width=device-width, initial-scale=1";
 
 constexpr char kIndexNotes[] =
-    "Units are in the headings. Altitudes are barometric, speeds are over ground, headings are clockwise from "
-    "north, versions in parentheses are assumed, ages count from the last message and the last position, times "
-    "are UTC. The labels are those of the program trevallo.";
+    "Units are in the headings. Values are read by the standards of Mode S and ADS-B, unless the program was asked for "
+    "those of the library trevallo, whose pages behind the addresses show its own. Altitudes are barometric, speeds and "
+    "tracks are over ground, tracks are clockwise from north, versions in parentheses are assumed, ages count from the "
+    "last message and the last position, times are UTC. The labels are those of the program trevallo.";
+
+constexpr char kReportHead[] =
+    "The values on this page are the readings of the library trevallo, which differ from the standards on purpose in "
+    "some: altitudes and vertical rates among them.";
 
 constexpr char kReportNotes[] =
     "Altitudes are in feet, speeds in knots, vertical rates in feet per minute, headings in degrees clockwise from "
@@ -83,20 +88,26 @@ html::Element link(std::string const& page, std::string const& text) {
     return element;
 }
 
-// A row whose address links to the page.
-html::Element linkedRow(std::vector<std::string> const& cells) {
-    auto row = tableRow("td", cells);
-    auto& address = row.children[kAddressColumn];
-    address.children.push_back(link(pageName(address.content), address.content));
-    address.content.clear();
-    return row;
+// Where the addresses stand.
+std::size_t addressColumn(std::vector<Column const*> const& columns) {
+    constexpr char addressKey = 'i';
+    auto const isAddress = [](Column const* column) { return column->key == addressKey; };
+    return static_cast<std::size_t>(std::ranges::find_if(columns, isAddress) - columns.begin());
 }
 
-std::vector<std::string> headings(std::span<Column const> columns) {
+// The address links to the page, if there is one.
+void linkAddress(html::Element& address, PageNames const& pages) {
+    auto const page = pageName(address.content);
+    if (!pages.contains(page)) return;
+    address.children.push_back(link(page, address.content));
+    address.content.clear();
+}
+
+std::vector<std::string> headings(std::vector<Column const*> const& columns) {
     std::vector<std::string> texts;
-    for (auto const& column : columns) {
-        auto const unit = std::string(column.unit);
-        texts.push_back(column.heading + (unit.empty() ? unit : " (" + unit + ")"));
+    for (auto const* column : columns) {
+        auto const unit = std::string(column->unit);
+        texts.push_back(column->heading + (unit.empty() ? unit : " (" + unit + ")"));
     }
     return texts;
 }
@@ -123,10 +134,10 @@ html::Element notes(char const* text) {
 }
 
 // Leaves out the columns that the live table leaves out first.
-std::string phoneStyle(std::span<Column const> columns) {
+std::string phoneStyle(std::vector<Column const*> const& columns) {
     std::string rules;
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (columns[i].rank <= kLastRankOnPhones) continue;
+        if (columns[i]->rank <= kLastRankOnPhones) continue;
         auto const place = ":nth-child(" + std::to_string(i + 1) + ")";
         rules += (rules.empty() ? "th" : ",\nth") + place + ", td" + place;
     }
@@ -157,14 +168,14 @@ std::string reportPage(modes::ADSBTargetReport report) {
     insertBefore(page, "  </head>\n", textOf({meta("charset", "utf-8"), meta("name", "viewport", kViewport)}));
     html::Element way("p", "");
     way.children.push_back(link(kIndex, "All aircraft"));
-    insertBefore(page, "    <h1>", textOf({way}));
+    insertBefore(page, "    <h1>", textOf({way, notes(kReportHead)}));
     insertBefore(page, "  </body>\n", textOf({notes(kReportNotes)}));
     return page;
 }
 
 } // namespace
 
-std::string indexPage(Picture const& picture, bool reloads) {
+std::string indexPage(Picture const& picture, PageNames const& pages, bool reloads) {
     auto const table = makeTable(picture);
     html::Document page("Aircraft");
     page.root.addAttribute("lang", "en");
@@ -178,7 +189,10 @@ std::string indexPage(Picture const& picture, bool reloads) {
     html::Element rows("table", "");
     rows.addAttribute("class", "general_table");
     rows.children.push_back(tableRow("th", headings(table.columns)));
-    for (auto const& cells : table.rows) rows.children.push_back(linkedRow(cells));
+    for (auto const& cells : table.rows) {
+        auto& row = rows.children.emplace_back(tableRow("td", cells));
+        linkAddress(row.children[addressColumn(table.columns)], pages);
+    }
     page.body.children.push_back(rows);
     page.body.children.push_back(notes(kIndexNotes));
     return page.toString();
@@ -196,8 +210,9 @@ void ReportPages::finish(Picture const& last) { write(last, false); }
 
 void ReportPages::write(Picture const& picture, bool continues) {
     Pages pages;
+    PageNames names;
     for (auto const* aircraft : newestByAddress(picture)) {
-        auto const name = pageName(airspace::addressText(aircraft->address));
+        auto const name = pageName(aircraft->name());
         State const state{aircraft->heard, aircraft->messages};
         auto const written = _pages.find(name);
         if (written == _pages.end() || written->second != state) {
@@ -207,8 +222,9 @@ void ReportPages::write(Picture const& picture, bool continues) {
             _pages[name] = state;
         }
         pages.emplace(name, state);
+        names.insert(name);
     }
-    files::writeMomentary(path(kIndex), indexPage(picture, continues));
+    files::writeMomentary(path(kIndex), indexPage(picture, names, continues));
     removeAllBut(pages);
     _pages.swap(pages);
 }

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -35,8 +36,11 @@ private:
     Pages _pages; // written by this object, with the state that they show
 };
 
-/// The index: the table of aircraft, each address linked to its page. With `reloads`, browsers load it again every few
+/// Names of the files of pages.
+using PageNames = std::set<std::string>;
+
+/// The index: the table of aircraft, the addresses that have one of these pages linked to it. With `reloads`, browsers load it again every few
 /// seconds.
-std::string indexPage(Picture const& picture, bool reloads = false);
+std::string indexPage(Picture const& picture, PageNames const& pages, bool reloads = false);
 
 } // namespace quorvel::outputs

@@ -3,20 +3,17 @@
 
 #include "outputs/output_text.h"
 
-#include <modes/adsb_message.h>
-#include <modes/df_message.h>
+#include <modes/adsb_target_report.h>
 
 #include <algorithm>
 #include <array>
 #include <optional>
 #include <utility>
+#include <variant>
 
 namespace quorvel::outputs {
 
 namespace {
-
-using modes::ADSBMessage;
-using modes::DFMessage;
 
 // The transmission types of the format.
 enum Kind : int {
@@ -31,29 +28,25 @@ enum Kind : int {
     kAllCall = 8,
 };
 
-Kind kindOfSquitter(airspace::Reply const& reply) {
-    switch (reply.type) {
-    case ADSBMessage::ACID: return kIdentification;
-    case ADSBMessage::POS_GND: return kSurfacePosition;
-    case ADSBMessage::POS_AIR: return kAirbornePosition;
-    case ADSBMessage::AIR_VEL: return kAirborneVelocity;
-    default: return kNone;
-    }
-}
-
-Kind kindOf(airspace::Reply const& reply) {
-    switch (reply.format.value_or(DFMessage::DF24)) {
-    case DFMessage::DF0:
-    case DFMessage::DF16: return kAirToAir;
-    case DFMessage::DF4:
-    case DFMessage::DF20: return kSurveillanceAltitude;
-    case DFMessage::DF5:
-    case DFMessage::DF21: return kSurveillanceIdentity;
-    case DFMessage::DF11: return kAllCall;
-    case DFMessage::DF17: return kindOfSquitter(reply);
-    default: return kNone;
-    }
-}
+// The kind of a message by its type.
+struct KindOf {
+    Kind operator()(airspace::ShortAirAirReply const&) const { return kAirToAir; }
+    Kind operator()(airspace::LongAirAirReply const&) const { return kAirToAir; }
+    Kind operator()(airspace::AltitudeReply const&) const { return kSurveillanceAltitude; }
+    Kind operator()(airspace::CommBAltitudeReply const&) const { return kSurveillanceAltitude; }
+    Kind operator()(airspace::IdentityReply const&) const { return kSurveillanceIdentity; }
+    Kind operator()(airspace::CommBIdentityReply const&) const { return kSurveillanceIdentity; }
+    Kind operator()(airspace::AllCallReply const&) const { return kAllCall; }
+    Kind operator()(airspace::ExtendedSquitter const& squitter) const { return std::visit(*this, squitter.content); }
+    Kind operator()(airspace::Identification const&) const { return kIdentification; }
+    Kind operator()(airspace::SurfacePosition const&) const { return kSurfacePosition; }
+    Kind operator()(airspace::NoPosition const&) const { return kAirbornePosition; }
+    Kind operator()(airspace::AirbornePosition const&) const { return kAirbornePosition; }
+    Kind operator()(airspace::CoarsePosition const&) const { return kAirbornePosition; }
+    Kind operator()(airspace::AirborneVelocity const&) const { return kAirborneVelocity; }
+    Kind operator()(airspace::TisBVelocity const&) const { return kAirborneVelocity; }
+    template <class Other> Kind operator()(Other const&) const { return kNone; }
+};
 
 // "2024-05-01T12:34:56.789Z" as the two fields of the format: "2024/05/01,12:34:56.789".
 std::string dateAndTime(airspace::TimeMs time) {
@@ -88,14 +81,15 @@ public:
         auto const& a = _aircraft;
         auto const squawk = came(a.squawk);
         auto const position = came(a.position);
+        auto const rate = came(a.verticalRateBaro);
         std::array<std::string, 12> const fields{
             filled(came(a.callsign)),
             filled(came(a.altitudeBaro)),
             filled(came(a.groundSpeed)),
-            filled(came(a.heading)),
+            filled(came(a.track)),
             position ? fixed(position->latitude, 5) : std::string(),
             position ? fixed(position->longitude, 5) : std::string(),
-            filled(came(a.verticalRateBaro)),
+            filled(rate ? rate : came(a.verticalRateGnss)),
             filled(squawk),
             filled(came(a.alertStatus)),
             squawk ? textOf(squawk->emergency() != airspace::Emergency::None) : std::string(),
@@ -123,10 +117,11 @@ private:
 } // namespace
 
 std::string sbsLine(HeardFrame const& heard) {
-    auto const kind = kindOf(heard.reply);
-    if (kind == kNone || heard.aircraft == nullptr) return {};
+    auto const kind = std::visit(KindOf(), heard.reply.message);
+    bool const hasPlace = heard.aircraft != nullptr && heard.aircraft->addressKind == airspace::AddressKind::Icao;
+    if (kind == kNone || !hasPlace) return {}; // the format has no other addresses
     constexpr char session[] = "1";
-    auto const track = std::to_string(heard.aircraft->track);
+    auto const track = std::to_string(std::max<int>(heard.aircraft->trackNumber, 1));
     auto const when = dateAndTime(heard.frame.time);
     return "MSG," + std::to_string(kind) + "," + session + "," + track + "," +
            airspace::addressText(heard.aircraft->address) + "," + track + "," + when + "," + when +

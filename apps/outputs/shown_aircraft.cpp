@@ -2,6 +2,7 @@
 #include "outputs/shown_aircraft.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quorvel::outputs {
 
@@ -19,7 +20,7 @@ std::vector<Aircraft const*> newestByAddress(Picture const& picture) {
     newest.reserve(picture.aircraft.size());
     for (auto const& aircraft : picture.aircraft) newest.push_back(&aircraft);
 
-    auto const address = [](Aircraft const* aircraft) { return aircraft->address; };
+    auto const address = [](Aircraft const* aircraft) { return std::pair(aircraft->addressKind, aircraft->address); };
     auto const age = [](Aircraft const* aircraft) { return aircraft->age(aircraft->heard); };
     std::stable_sort(newest.begin(), newest.end(), [&](Aircraft const* a, Aircraft const* b) {
         return address(a) != address(b) ? address(a) < address(b) : age(a) < age(b);

@@ -148,7 +148,7 @@ void AircraftFile::addUnknown(files::AircraftByAddress const& aircraft) {
     }
 }
 
-void AircraftFile::serve(airspace::Sky& sky) {
+void AircraftFile::serve(airspace::CoreSky& sky) {
     terminal::StderrLog::Mute const muted; // what is wrong with the file was reported when it was read
     if (_isRead) sky.tracker().setAircraftDbFile(_prepared ? _prepared->path() : _path);
     sky.onDropped([this](auto const& target) { _aircraft.updateAircraft(target); });

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "files/aircraft_rows.h"
-#include <airspace/sky.h>
+#include <airspace/core_sky.h>
 
 #include <modes/adsb_aircraftdb.h>
 
@@ -36,7 +36,7 @@ public:
     void requireSavable() const { requireReadable(_path); }
 
     /// Gives a sky what is remembered, and records what it drops. Must live as long as the sky.
-    void serve(airspace::Sky& sky);
+    void serve(airspace::CoreSky& sky);
 
     /// Writes the file. What others have added since it was read is kept. Throws HostError when it cannot be
     /// written, or when that would lose rows.

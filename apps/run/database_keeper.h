@@ -20,7 +20,7 @@ public:
     DatabaseKeeper(std::string const& path, Failures& failures, Clock::time_point now);
 
     /// Gives a sky what is remembered, and records what it drops. Must live as long as the sky.
-    void serve(airspace::Sky& sky) { _file.serve(sky); }
+    void serve(airspace::CoreSky& sky) { _file.serve(sky); }
 
     /// Saves when the last time was an interval ago.
     void saveWhenDue(Clock::time_point now);

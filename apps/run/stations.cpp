@@ -36,7 +36,7 @@ Source& Stations::add(std::string const& name) {
 void Stations::addStation(std::string const& name) {
     if (_stations.size() == 1) _stations.front()->name = _sources.front()->name;
     _stations.push_back(
-        std::unique_ptr<Station>(new Station{_stations.empty() ? std::string() : name, airspace::Sky(_sky), {}}));
+        std::unique_ptr<Station>(new Station{_stations.empty() ? std::string() : name, StationSky(_sky), {}}));
 }
 
 std::string Stations::nameFor(std::string const& name) const {
@@ -95,7 +95,7 @@ outputs::Picture Stations::picture() const {
 
 std::shared_ptr<modes::ADSBTargetReport> Stations::reportOf(outputs::Aircraft const& aircraft) const {
     for (auto const& station : _stations) {
-        if (station->name == aircraft.source) return station->sky.report(aircraft.address);
+        if (station->name == aircraft.source) return station->sky.report(aircraft);
     }
     return {};
 }

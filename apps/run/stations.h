@@ -5,7 +5,7 @@
 #include "outputs/output.h"
 #include "outputs/picture.h"
 #include "run/frame_reader.h"
-#include <airspace/sky.h>
+#include "run/station_sky.h"
 
 #include <functional>
 #include <memory>
@@ -34,7 +34,7 @@ struct Source {
 /// What receives one source, or all of them merged.
 struct Station {
     std::string name; ///< for the aircraft; empty when there is only one
-    airspace::Sky sky;
+    StationSky sky;
     std::vector<Source const*> sources;
 
     airspace::TimeMs now() const;
@@ -43,7 +43,7 @@ struct Station {
 /// The sources of a run with the skies that hear them: each its own, or one for all.
 class Stations {
 public:
-    Stations(airspace::SkyOptions const& sky, bool areMerged) : _sky(sky), _areMerged(areMerged) {}
+    Stations(SkyUse const& sky, bool areMerged) : _sky(sky), _areMerged(areMerged) {}
 
     /// Adds a source, neither recording nor live yet, which lives as long as this. One that is given twice
     /// has two names, so that outputs can distinguish its aircraft.
@@ -72,7 +72,7 @@ private:
     void addStation(std::string const& name);
     std::shared_ptr<modes::ADSBTargetReport> reportOf(outputs::Aircraft const& aircraft) const;
 
-    airspace::SkyOptions _sky;
+    SkyUse _sky;
     bool _areMerged;
     std::vector<std::unique_ptr<Station>> _stations;
     std::vector<std::unique_ptr<Source>> _sources;

@@ -40,7 +40,7 @@ TrackRun::TrackRun(TrackOptions const& options)
     if (!options.database.empty()) _database.emplace(options.database, _failures, SteadyClock::now());
     for (std::size_t i = 0; i < options.sources.size(); ++i) makeSource(options.sources[i], options.reading[i]);
     if (!_database) return;
-    for (auto const& station : _stations.all()) _database->serve(station->sky);
+    for (auto const& station : _stations.all()) _database->serve(*station->sky.core());
 }
 
 TrackRun::~TrackRun() = default;
@@ -139,8 +139,8 @@ void TrackRun::take(Source& source, airspace::Frame const& frame) {
     auto const reply = source.station.sky.take(frame);
     if (!_outputs.wantsFrames()) return;
     std::optional<outputs::Aircraft> aircraft;
-    if (_outputs.wantsAircraft() && reply.track != 0) {
-        if (auto const found = station.sky.find(reply.address, frame.time))
+    if (_outputs.wantsAircraft()) {
+        if (auto const found = station.sky.find(reply, frame.time))
             aircraft.emplace(outputs::Aircraft{*found, station.name});
     }
     _outputs.heard({frame, reply, aircraft ? &*aircraft : nullptr});

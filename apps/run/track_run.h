@@ -9,7 +9,6 @@
 #include "run/output_set.h"
 #include "run/playback.h"
 #include "run/stations.h"
-#include <airspace/sky.h>
 #include <airspace/stream.h>
 
 #include <asio/io_context.hpp>
@@ -27,7 +26,7 @@ namespace quorvel::run {
 struct TrackOptions {
     std::vector<net::SourceSpec> sources;
     std::vector<airspace::StreamOptions> reading; ///< one for each source
-    airspace::SkyOptions sky;
+    SkyUse sky;
     bool isMerged = false; ///< all sources into one decoder and tracker, instead of one for each
     double speed = 0;      ///< of recordings: 1 is real time; 0 is full speed
     std::string database;  ///< file of the aircraft database; none when empty

@@ -64,6 +64,7 @@ struct Settings {
     std::optional<double> timeoutSeconds;
     std::string database;
 
+    run::Values values = run::Values::Standard;
     Table table = Table::Auto;
     bool wantsStats = false;
     std::vector<std::string> json;
@@ -83,6 +84,8 @@ struct Settings {
 
 std::map<std::string, airspace::RepairedReplies> const kRepaired{{"keep", airspace::RepairedReplies::Keep},
     {"known", airspace::RepairedReplies::Known}, {"drop", airspace::RepairedReplies::Drop}};
+std::map<std::string, run::Values> const kValues{
+    {"standard", run::Values::Standard}, {"library", run::Values::Library}};
 std::map<std::string, Table> const kTables{
     {"auto", Table::Auto}, {"live", Table::Live}, {"final", Table::Final}, {"none", Table::None}};
 std::map<std::string, ModeSMessage::Confidence> const kConfidences{{"none", ModeSMessage::NONE},
@@ -130,12 +133,15 @@ run::TrackOptions trackOptions(Settings const& settings) {
         reading.encoding = settings.format;
         reading.time = timeOptions(settings, i);
     }
-    options.sky.altitudeCheck = settings.altitudeCheck;
-    options.sky.repaired = settings.repaired;
-    options.sky.positions.receiver = parsePlace(settings.location);
-    options.sky.positions.rangeNm = settings.maxRange;
+    options.sky.options.altitudeCheck = settings.altitudeCheck;
+    options.sky.options.repaired = settings.repaired;
+    options.sky.options.positions.receiver = parsePlace(settings.location);
+    options.sky.options.positions.rangeNm = settings.maxRange;
     options.isMerged = settings.isMerged;
     options.speed = settings.speed == "max" ? 0 : std::stod(settings.speed);
+    options.sky.values = settings.values;
+    options.sky.hasPages = !settings.pages.empty();
+    options.sky.hasDatabase = !settings.database.empty();
     options.database = settings.database;
     return options;
 }
@@ -304,6 +310,8 @@ void addTrackingOptions(CLI::App& command, Settings& settings) {
 
 void addOutputOptions(CLI::App& command, Settings& settings) {
     auto const* const target = "FILE|-|:PORT|tcp://HOST:PORT";
+    addChoice(command, "--values", settings.values, kValues, "standard|library",
+        "Whose readings are shown: those of the standards, or the core library's own");
     addChoice(command, "--table", settings.table, kTables, "auto|live|final|none",
         "The aircraft as a table that fills the terminal, or as text at the end");
     addEach(command, "--json", settings.json, "A line of JSON for each aircraft that changed")->type_name(target);

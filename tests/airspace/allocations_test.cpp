@@ -4,6 +4,7 @@
 #include <airspace/airspace.h>
 #include <modes/log.h>
 
+#include "airspace/sky/frame_receiver.h"
 #include "airspace/sky/standard_track.h"
 #include "support/frames.h"
 

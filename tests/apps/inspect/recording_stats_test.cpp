@@ -73,10 +73,10 @@ TEST_F(Stats, CountRepliesCallsignAndVersionOfEachAircraft) {
     hear(squitter(0x4CA2D4, payload(23)), 300);
     auto const& aircraft = finished().aircraft();
     ASSERT_EQ(aircraft.size(), 2U);
-    EXPECT_EQ(aircraft.at(kAddress).replies, 3U);
-    EXPECT_THAT(aircraft.at(kAddress).callsign, HasSubstr("KLM1023"));
-    EXPECT_EQ(aircraft.at(kAddress).version, 2U);
-    EXPECT_EQ(aircraft.at(0x4CA2D4).version, std::nullopt);
+    EXPECT_EQ(aircraft.at(airspace::addressText(kAddress)).replies, 3U);
+    EXPECT_THAT(aircraft.at(airspace::addressText(kAddress)).callsign, HasSubstr("KLM1023"));
+    EXPECT_EQ(aircraft.at(airspace::addressText(kAddress)).version, 2U);
+    EXPECT_EQ(aircraft.at("4CA2D4").version, std::nullopt);
 }
 
 TEST_F(Stats, MakeNoAircraftOfRepairedFrames) {

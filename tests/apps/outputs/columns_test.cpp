@@ -41,16 +41,16 @@ TEST(AircraftTable, NamesTheSourceWhereThereAreSeveral) {
     a.source = "b\x1B[2J";
     b.source = "a";
     auto const table = makeTable(pictureOf({a, b}));
-    EXPECT_STREQ(table.columns.back().heading, "Source");
+    EXPECT_STREQ(table.columns.back()->heading, "Source");
     EXPECT_EQ(table.rows.at(0).back(), "a");
     EXPECT_EQ(table.rows.at(1).back(), "b?[2J");
-    EXPECT_STREQ(makeTable(pictureOf({knownAircraft()})).columns.back().heading, "Age");
+    EXPECT_STREQ(makeTable(pictureOf({knownAircraft()})).columns.back()->heading, "Age");
 }
 
 TEST(AircraftTable, IsInTheOrderOfTrackNumbersWithinASource) {
     auto a = heardAircraft(1, kNow), b = heardAircraft(2, kNow);
-    a.track = 9;
-    b.track = 8;
+    a.trackNumber = 9;
+    b.trackNumber = 8;
     EXPECT_EQ(makeTable(pictureOf({a, b})).rows.at(0).at(1), "000002");
 }
 

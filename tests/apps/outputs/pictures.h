@@ -60,7 +60,7 @@ inline Aircraft knownAircraft(airspace::TimeMs age = 2'500) {
     auto aircraft = heardAircraft(0x4840D6, time);
     aircraft.messages = 321;
     aircraft.positionsRefused = 2;
-    aircraft.track = 7;
+    aircraft.trackNumber = 7;
     auto const AdsB = airspace::Source::AdsB;
     aircraft.callsign = {"KLM1023 ", AdsB, time, time - 60'000};
     aircraft.emitterCategory = {airspace::EmitterCategory{'A', 3}, AdsB, time, 0};
@@ -69,7 +69,7 @@ inline Aircraft knownAircraft(airspace::TimeMs age = 2'500) {
     aircraft.signalAmplitude = {std::uint8_t{128}, AdsB, time, 0};
     aircraft.altitudeBaro = {38000, AdsB, time, 0};
     aircraft.groundSpeed = {451.25, AdsB, time, 0};
-    aircraft.heading = {92.5, AdsB, time, 0};
+    aircraft.track = {92.5, AdsB, time, 0};
     aircraft.verticalRateBaro = {-640, AdsB, time, 0};
     aircraft.groundStatus = {false, AdsB, time, 0};
     aircraft.spiStatus.value = false;
@@ -86,8 +86,8 @@ inline Aircraft knownAircraft(airspace::TimeMs age = 2'500) {
 inline std::shared_ptr<modes::ADSBTargetReport> reportOf(Aircraft const& aircraft) {
     auto result = std::make_shared<modes::ADSBTargetReport>();
     auto& report = *result;
-    report.setTrackId(aircraft.track);
-    report.setTrackIdValid(aircraft.track != 0);
+    report.setTrackId(aircraft.trackNumber);
+    report.setTrackIdValid(aircraft.trackNumber != 0);
     report.setIcaoAddress(aircraft.address);
     report.setIcaoAddressValid(true);
     report.setLastUpdate(aircraft.heard);
@@ -98,9 +98,10 @@ inline std::shared_ptr<modes::ADSBTargetReport> reportOf(Aircraft const& aircraf
     if (aircraft.signalAmplitude.value) report.setSignalAmplitude(*aircraft.signalAmplitude.value);
     if (aircraft.altitudeBaro.value) report.setAltitudeBaro(*aircraft.altitudeBaro.value);
     if (aircraft.groundSpeed.value) report.setGroundSpeed(*aircraft.groundSpeed.value);
-    if (aircraft.heading.value) report.setHeading(*aircraft.heading.value);
+    if (aircraft.track.value) report.setHeading(*aircraft.track.value);
     if (aircraft.verticalRateBaro.value) report.setVerticalRateBaro(*aircraft.verticalRateBaro.value);
-    report.setMopsVersion(aircraft.mopsVersion.value.value_or(modes::MOPS_UNKNOWN));
+    auto const version = aircraft.mopsVersion.value;
+    report.setMopsVersion(version ? static_cast<modes::MOPSVersion>(*version) : modes::MOPS_UNKNOWN);
     report.setNIC(aircraft.nic.value.value_or(0));
     report.setNICValid(aircraft.nic.value.has_value());
     report.setNACp(aircraft.nacp.value.value_or(0));

@@ -56,9 +56,9 @@ TEST_F(Pages, EscapeWhatComesOverTheAir) {
 TEST_F(Pages, SayWhenTheDayIsNotKnown) {
     auto picture = pictureOf({});
     picture.sources[0].timeKnown = false;
-    EXPECT_TRUE(contains(outputs::indexPage(picture), "As of 12:34:56.789Z of an unknown day."));
+    EXPECT_TRUE(contains(outputs::indexPage(picture, {}), "As of 12:34:56.789Z of an unknown day."));
     picture.now = 0;
-    EXPECT_TRUE(contains(outputs::indexPage(picture), "Nothing was heard yet."));
+    EXPECT_TRUE(contains(outputs::indexPage(picture, {}), "Nothing was heard yet."));
 }
 
 TEST_F(Pages, AreWrittenAnewWhenSomethingWasHeard) {

@@ -22,7 +22,7 @@ protected:
     std::string hear(std::string const& bytes) {
         auto const frame = airspace::Frame::of(bytes, _time += 1000);
         auto const reply = _sky.take(frame);
-        auto const found = reply.track != 0 ? _sky.find(reply.address, _time) : std::nullopt;
+        auto const found = _sky.find(reply, _time);
         if (!found) return "not tracked";
         outputs::Aircraft const aircraft{*found, ""};
         _written.items.clear();
@@ -41,8 +41,9 @@ protected:
 // The line of an identification that was heard at a time, and left an aircraft so.
 std::string lineOf(outputs::Aircraft const& aircraft, airspace::TimeMs time) {
     airspace::Reply reply;
-    reply.format = modes::DFMessage::DF17;
-    reply.type = modes::ADSBMessage::ACID;
+    airspace::ExtendedSquitter squitter;
+    squitter.content = airspace::Identification();
+    reply.message = squitter;
     return outputs::sbsLine({airspace::Frame::of("", time), reply, &aircraft});
 }
 

@@ -32,7 +32,7 @@ auto const* const kPosition = "8D40621D58C382D690C8AC2863A7";
 airspace::Frame heard(std::string const& hex) { return airspace::Frame::of(fromHex(hex), 1'000'000); }
 
 // The version that a sky takes for that of an aircraft which it hears for the first time.
-modes::MOPSVersion taught(airspace::Sky& sky) {
+unsigned taught(airspace::CoreSky& sky) {
     sky.take(heard(kIdentification));
     return *sky.find(0x4840D6, 1'000'000)->mopsVersion.value;
 }
@@ -43,7 +43,7 @@ TEST(AircraftFile, IsMadeWhenItIsNotThereYet) {
     CapturedLog log;
     TemporaryFolder folder;
     AircraftFile database(folder.path("db.csv"));
-    airspace::Sky sky;
+    airspace::CoreSky sky;
     database.serve(sky);
     sky.dropAll();
     database.save();
@@ -56,7 +56,7 @@ TEST(AircraftFile, TeachesTheTracker) {
     CapturedLog log;
     TemporaryFolder folder;
     AircraftFile database(folder.write("db.csv", "icao_addr,mops_version,airline\n4840D6,2,KLM\n"));
-    airspace::Sky sky;
+    airspace::CoreSky sky;
     database.serve(sky);
     EXPECT_EQ(taught(sky), modes::MOPS_V2);
     sky.dropAll();
@@ -68,8 +68,8 @@ TEST(AircraftFile, LearnsFromAllReceivers) {
     CapturedLog log;
     TemporaryFolder folder;
     AircraftFile database(folder.path("db.csv"));
-    airspace::Sky one;
-    airspace::Sky other;
+    airspace::CoreSky one;
+    airspace::CoreSky other;
     database.serve(one);
     database.serve(other);
     for (int i = 0; i < 21; ++i) one.take(heard(kIdentification)); // so many confirm version 0
@@ -89,7 +89,7 @@ TEST(AircraftFile, ReadsWhatTheLibraryDoesNotTake) {
         SCOPED_TRACE(text);
         AircraftFile database(folder.write("db.csv", text));
         EXPECT_NO_THROW(database.requireSavable());
-        airspace::Sky sky;
+        airspace::CoreSky sky;
         database.serve(sky);
         EXPECT_EQ(taught(sky), modes::MOPS_V2);
         sky.dropAll();

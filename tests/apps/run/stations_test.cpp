@@ -141,9 +141,10 @@ TEST(Stations, DropWhatIsSilentByTheTimeOfItsOwnSource) {
     hear(late, 0x4B1234, kMayDay);
     hear(late, 0x3C5678, kMayDay + 31'000);
     sources.stations.dropSilent();
-    EXPECT_EQ(early.station.sky.size(), 1U);
-    EXPECT_EQ(late.station.sky.size(), 1U);
-    EXPECT_TRUE(late.station.sky.find(0x3C5678, kMayDay + 31'000));
+    EXPECT_EQ(early.station.sky.aircraft(0).size(), 1U);
+    auto const left = late.station.sky.aircraft(0);
+    ASSERT_EQ(left.size(), 1U);
+    EXPECT_EQ(left[0].address, 0x3C5678U);
     sources.stations.dropAll();
     EXPECT_TRUE(sources.stations.picture().aircraft.empty());
 }
