@@ -2,6 +2,7 @@
 #include "simulate/bit_writer.h"
 #include "simulate/checksum.h"
 #include "simulate/cpr_encoder.h"
+#include "simulate/squitter_payloads.h"
 #include "simulate/stream_writer.h"
 #include "simulate/traffic.h"
 #include "simulate/transponder.h"
@@ -81,8 +82,8 @@ TEST(CprEncoder, CountsStepsWithinItsZone) {
 
 TEST(Transponder, SpellsAKnownIdentification) {
     Random random(1);
-    Aircraft const aircraft(0x4840D6, {52.0, 4.0}, 10.0, random);
-    auto const frame = identificationSquitter(aircraft);
+    auto const aircraft = makeAdsbAircraft(0x4840D6, {52.0, 4.0}, 10.0, random);
+    auto const frame = squitter(aircraft, aircraft.at(0), identificationMessage(aircraft));
     EXPECT_EQ(frame.size(), 14U);
     EXPECT_TRUE(isIntact(frame));
     std::string callsign;
@@ -101,7 +102,7 @@ TEST(Aircraft, FliesAGreatCircleAtItsSpeed) {
     Random random(4);
     for (int i = 0; i < 200; ++i) {
         Place const around{random.between(-90, 90), random.between(-180, 180)};
-        quorvel::simulate::Aircraft const aircraft(1, around, 50.0, random);
+        auto const aircraft = makeAdsbAircraft(1, around, 50.0, random);
         auto const start = aircraft.at(0);
         auto const later = aircraft.at(60);
         double const degrees = 3.14159265358979323846 / 180;
@@ -145,6 +146,7 @@ TEST(Traffic, ComesInTheOrderOfTimeWithinItsSpan) {
 
 TEST(Traffic, HasTheFormatsAndRatesOfRealTransponders) {
     Settings settings;
+    settings.mix = Mix::Adsb;
     settings.aircraft = 200;
     settings.seconds = 60;
     std::map<unsigned, std::size_t> formats;
@@ -241,6 +243,7 @@ TEST(SampleRecording, IsWhatItsCommandMakes) {
     settings.radius = 120;
     settings.bitErrors = 0.02;
     settings.seed = 3;
+    settings.mix = Mix::Adsb;
     std::ifstream file(std::string(TREVALLO_TEST_FOLDER) + "/../data/sample.beast", std::ios::binary);
     ASSERT_TRUE(file);
     std::string const recording{std::istreambuf_iterator<char>(file), {}};
