@@ -70,6 +70,7 @@ constexpr PositionQuality kSurface2[] = {{5, false, false, false, 11, 7.5}, {6, 
     {7, true, false, false, 9, 75.0}, {7, false, false, false, 8, 0.1 * kMetresPerMile},
     {8, true, false, true, 7, 0.2 * kMetresPerMile}, {8, true, false, false, 6, 0.3 * kMetresPerMile},
     {8, false, false, true, 6, 0.6 * kMetresPerMile}};
+constexpr std::size_t kUsualQualities = 3; // the first ones
 constexpr std::array<std::array<Qualities, 3>, 2> kQualities{
     {{kAirborne0, kAirborne1, kAirborne2}, {kSurface0, kSurface1, kSurface2}}};
 
@@ -252,8 +253,8 @@ void qualify(Profile& profile, Kind kind, Random& random) {
     auto const version = std::min<std::size_t>(static_cast<std::size_t>(profile.equipment), 2);
     auto const qualities = kQualities[profile.onGround ? 1 : 0][version];
     auto& quality = profile.quality;
-    do {
-        quality = anyOf(qualities, random); // a ground station has another use for supplement B
+    do { // a ground station has another use for supplement B
+        quality = anyOf(random.chance(0.6) ? qualities.first(kUsualQualities) : qualities, random);
     } while (quality.supplementB && profile.groundStation != GroundStation::None);
     if (kind == Kind::WithoutPosition) quality = kNoPosition;
     auto& accuracies = profile.accuracies;

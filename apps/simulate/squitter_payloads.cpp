@@ -268,11 +268,11 @@ PayloadWriter emergencyMessage(Aircraft const& aircraft, Sender sender) {
         .flag(56, ownOrFlag(aircraft, sender, false));
 }
 
-PayloadWriter advisoryMessage(Aircraft const& aircraft, FlightState const& state, Sender sender) {
+PayloadWriter advisoryMessage(Aircraft const& aircraft, FlightState const& state) {
     auto message = PayloadWriter().code(1, 5, 28).code(6, 8, 2);
     writeAdvice(message, aircraft, state);
     writeThreat(message, aircraft, state);
-    return message.flag(56, ownOrFlag(aircraft, sender, false));
+    return message;
 }
 
 PayloadWriter acasMessage(Aircraft const& aircraft, FlightState const& state) {

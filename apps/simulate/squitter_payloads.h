@@ -15,7 +15,7 @@ PayloadWriter positionMessage(Aircraft const& aircraft, FlightState const& state
 PayloadWriter velocityMessage(Aircraft const& aircraft, FlightState const& state, Sender sender);
 PayloadWriter identificationMessage(Aircraft const& aircraft);
 PayloadWriter emergencyMessage(Aircraft const& aircraft, Sender sender);
-PayloadWriter advisoryMessage(Aircraft const& aircraft, FlightState const& state, Sender sender); ///< version 2
+PayloadWriter advisoryMessage(Aircraft const& aircraft, FlightState const& state); ///< version 2
 PayloadWriter targetStateMessage(Aircraft const& aircraft, FlightState const& state,
     Sender sender); ///< versions 1 and 2
 PayloadWriter operationalStatusMessage(Aircraft const& aircraft, FlightState const& state, Sender sender);

@@ -41,10 +41,11 @@ bool isRebroadcast(Profile const& profile) { return profile.groundStation == Gro
 bool isTisB(Profile const& profile) { return profile.groundStation == GroundStation::TisB; }
 bool isCoarseTisB(Profile const& profile) { return profile.groundStation == GroundStation::CoarseTisB; }
 
-// While there is an advisory, it takes turns with the emergency status.
+// While there is an advisory, it takes turns with the emergency status. Ground stations repeat the latter alone.
 PayloadWriter statusMessage(Aircraft const& aircraft, FlightState const& state, Count count, Sender sender) {
-    bool const isAdvisory = state.advisory != AdvisoryPhase::None && aircraft.version() == 2 && count % 2 != 0;
-    return isAdvisory ? advisoryMessage(aircraft, state, sender) : emergencyMessage(aircraft, sender);
+    bool const tellsAdvisory = sender == Sender::Aircraft && aircraft.version() == 2 && count % 2 != 0;
+    if (tellsAdvisory && state.advisory != AdvisoryPhase::None) return advisoryMessage(aircraft, state);
+    return emergencyMessage(aircraft, sender);
 }
 
 std::string acquisition(Aircraft const& a, FlightState const& s, Count) { return allCallReply(a, s, 0); }
@@ -132,11 +133,11 @@ std::uint32_t codeOf(std::uint32_t interrogator, Mix mix) {
     return hasIdentifier ? kFirstSurveillanceIdentifier + interrogator : interrogator;
 }
 
-// Every other pass reads two registers.
-unsigned registerAskedFor(Profile const& profile, Count count) {
+// Every other pass reads two registers. Radars begin with different ones.
+unsigned registerAskedFor(Profile const& profile, std::uint32_t interrogator, Count count) {
     auto const pass = count / kRepliesPerPass;
     if (pass % 2 == 0) return 0;
-    return profile.registers[(pass / 2 * 2 + count % 2) % profile.registers.size()];
+    return profile.registers[(6 * interrogator + pass / 2 * 2 + count % 2) % profile.registers.size()];
 }
 
 } // namespace
@@ -189,7 +190,7 @@ Frame Traffic::interrogated(Event const& event) const {
     auto const& aircraft = _aircraft[event.aircraft];
     auto const state = aircraft.at(static_cast<double>(event.nanoseconds) / 1e9);
     auto const interrogator = static_cast<std::uint32_t>(event.kind - transmissionsOf(_mix).size() + 1);
-    auto const number = registerAskedFor(aircraft.profile(), event.count);
+    auto const number = registerAskedFor(aircraft.profile(), interrogator, event.count);
     auto const frame = [&](std::string bytes, unsigned registerNumber = 0) {
         return Frame{event.nanoseconds, std::move(bytes), event.aircraft, false, registerNumber};
     };
