@@ -22,6 +22,12 @@ std::string makeCallsign(Random& random) {
     return callsign + std::to_string(1 + random.below(9999));
 }
 
+std::string makeRegistration(Random& random) {
+    std::string registration;
+    for (int i = 0; i < 5; ++i) registration += static_cast<char>('A' + random.below(26));
+    return registration;
+}
+
 template <class Row> Row const& anyOf(std::span<Row const> rows, Random& random) {
     return rows[random.below(rows.size())];
 }
@@ -339,7 +345,9 @@ void serve(Profile& profile, Kind kind, Random& random) {
     bool const isEnhanced = !profile.onGround && kind != Kind::Supersonic && random.chance(0.85);
     if (!isEnhanced) return;
     registers = {0x40, 0x50, 0x60, 0x10, 0x60, 0x40, 0x50, 0x17, 0x50, 0x60, 0x40, 0x20, 0x40, 0x50, 0x60, 0x30};
-    if (random.chance(0.3)) registers.push_back(0x44);
+    for (unsigned const number : {0x21U, 0x44U, 0x45U, 0x53U}) {
+        if (random.chance(0.2)) registers.push_back(number);
+    }
 }
 
 Aircraft makeAnyAircraft(
@@ -347,6 +355,7 @@ Aircraft makeAnyAircraft(
     Profile profile{};
     profile.address = address;
     profile.callsign = makeCallsign(random);
+    profile.registration = makeRegistration(random);
     profile.squawk = anyFrom(1, 07776, random);
     profile.category = anyFrom(1, 5, random);
     profile.equipment = member.equipment;

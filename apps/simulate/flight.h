@@ -115,10 +115,11 @@ struct Advisory {
 struct Profile {
     std::uint32_t address; ///< 24 bits
     AddressKind addressKind = AddressKind::Icao;
-    std::string callsign;   ///< up to 8 letters and digits
-    std::uint32_t squawk;   ///< four octal digits as a number
-    char categorySet = 'A'; ///< of the emitter category
-    unsigned category;      ///< in the set
+    std::string callsign;     ///< up to 8 letters and digits
+    std::string registration; ///< up to 7
+    std::uint32_t squawk;     ///< four octal digits as a number
+    char categorySet = 'A';   ///< of the emitter category
+    unsigned category;        ///< in the set
     Equipment equipment;
     Transmitter transmitter = Transmitter::Transponder;
     GroundStation groundStation = GroundStation::None;

@@ -34,6 +34,7 @@ template <class Visit> void visitTruth(Visit&& visit, Aircraft const& aircraft, 
     text("icao", addressText(profile));
     visit("address_kind", nameOf(profile.addressKind));
     text("callsign", profile.callsign);
+    if (!profile.registration.empty()) text("registration", profile.registration);
     text("squawk", squawkText(profile.squawk));
     text("emitter_category", std::string{profile.categorySet} + std::to_string(profile.category));
     if (hasAdsb) number("version", aircraft.version());

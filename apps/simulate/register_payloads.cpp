@@ -65,6 +65,10 @@ PayloadWriter identification(Aircraft const& aircraft, FlightState const&) {
     return PayloadWriter().code(1, 8, 0x20).code(9, 56, characterCodes(aircraft.callsign(), 8));
 }
 
+PayloadWriter registration(Aircraft const& aircraft, FlightState const&) {
+    return PayloadWriter().flag(1, true).code(2, 43, characterCodes(aircraft.profile().registration, 7));
+}
+
 PayloadWriter selectedIntention(Aircraft const& aircraft, FlightState const& state) {
     PayloadWriter payload;
     auto const& selection = aircraft.profile().selection;
@@ -96,6 +100,13 @@ PayloadWriter routineMeteorology(Aircraft const& aircraft, FlightState const& st
         .steps(50, 56, weather.humidity, 100.0 / 64);
 }
 
+PayloadWriter hazardMeteorology(Aircraft const& aircraft, FlightState const& state) {
+    return PayloadWriter()
+        .steps(1, 3, aircraft.profile().weather.turbulence, 1.0)
+        .signedSteps(16, 26, state.temperature, 0.25)
+        .steps(27, 38, state.pressure, 1.0);
+}
+
 PayloadWriter trackAndTurn(Aircraft const&, FlightState const& state) {
     return PayloadWriter()
         .signedSteps(1, 11, state.roll, 45.0 / 256)
@@ -103,6 +114,15 @@ PayloadWriter trackAndTurn(Aircraft const&, FlightState const& state) {
         .steps(24, 34, state.groundSpeed, 2.0)
         .signedSteps(35, 45, state.trackRate, 8.0 / 256)
         .steps(46, 56, state.trueAirspeed, 2.0);
+}
+
+PayloadWriter airReferencedState(Aircraft const&, FlightState const& state) {
+    return PayloadWriter()
+        .signedSteps(1, 12, angleToSend(state.magneticHeading), kAngleStep)
+        .steps(13, 23, state.indicatedAirspeed, 1.0)
+        .steps(24, 33, state.mach, 0.008)
+        .steps(34, 46, state.trueAirspeed, 0.5)
+        .signedSteps(47, 56, state.verticalRate, 64.0);
 }
 
 PayloadWriter headingAndSpeed(Aircraft const& aircraft, FlightState const& state) {
@@ -120,8 +140,8 @@ struct Row {
     PayloadWriter (*payload)(Aircraft const&, FlightState const&);
 };
 constexpr Row kRegisters[] = {{0x10, dataLinkCapability}, {0x17, commonUsageCapability}, {0x20, identification},
-    {0x30, acasRegister}, {0x40, selectedIntention}, {0x44, routineMeteorology}, {0x50, trackAndTurn},
-    {0x60, headingAndSpeed}};
+    {0x21, registration}, {0x30, acasRegister}, {0x40, selectedIntention}, {0x44, routineMeteorology},
+    {0x45, hazardMeteorology}, {0x50, trackAndTurn}, {0x53, airReferencedState}, {0x60, headingAndSpeed}};
 
 } // namespace
 

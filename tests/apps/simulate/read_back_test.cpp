@@ -389,7 +389,7 @@ private:
 
     void content(airspace::CommonUsageCapability const& told) {
         this->told("1,7");
-        for (auto const number : {0x20U, 0x40U, 0x44U, 0x50U, 0x60U}) {
+        for (auto const number : {0x20U, 0x21U, 0x40U, 0x44U, 0x45U, 0x50U, 0x53U, 0x60U}) {
             bool const isServed = std::count(_profile.registers.begin(), _profile.registers.end(), number) != 0;
             EXPECT_EQ(told.serves(static_cast<std::uint8_t>(number)), isServed) << number;
         }
@@ -399,6 +399,12 @@ private:
     void content(airspace::AircraftIdentification const& told) {
         this->told("2,0");
         EXPECT_EQ(told.callsign.text(), _profile.callsign);
+    }
+
+    void content(airspace::AircraftRegistration const& told) {
+        this->told("2,1");
+        ASSERT_TRUE(told.registration);
+        EXPECT_EQ(told.registration->text(), _profile.registration);
     }
 
     void content(airspace::ActiveAdvisory const& told) {
@@ -430,6 +436,23 @@ private:
         value(told.humidityPercent, _profile.weather.humidity, 100.0 / 64);
         ASSERT_TRUE(told.turbulence);
         EXPECT_EQ(static_cast<unsigned>(*told.turbulence), _profile.weather.turbulence);
+    }
+
+    void content(airspace::HazardMeteorology const& told) {
+        this->told("4,5");
+        value(told.staticAirTemperatureCelsius, _state.temperature, 0.25);
+        value(told.staticPressureHpa, _state.pressure, 1);
+        ASSERT_TRUE(told.turbulence);
+        EXPECT_EQ(static_cast<unsigned>(*told.turbulence), _profile.weather.turbulence);
+    }
+
+    void content(airspace::AirReferencedState const& told) {
+        this->told("5,3");
+        angle(told.magneticHeadingDegrees, _state.magneticHeading, 90.0 / 512);
+        value(told.indicatedAirspeedKt, _state.indicatedAirspeed, 1);
+        value(told.mach, _state.mach, 0.008);
+        value(told.trueAirspeedKt, _state.trueAirspeed, 0.5);
+        value(told.verticalRateFtMin, _state.verticalRate, 64);
     }
 
     void content(airspace::TrackAndTurn const& told) {
@@ -488,19 +511,19 @@ TEST(SimulatedMessages, SayWhatIsTrueAllOverTheEarth) { compared({}); }
 
 TEST(SimulatedMessages, AreOfAllKinds) {
     auto const kinds = compared({{48.35, 11.79}, {-33.9, 18.6}});
-    for (auto const* const kind :
-        {"df0", "df4", "df5", "df11 squitter", "df11 ii", "df11 si", "df16", "df20", "df21", "df16 advisory",
-            "df16 terminated", "25 ft", "100 ft", "ident", "alert", "turn", "df17 no position", "df17 position",
-            "df17 gnss position", "df17 surface position", "df17 identification", "df17 velocity 1", "df17 velocity 2",
-            "df17 velocity 3", "df17 velocity 4", "df17 emergency status", "df17 advisory", "df17 terminated",
-            "df17 target state", "df17 target state version 1", "df17 test message", "df17 airborne status version 0",
-            "df17 airborne status version 1", "df17 airborne status version 2", "df17 surface status version 0",
-            "df17 surface status version 1", "df17 surface status version 2", "cf0 surface position",
-            "cf0 identification", "cf1 surface position", "cf1 identification", "cf2 position", "cf2 velocity 1",
-            "cf2 identification", "cf3 coarse position", "cf5 position", "cf5 velocity 1", "cf5 identification",
-            "cf6 position", "cf6 velocity 1", "cf6 identification", "cf6 emergency status", "cf6 target state",
-            "cf6 airborne status version 2", "register 1,0", "register 1,7", "register 2,0", "register 3,0",
-            "register 4,0", "register 4,4", "register 5,0", "register 6,0", "3,0 advisory", "3,0 terminated"}) {
+    for (auto const* const kind : {"df0", "df4", "df5", "df11 squitter", "df11 ii", "df11 si", "df16", "df20", "df21",
+             "df16 advisory", "df16 terminated", "25 ft", "100 ft", "ident", "alert", "turn", "df17 no position",
+             "df17 position", "df17 gnss position", "df17 surface position", "df17 identification", "df17 velocity 1",
+             "df17 velocity 2", "df17 velocity 3", "df17 velocity 4", "df17 emergency status", "df17 advisory",
+             "df17 terminated", "df17 target state", "df17 target state version 1", "df17 test message",
+             "df17 airborne status version 0", "df17 airborne status version 1", "df17 airborne status version 2",
+             "df17 surface status version 0", "df17 surface status version 1", "df17 surface status version 2",
+             "cf0 surface position", "cf0 identification", "cf1 surface position", "cf1 identification", "cf2 position",
+             "cf2 velocity 1", "cf2 identification", "cf3 coarse position", "cf5 position", "cf5 velocity 1",
+             "cf5 identification", "cf6 position", "cf6 velocity 1", "cf6 identification", "cf6 emergency status",
+             "cf6 target state", "cf6 airborne status version 2", "register 1,0", "register 1,7", "register 2,0",
+             "register 2,1", "register 3,0", "register 4,0", "register 4,4", "register 4,5", "register 5,0",
+             "register 5,3", "register 6,0", "3,0 advisory", "3,0 terminated"}) {
         EXPECT_GT(kinds.count(kind), 0U) << kind;
     }
 }
