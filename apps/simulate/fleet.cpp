@@ -48,7 +48,8 @@ Place randomPlace(Random& random) {
     return {std::asin(sine) / kRadians, random.between(-180.0, 180.0)};
 }
 
-// Of position messages in the air and on the surface; RTCA DO-260, DO-260A and DO-260B, tables N-4, N-11 and N-14.
+// Of position messages in the air and on the surface (RTCA DO-260, DO-260A and DO-260B, 2.2.3.2.3.1, and 2.2.3.2.7.2.6
+// of DO-260B), the usual ones first.
 using Qualities = std::span<PositionQuality const>;
 constexpr PositionQuality kAirborne0[] = {{9, false, false, false, 9, 7.5}, {10, false, false, false, 8, 25.0},
     {11, false, false, false, 7, 0.1 * kMetresPerMile}, {12, false, false, false, 6, 0.2 * kMetresPerMile},
@@ -168,7 +169,8 @@ double pressureAltitudeOf(double selected, Region const& region) {
 
 void bank(Motion& motion, Random& random) {
     constexpr double kKnotsPerDegreeEachSecond = 1091.3; // at a bank of 45 degrees: g over the speed
-    double const roll = random.between(10.0, 28.0) * (random.chance(0.5) ? 1.0 : -1.0);
+    double const side = random.chance(0.5) ? 1.0 : -1.0;
+    double const roll = side * random.between(10.0, 28.0);
     motion.turnRate = kKnotsPerDegreeEachSecond * std::tan(roll * kRadians) / motion.airspeed;
     motion.turnBegin = random.between(5.0, 120.0);
     bool const circles = random.chance(0.2);
@@ -221,37 +223,60 @@ void move(Profile& profile, Kind kind, Region const& region, double radius, Rand
 
 bool isIn(Kind kind, std::initializer_list<Kind> kinds) { return std::ranges::find(kinds, kind) != kinds.end(); }
 
-// How it is heard.
+// How each kind is heard.
+struct Hearing {
+    Kind kind;
+    Transmitter transmitter;
+    GroundStation groundStation;
+    bool hasModeS;
+};
+constexpr Hearing kHearings[] = {
+    {Kind::Adsb, Transmitter::Transponder, GroundStation::None, true},
+    {Kind::AirspeedAlone, Transmitter::Transponder, GroundStation::None, true},
+    {Kind::Supersonic, Transmitter::Transponder, GroundStation::None, true},
+    {Kind::WithoutPosition, Transmitter::Transponder, GroundStation::None, true},
+    {Kind::Taxiing, Transmitter::Transponder, GroundStation::None, true},
+    {Kind::Vehicle, Transmitter::Device, GroundStation::None, false},
+    {Kind::ModeS, Transmitter::None, GroundStation::None, true},
+    {Kind::TisB, Transmitter::None, GroundStation::TisB, true},
+    {Kind::CoarseTisB, Transmitter::None, GroundStation::CoarseTisB, true},
+    {Kind::TrackFile, Transmitter::None, GroundStation::TisB, false},
+    {Kind::Rebroadcast, Transmitter::None, GroundStation::Rebroadcast, true},
+    {Kind::HeardTwice, Transmitter::Transponder, GroundStation::Rebroadcast, true},
+};
+
 void equip(Profile& profile, Kind kind, Random& random) {
-    bool const isSilent = isIn(kind, {Kind::ModeS, Kind::TisB, Kind::CoarseTisB, Kind::TrackFile, Kind::Rebroadcast});
-    profile.transmitter = isSilent ? Transmitter::None : Transmitter::Transponder;
-    profile.hasModeS = !isIn(kind, {Kind::TrackFile, Kind::Vehicle});
-    if (isIn(kind, {Kind::TisB, Kind::TrackFile})) profile.groundStation = GroundStation::TisB;
-    if (kind == Kind::CoarseTisB) profile.groundStation = GroundStation::CoarseTisB;
-    if (isIn(kind, {Kind::Rebroadcast, Kind::HeardTwice})) profile.groundStation = GroundStation::Rebroadcast;
+    auto const& hearing = *std::ranges::find(kHearings, kind, &Hearing::kind);
+    profile.transmitter = hearing.transmitter;
+    profile.groundStation = hearing.groundStation;
+    profile.hasModeS = hearing.hasModeS;
+    bool const isEven = random.chance(0.5);
     if (kind == Kind::TrackFile) {
-        profile.addressKind = random.chance(0.5) ? AddressKind::TrackFile : AddressKind::TisB;
+        profile.addressKind = isEven ? AddressKind::TrackFile : AddressKind::TisB;
         profile.squawk = profile.address >> 12;
-    }
-    if (kind == Kind::Rebroadcast && random.chance(0.5)) {
+    } else if (isEven && isIn(kind, {Kind::Vehicle, Kind::Rebroadcast})) {
         profile.addressKind = AddressKind::NonIcao;
         profile.hasModeS = false;
     }
+    if (kind == Kind::AirspeedAlone) {
+        profile.velocityReport = isEven ? VelocityReport::TrueAirspeed : VelocityReport::IndicatedAirspeed;
+    } else if (isEven && kind == Kind::Supersonic) {
+        profile.velocityReport = VelocityReport::TrueAirspeed;
+    }
+}
+
+// What it is: airliners and the like, gliders and drones, or a vehicle.
+void classify(Profile& profile, Kind kind, Random& random) {
+    constexpr unsigned kFastAndAgile = 6;
+    bool const isLight = random.chance(0.3);
+    profile.category = anyFrom(1, 5, random);
+    if (kind == Kind::Supersonic) profile.category = kFastAndAgile;
     if (kind == Kind::Vehicle) {
-        profile.transmitter = Transmitter::Device;
-        profile.addressKind = random.chance(0.5) ? AddressKind::NonIcao : AddressKind::Icao;
         profile.categorySet = 'C';
         profile.category = anyFrom(1, 3, random);
-    }
-    if (isIn(kind, {Kind::TisB, Kind::CoarseTisB, Kind::TrackFile}) && random.chance(0.3)) {
+    } else if (isLight && isIn(kind, {Kind::TisB, Kind::CoarseTisB, Kind::TrackFile})) {
         profile.categorySet = 'B';
         profile.category = anyOf<unsigned>(std::array{1U, 2U, 4U, 6U}, random);
-    }
-    if (kind == Kind::Supersonic) profile.category = 6; // above 400 kt and 5 g
-    if (kind == Kind::AirspeedAlone) {
-        profile.velocityReport = random.chance(0.5) ? VelocityReport::TrueAirspeed : VelocityReport::IndicatedAirspeed;
-    } else if (kind == Kind::Supersonic && random.chance(0.3)) {
-        profile.velocityReport = VelocityReport::TrueAirspeed;
     }
 }
 
@@ -276,19 +301,23 @@ void qualify(Profile& profile, Kind kind, Random& random) {
     accuracies.isBarometerChecked = random.chance(0.8);
 }
 
-constexpr unsigned kSpecialCodes[] = {07700, 07600, 07500};
+// Emergency states with the Mode A codes that go with them (RTCA DO-260B, 2.2.3.2.7.8.1.1).
+struct Trouble {
+    unsigned squawk;
+    unsigned emergency;
+};
+constexpr Trouble kTroubles[] = {{07700, 1}, {07700, 2}, {07700, 3}, {07600, 4}, {07500, 5}, {07700, 6}};
+constexpr unsigned kConspicuity = 01000;
 
-void troubled(Profile& profile, Kind kind, Random& random) {
-    constexpr unsigned kGeneral[] = {1, 2, 3, 6}; // general, medical, minimum fuel, downed
-    if (random.chance(0.08) && kind != Kind::TrackFile && kind != Kind::Vehicle) {
-        profile.squawk = anyOf<unsigned>(kSpecialCodes, random);
-        profile.emergency = profile.squawk == 07500   ? 5
-                            : profile.squawk == 07600 ? 4
-                                                      : anyOf<unsigned>(kGeneral, random);
-    } else if (std::ranges::find(kSpecialCodes, profile.squawk) != std::end(kSpecialCodes) && kind != Kind::TrackFile) {
-        profile.squawk = 01000; // conspicuity
-    }
+void trouble(Profile& profile, Kind kind, Random& random) {
     if (random.chance(0.15)) profile.identBegin = random.between(0.0, 60.0);
+    if (isIn(kind, {Kind::TrackFile, Kind::Vehicle})) return;
+    bool const isTrouble = std::ranges::find(kTroubles, profile.squawk, &Trouble::squawk) != std::end(kTroubles);
+    if (isTrouble) profile.squawk = kConspicuity;
+    if (!random.chance(0.08)) return;
+    auto const& troubled = anyOf<Trouble>(kTroubles, random);
+    profile.squawk = troubled.squawk;
+    profile.emergency = troubled.emergency;
 }
 
 Advisory makeAdvisory(Random& random) {
@@ -314,8 +343,7 @@ void tell(Profile& profile, Random& random) {
     bool const hasAcas = profile.hasModeS && profile.categorySet == 'A' && random.chance(0.8);
     bool const newer = profile.equipment == Version1 || profile.equipment == Version2;
     capabilities.hasAcas = hasAcas;
-    capabilities.sensitivity = !hasAcas ? 0 : profile.onGround ? 2 : 6;
-    capabilities.replyInformation = hasAcas ? 3 : 0;
+    if (!hasAcas) capabilities.sensitivity = capabilities.replyInformation = 0;
     capabilities.receivesSquitters = random.chance(0.3);
     capabilities.receivesUat = random.chance(0.1);
     capabilities.reportsAirVelocity = profile.velocityReport != VelocityReport::OverGround;
@@ -327,7 +355,7 @@ void tell(Profile& profile, Random& random) {
     capabilities.isMagneticNorth = profile.equipment != Version2 || random.chance(0.7);
     if (profile.onGround) {
         capabilities.lengthWidth = anyFrom(1, 15, random);
-        capabilities.antennaOffset = random.chance(0.5) ? anyFrom(2, 31, random) | anyFrom(0, 7, random) << 5 : 0;
+        capabilities.antennaOffset = random.chance(0.5) ? anyFrom(2, 255, random) : 0;
     }
     capabilities.tellsHeightDifference = random.chance(0.8);
     capabilities.isVerticalRateGnss = random.chance(0.4);
@@ -357,14 +385,14 @@ Aircraft makeAnyAircraft(
     profile.callsign = makeCallsign(random);
     profile.registration = makeRegistration(random);
     profile.squawk = anyFrom(1, 07776, random);
-    profile.category = anyFrom(1, 5, random);
     profile.equipment = member.equipment;
     profile.onGround = isIn(member.kind, {Kind::Taxiing, Kind::Vehicle});
     equip(profile, member.kind, random);
+    classify(profile, member.kind, random);
     qualify(profile, member.kind, random);
     tell(profile, random);
     move(profile, member.kind, region, radius, random);
-    troubled(profile, member.kind, random);
+    trouble(profile, member.kind, random);
     serve(profile, member.kind, random);
     return Aircraft(std::move(profile));
 }

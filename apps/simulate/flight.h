@@ -30,7 +30,7 @@ enum class GroundStation : std::uint8_t { None, TisB, CoarseTisB, Rebroadcast };
 /// What its velocity squitters tell.
 enum class VelocityReport : std::uint8_t { OverGround, TrueAirspeed, IndicatedAirspeed };
 
-/// How well its position is known, and the bits that say so (RTCA DO-260 table 2-11, DO-260A and DO-260B table 2-16).
+/// How well its position is known, and the bits that say so.
 struct PositionQuality {
     unsigned typeCode;
     bool supplementA, supplementB, supplementC;
