@@ -362,6 +362,9 @@ void tell(Profile& profile, Random& random) {
     capabilities.hasHundredFootSteps =
         profile.transmitter == Transmitter::None ? random.chance(0.5) : random.chance(0.1);
     capabilities.tellsInertialRate = random.chance(0.85);
+    bool const isThorough = random.chance(0.3); // tells what its version need not
+    capabilities.tellsOperationalStatus = newer || isThorough;
+    capabilities.tellsModeACode = profile.equipment == Version1 && isThorough;
     if (hasAcas && !profile.onGround && random.chance(0.3)) profile.advisory = makeAdvisory(random);
 }
 

@@ -70,6 +70,8 @@ struct Capabilities {
     bool isVerticalRateGnss = true;
     bool hasHundredFootSteps = false; ///< its altimeter
     bool tellsInertialRate = true;
+    bool tellsOperationalStatus = true;
+    bool tellsModeACode = false; ///< in test messages of version 1
 };
 
 /// What the pilot has selected.

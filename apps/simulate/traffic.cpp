@@ -36,7 +36,8 @@ bool hasAcas(Profile const& profile) { return answersInAir(profile) && profile.c
 bool squitters(Profile const& profile) { return profile.transmitter != Transmitter::None; }
 bool squittersInAir(Profile const& profile) { return squitters(profile) && !profile.onGround; }
 bool tellsTargetState(Profile const& profile) { return squitters(profile) && profile.capabilities.reportsTargetState; }
-bool hasVersion1(Profile const& profile) { return squitters(profile) && profile.equipment == Equipment::Version1; }
+bool tellsStatus(Profile const& profile) { return squitters(profile) && profile.capabilities.tellsOperationalStatus; }
+bool tellsModeACode(Profile const& profile) { return squitters(profile) && profile.capabilities.tellsModeACode; }
 bool isRebroadcast(Profile const& profile) { return profile.groundStation == GroundStation::Rebroadcast; }
 bool isTisB(Profile const& profile) { return profile.groundStation == GroundStation::TisB; }
 bool isCoarseTisB(Profile const& profile) { return profile.groundStation == GroundStation::CoarseTisB; }
@@ -100,8 +101,8 @@ constexpr Transmission kAllTransmissions[] = {
     {squitters, 5000, identification<Sender::Aircraft>},
     {squitters, 2500, status<Sender::Aircraft>},
     {tellsTargetState, 1250, targetState<Sender::Aircraft>},
-    {squitters, 2500, operationalStatus<Sender::Aircraft>},
-    {hasVersion1, 10'000, modeACode},
+    {tellsStatus, 2500, operationalStatus<Sender::Aircraft>},
+    {tellsModeACode, 10'000, modeACode},
     {isRebroadcast, 1000, position<Sender::Rebroadcast>},
     {isRebroadcast, 1000, velocity<Sender::Rebroadcast>},
     {isRebroadcast, 5000, identification<Sender::Rebroadcast>},
