@@ -70,7 +70,7 @@ void TruthLines::finish(std::uint64_t end) {
 
 void TruthLines::writeUpTo(std::uint64_t nanoseconds) {
     for (; _second * kSecond <= nanoseconds && !files::StopSignals::requested(); ++_second) {
-        auto const time = static_cast<double>(_startOfDay / kSecond + _second);
+        auto const time = static_cast<double>(_startOfDay + _second * kSecond) / 1e9;
         for (auto const& aircraft : _traffic.aircraft()) _output.write(stateLine(aircraft, _second, time));
     }
 }
