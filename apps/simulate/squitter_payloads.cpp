@@ -34,6 +34,13 @@ std::uint64_t airAltitude(Aircraft const& aircraft, FlightState const& state) {
 
 std::uint64_t surfaceTrack(double degrees) { return static_cast<std::uint64_t>(std::lround(degrees * 128.0 / 360.0)); }
 
+// The heading where the operational status says so, which version 0 does not; else the track.
+double surfaceDirection(Aircraft const& aircraft, FlightState const& state) {
+    auto const& capabilities = aircraft.profile().capabilities;
+    if (aircraft.version() == 0 || !capabilities.isHeadingOnSurface) return state.track;
+    return capabilities.isMagneticNorth ? state.magneticHeading : state.trueHeading;
+}
+
 PayloadWriter surfacePosition(Aircraft const& aircraft, FlightState const& state, bool odd, Sender sender) {
     auto const& profile = aircraft.profile();
     auto const position = encodeSurface(state.place.latitude, state.place.longitude, odd);
@@ -41,7 +48,7 @@ PayloadWriter surfacePosition(Aircraft const& aircraft, FlightState const& state
         .code(1, 5, profile.quality.typeCode)
         .code(6, 12, movementCode(state.groundSpeed, aircraft.version()))
         .flag(13, true)
-        .code(14, 20, surfaceTrack(state.track))
+        .code(14, 20, surfaceTrack(surfaceDirection(aircraft, state)))
         .flag(21, ownOrFlag(aircraft, sender, false))
         .flag(22, odd)
         .code(23, 39, position.latitude)

@@ -135,6 +135,10 @@ struct ExtendedSquitter : MessageHeader {
     std::optional<std::uint8_t> subtype;              ///< of type codes that have one
     SquitterContent content;                          ///< ME
 
+    /// Whether it tells the kind of its address: what a ground station sends of some types has no ICAO/Mode A flag, and
+    /// may be of an aircraft without ICAO address, whatever `addressKind` says. Source: RTCA DO-260B, 2.2.17.2 and 2.2.18.
+    bool tellsAddressKind = true;
+
     bool isIntact() const { return remainder == 0; } ///< its parity is right
 };
 

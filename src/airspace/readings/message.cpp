@@ -205,8 +205,12 @@ unsigned icaoModeAFlag(unsigned typeCode) {
     return kPositions[typeCode];
 }
 
+unsigned addressFlag(ControlField const& field, std::string_view me) {
+    return field.content == Coarse ? 1U : icaoModeAFlag(typeCodeOf(me));
+}
+
 AddressKind addressKindOf(ControlField const& field, std::string_view me) {
-    auto const position = field.content == Coarse ? 1U : icaoModeAFlag(typeCodeOf(me));
+    auto const position = addressFlag(field, me);
     return position != 0 && modes::bit(me, position - 1) ? field.flaggedKind : field.plainKind;
 }
 
@@ -228,8 +232,9 @@ void readNonTransponderSquitter(Received const& frame, Message& message) {
         return ExtendedSquitter{
             addressInField(frame, addressKindOf(field, me)), {}, number, field.origin, {}, {}, contentOf(field, frame)};
     });
-    if (field.content != TypeCoded) return;
     auto& squitter = std::get<ExtendedSquitter>(message);
+    squitter.tellsAddressKind = field.plainKind == field.flaggedKind || addressFlag(field, me) != 0;
+    if (field.content != TypeCoded) return;
     squitter.typeCode = typeCodeOf(me);
     squitter.subtype = subtypeOf(me);
 }

@@ -16,13 +16,16 @@ namespace {
 using Verdict = PositionTracker::Verdict;
 constexpr TimeMs kAhead = 60'000; // clocks of merged sources may differ so much
 
-TrackKey keyOf(Reply const& reply) {
-    auto const* header = headerOf(reply.message);
-    return header ? TrackKey::of(*header) : TrackKey{};
+// A message of a ground station of a type without the flag that tells whose address it is.
+bool leavesAddressKindOpen(Reply const& reply) {
+    auto const* squitter = std::get_if<ExtendedSquitter>(&reply.message);
+    return squitter && !squitter->tellsAddressKind;
 }
 
 // An all-call reply is answered to anybody, and says too little to make an aircraft of it.
-bool makesAircraft(Reply const& reply) { return !std::holds_alternative<AllCallReply>(reply.message); }
+bool makesAircraft(Reply const& reply) {
+    return !std::holds_alternative<AllCallReply>(reply.message) && !leavesAddressKindOpen(reply);
+}
 
 // What counts a verdict; null of those that are nothing to count.
 Counts::Count Counts::*counterOf(Verdict verdict) {
@@ -44,6 +47,7 @@ struct Sky::Impl {
     explicit Impl(SkyOptions const& skyOptions) : options(skyOptions) {}
 
     Reply take(Frame const& frame);
+    TrackKey keyOf(Reply const& reply) const;
     bool isWelcome(Reply const& reply) const;
     StandardTrack* trackOf(Reply const& reply, TimeMs time);
     void track(StandardTrack& track, Frame const& frame, Reply& reply);
@@ -76,6 +80,19 @@ Reply Sky::Impl::take(Frame const& frame) {
     }
     if (auto* const found = trackOf(reply, frame.time)) track(*found, frame, reply);
     return reply;
+}
+
+// Where a message leaves the kind of its address open, that of the aircraft which has it.
+TrackKey Sky::Impl::keyOf(Reply const& reply) const {
+    auto const* header = headerOf(reply.message);
+    if (!header) return {};
+    auto const told = TrackKey::of(*header);
+    if (!leavesAddressKindOpen(reply) || tracks.find(told)) return told;
+    for (auto const kind : {AddressKind::NonIcao, AddressKind::TrackFile}) {
+        auto const key = TrackKey::of(header->address, kind);
+        if (tracks.find(key)) return key;
+    }
+    return told;
 }
 
 bool Sky::Impl::isWelcome(Reply const& reply) const {
@@ -161,11 +178,11 @@ std::vector<Aircraft> Sky::aircraft(TimeMs now) const {
 }
 
 std::optional<Aircraft> Sky::find(std::uint32_t address, TimeMs now, AddressKind kind) const {
-    return _impl->find(TrackKey{address | static_cast<std::uint32_t>(kind) << 24}, now);
+    return _impl->find(TrackKey::of(address, kind), now);
 }
 
 std::optional<Aircraft> Sky::find(Reply const& reply, TimeMs now) const {
-    return reply.isTracked ? _impl->find(keyOf(reply), now) : std::nullopt;
+    return reply.isTracked ? _impl->find(_impl->keyOf(reply), now) : std::nullopt;
 }
 
 std::size_t Sky::size() const { return _impl->tracks.size(); }

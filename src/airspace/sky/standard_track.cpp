@@ -24,7 +24,7 @@ constexpr TimeMs kAfterRebase = TimeMs{1} << 30;      // what is left of them
 
 TrackKey TrackKey::of(MessageHeader const& header) {
     if (header.addressKind == AddressKind::None || header.addressKind == AddressKind::Reserved) return {};
-    return {header.address | static_cast<std::uint32_t>(header.addressKind) << 24};
+    return of(header.address, header.addressKind);
 }
 
 PackedPlace PackedPlace::of(Place const& place) {

@@ -26,6 +26,9 @@ struct TrackKey {
     std::uint32_t value = 0; ///< the address, and its kind above it; 0 of messages of no aircraft
 
     static TrackKey of(MessageHeader const& header);
+    static TrackKey of(std::uint32_t address, AddressKind kind) {
+        return {address | static_cast<std::uint32_t>(kind) << 24};
+    }
     std::uint32_t address() const { return value & 0xFFFFFF; }
     AddressKind kind() const { return static_cast<AddressKind>(value >> 24); }
     friend bool operator==(TrackKey a, TrackKey b) { return a.value == b.value; }

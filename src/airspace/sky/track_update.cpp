@@ -194,8 +194,11 @@ void TrackUpdate::operator()(Identification const& content) {
     _items.category.offer(PackedCategory{content.category.set, content.category.number}, _source, _now);
 }
 
-// Without an operational status headings are magnetic, as in version 0.
+// Without an operational status headings are magnetic, as in version 0. It comes every few seconds: an aircraft that has
+// been heard for a shorter time may have a later version, and true headings.
 void TrackUpdate::heading(double degrees) {
+    constexpr TrackTime statusMs = 10'000;
+    if (!_items.isMagneticNorth.isThere() && _now < statusMs) return;
     bool const isTrue = _items.isMagneticNorth.isThere() && !_items.isMagneticNorth.value;
     auto& item = isTrue ? _items.trueHeadingDegrees : _items.magneticHeadingDegrees;
     item.offer(static_cast<float>(degrees), _source, _now);

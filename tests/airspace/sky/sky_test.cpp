@@ -239,6 +239,22 @@ TEST(Sky, MergesRebroadcastsWithTheirAircraftAndKeepsOtherAddressesApart) {
     EXPECT_EQ(all[1].stateCode, "") << "no state assigned it";
 }
 
+TEST(Sky, GivesWhatTellsNoKindOfAddressToTheAircraftThatHasIt) {
+    auto const tisB = [](std::string const& me) { return frameOf(longFrame(18, capability(2) | kKlm, me, 0)); };
+    auto const trackFilePosition = withBits(airbornePosition({93'000, 51'372, false, 0xC3}), 7, 1, 1);
+    Sky sky;
+    EXPECT_FALSE(sky.take(tisB(identification("TARGET"))).isTracked) << "it may be of anybody";
+    EXPECT_TRUE(sky.take(tisB(trackFilePosition)).isTracked);
+    auto const reply = sky.take(tisB(identification("TARGET")));
+    EXPECT_TRUE(reply.isTracked);
+    EXPECT_EQ(sky.size(), 1U);
+    EXPECT_EQ(sky.find(reply, kNow)->addressKind, AddressKind::TrackFile);
+    EXPECT_EQ(sky.find(kKlm, kNow, AddressKind::TrackFile)->callsign.value, "TARGET  ");
+    sky.take(heard(kIdentification));
+    sky.take(tisB(identification("OTHER")));
+    EXPECT_EQ(sky.find(kKlm, kNow, AddressKind::TrackFile)->callsign.value, "TARGET  ") << "an ICAO address comes first";
+}
+
 TEST(Sky, OneReplyPutsNoFlightOnTheGround) {
     Sky sky;
     auto const flying = [&](TimeMs time) {

@@ -47,7 +47,7 @@ struct Squittered {
 };
 
 // A report 1,7 of a single register is a single bit.
-bool hasTwoFields(airspace::CommB const& content) {
+bool hasTwoFields(airspace::RegisterContent const& content) {
     auto const* const capability = std::get_if<airspace::CommonUsageCapability>(&content);
     return capability == nullptr || capability->served().size() >= 2;
 }
