@@ -288,7 +288,7 @@ std::string statsText(RecordingTitle const& title, RecordingStats const& stats, 
 
 std::string statsJson(RecordingTitle const& title, RecordingStats const& stats) {
     auto const& counters = stats.counters();
-    Json json{{"name", title.name},
+    Json json{{"formatVersion", outputs::kJsonFormatVersion}, {"name", title.name},
         {"encoding", title.encoding ? Json(airspace::identifierOf(*title.encoding)) : Json()},
         {"frames", counters.frames}, {"modeAcFrames", counters.modeAcFrames}, {"time", timesJson(title, stats)},
         {"formats", nonZero(counters.byFormat)}, {"parity", jsonOf(parityCounts(stats.parity()))},

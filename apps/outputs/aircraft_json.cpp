@@ -241,6 +241,7 @@ std::string aircraftDocument(Picture const& picture) {
     Json json;
     json["now"] = seconds(picture.now);
     if (!timeKnown(picture)) json["time_known"] = false;
+    json["format_version"] = kJsonFormatVersion;
     json["messages"] = picture.counters.frames - picture.counters.undecoded;
     auto& list = json["aircraft"] = Json::array();
     for (auto const* aircraft : newestByAddress(picture)) {

@@ -81,6 +81,7 @@ void addValue(Snapshot& to, std::string const& name, airspace::Item<airspace::Sq
 
 std::string jsonLine(Picture const& picture, Aircraft const& aircraft) {
     Snapshot snapshot(aircraft);
+    snapshot.add("formatVersion", kJsonFormatVersion);
     snapshot.addTime("now", aircraft.now);
     snapshot.add("timeKnown", timeKnown(picture, aircraft));
     snapshot.add("source", aircraft.source, !aircraft.source.empty());

@@ -8,6 +8,9 @@
 
 namespace quorvel::outputs {
 
+/// Of all JSON that the program writes: raised when a member goes, or changes its meaning.
+inline constexpr int kJsonFormatVersion = 2;
+
 /// A number with so many decimals and a point, whatever the locale of the host.
 std::string fixed(double number, int decimals);
 

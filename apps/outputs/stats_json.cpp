@@ -38,8 +38,8 @@ Json sourceOf(SourceState const& source) {
 } // namespace
 
 std::string statsJson(Picture const& picture) {
-    Json object{{"now", timeText(picture.now)}, {"aircraft", picture.aircraft.size()},
-        {"counters", countsOf(picture.counters)}, {"sources", Json::array()}};
+    Json object{{"formatVersion", kJsonFormatVersion}, {"now", timeText(picture.now)},
+        {"aircraft", picture.aircraft.size()}, {"counters", countsOf(picture.counters)}, {"sources", Json::array()}};
     for (auto const& source : picture.sources) object["sources"].push_back(sourceOf(source));
     return object.dump() + "\n";
 }

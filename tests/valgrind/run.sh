@@ -24,7 +24,8 @@ watched_tests() {
     watched "$(basename "$1")" "$1" --gtest_brief=1 --gtest_filter="-$unwatched"
 }
 
-mapfile -t tests < <(find "$build/tests" -type f -executable -name 'trevallo_*_tests')
+# The program that counts what is allocated has operators of its own for that, which valgrind replaces in part.
+mapfile -t tests < <(find "$build/tests" -type f -executable -name 'trevallo_*_tests' ! -name trevallo_allocations_tests)
 program=$build/apps/trevallo/trevallo
 "$program" simulate --seconds 5 --format avr --output "$logs/stream.avr"
 

@@ -40,15 +40,15 @@ TEST_F(AircraftJsonFile, HasTheFieldsThatMapsRead) {
     auto const list = aircraft({knownAircraft()});
     ASSERT_EQ(list.size(), 1U);
     EXPECT_EQ(list[0].dump(),
-        R"({"hex":"4840d6","flight":"KLM1023","squawk":"4032","emergency":"none","category":"A3","alert":0,"spi":0,)"
+        R"({"hex":"4840d6","type":"adsb_icao","flight":"KLM1023","squawk":"4032","emergency":"none","category":"A3","alert":0,"spi":0,)"
         R"("alt_baro":38000,"gs":451.3,"track":92.5,"baro_rate":-640,"lat":52.25,"lon":-3.9375,)"
-        R"("seen_pos":2.5,"version":2,"nic":8,"nac_p":9,"sil":3,"mlat":[],"tisb":[],"messages":321,)"
+        R"("nic":8,"seen_pos":2.5,"version":2,"nac_p":9,"sil":3,"mlat":[],"tisb":[],"messages":321,)"
         R"("seen":2.5,"rssi":-6.0})");
 }
 
 TEST_F(AircraftJsonFile, LeavesOutWhatIsNotValid) {
     EXPECT_EQ(aircraft({heardAircraft(0xABC, kNow)})[0].dump(),
-        R"({"hex":"000abc","mlat":[],"tisb":[],"messages":1,"seen":0.0})");
+        R"({"hex":"000abc","type":"mode_s","mlat":[],"tisb":[],"messages":1,"seen":0.0})");
 }
 
 TEST_F(AircraftJsonFile, LeavesOutTheSignalLevelThatAnEncodingDoesNotCarry) {
@@ -63,7 +63,8 @@ TEST_F(AircraftJsonFile, SaysWhenItWasWrittenAndHowManyMessagesThereWere) {
     auto picture = pictureOf({});
     picture.counters.frames = 120;
     picture.counters.undecoded = 20;
-    EXPECT_EQ(outputs::aircraftDocument(picture), "{\"now\":1714566896.789,\"messages\":100,\"aircraft\":[]}\n");
+    EXPECT_EQ(outputs::aircraftDocument(picture),
+        "{\"now\":1714566896.789,\"format_version\":2,\"messages\":100,\"aircraft\":[]}\n");
 }
 
 TEST_F(AircraftJsonFile, SaysWhenItsTimeIsOfNoCalendar) {
@@ -91,6 +92,79 @@ TEST_F(AircraftJsonFile, NamesEmergencies) {
         one.squawk.value = airspace::Squawk{static_cast<std::uint16_t>(expected.squawk)};
         EXPECT_EQ(aircraft({one})[0]["emergency"], expected.name);
     }
+}
+
+TEST_F(AircraftJsonFile, HasTheFieldsThatMapsReadOfOtherMessagesToo) {
+    auto one = knownAircraft();
+    auto const AdsB = airspace::Source::AdsB;
+    auto const CommB = airspace::Source::CommB;
+    auto const Derived = airspace::Source::Derived;
+    one.emergency = {airspace::EmergencyState::MinimumFuel, AdsB, kNow, 0};
+    one.registration = {"N12345", Derived, kNow, 0};
+    one.altitudeGnss = {38'725, AdsB, kNow, 0};
+    one.verticalRateGnss = {-704, AdsB, kNow, 0};
+    one.indicatedAirspeed = {271, CommB, kNow, 0};
+    one.trueAirspeed = {462.0, CommB, kNow, 0};
+    one.mach = {0.784, CommB, kNow, 0};
+    one.windDirection = {270.4, Derived, kNow, 0};
+    one.windSpeed = {32.6, Derived, kNow, 0};
+    one.temperature = {-52.3, Derived, kNow, 0};
+    one.totalTemperature = {-25.4, Derived, kNow, 0};
+    one.trackRate = {-0.031, CommB, kNow, 0};
+    one.roll = {-1.055, CommB, kNow, 0};
+    one.magneticHeading = {88.246, CommB, kNow, 0};
+    one.trueHeading = {90.0, AdsB, kNow, 0};
+    one.pressureSetting = {1013.25, AdsB, kNow, 0};
+    one.selectedAltitude = {38'016, AdsB, kNow, 0};
+    one.selectedAltitudeManagement = {32'000, CommB, kNow, 0};
+    one.selectedHeading = {88.59, AdsB, kNow, 0};
+    one.selectedModes = {airspace::SelectedModes{true, {}, false, {}, {}, true}, AdsB, kNow, 0};
+    one.radius = {185.2, AdsB, kNow, 0};
+    one.distance = {31.7462, Derived, kNow, 0};
+    one.bearing = {267.24, Derived, kNow, 0};
+    one.nicBaro.value = true;
+    one.nacv.value = 2;
+    one.silBasis.value = airspace::SilBasis::Hour;
+    one.gva.value = 2;
+    one.sda.value = 3;
+    auto const json = aircraft({one})[0];
+    auto const expected = Json::parse(R"({"emergency": "minfuel", "r": "N12345", "alt_geom": 38725, "geom_rate": -704,
+        "ias": 271, "tas": 462, "mach": 0.784, "wd": 270, "ws": 33, "oat": -52, "tat": -25, "track_rate": -0.03,
+        "roll": -1.06, "mag_heading": 88.25, "true_heading": 90.0, "nav_qnh": 1013.3, "nav_altitude_mcp": 38016,
+        "nav_altitude_fms": 32000, "nav_heading": 88.59, "nav_modes": ["autopilot", "tcas"], "rc": 185,
+        "r_dst": 31.746, "r_dir": 267.2, "nic_baro": 1, "nac_v": 2, "sil_type": "perhour", "gva": 2, "sda": 3})");
+    for (auto const& [key, value] : expected.items()) EXPECT_EQ(json[key], value) << key;
+}
+
+TEST_F(AircraftJsonFile, SaysOfWhatKindAnAircraftIsByAddressAndBestSource) {
+    using airspace::AddressKind;
+    using airspace::Source;
+    struct Case {
+        AddressKind kind;
+        Source source;
+        char const* type;
+    };
+    Case const cases[] = {{AddressKind::Icao, Source::AdsB, "adsb_icao"},
+        {AddressKind::Icao, Source::AdsR, "adsr_icao"}, {AddressKind::Icao, Source::TisB, "tisb_icao"},
+        {AddressKind::Icao, Source::ModeS, "mode_s"}, {AddressKind::NonIcao, Source::AdsB, "adsb_other"},
+        {AddressKind::NonIcao, Source::AdsR, "adsr_other"}, {AddressKind::TrackFile, Source::TisB, "tisb_trackfile"},
+        {AddressKind::TisB, Source::TisB, "tisb_other"}};
+    for (auto const& each : cases) {
+        auto one = heardAircraft(0xABC, kNow);
+        one.addressKind = each.kind;
+        one.groundSpeed = {120.0, each.source, kNow, 0};
+        one.altitudeBaro = {5'000, Source::Derived, kNow, 0};
+        auto const json = aircraft({one})[0];
+        EXPECT_EQ(json["type"], each.type);
+        EXPECT_EQ(json["hex"], each.kind == AddressKind::Icao ? "000abc" : "~000abc");
+        EXPECT_EQ(json["tisb"], each.source == Source::TisB ? Json({"gs"}) : Json::array());
+    }
+}
+
+TEST_F(AircraftJsonFile, KeepsAircraftOfOneNumberAndOtherKindsOfAddressApart) {
+    auto one = heardAircraft(0xABC, kNow), other = one;
+    other.addressKind = airspace::AddressKind::TrackFile;
+    EXPECT_EQ(aircraft({one, other}).size(), 2U);
 }
 
 TEST_F(AircraftJsonFile, LeavesOutPositionsOlderThanAMinuteAndAircraftNotHeardForFive) {

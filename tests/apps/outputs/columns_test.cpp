@@ -4,7 +4,7 @@
 
 #include "pictures.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <set>
 
@@ -26,14 +26,43 @@ std::string cell(outputs::Aircraft const& aircraft, std::string_view heading) {
 
 TEST(AircraftTable, ShowsWhatIsValidInAlignedColumns) {
     EXPECT_EQ(tableText(makeTable(pictureOf({heardAircraft(0xABC, kNow - 102'500), knownAircraft()}))),
-        "Track  ICAO    Callsign  Squawk  Altitude    Rate  Speed  Heading  Latitude  Longitude  Pos. age  "
+        "No.  ICAO    Callsign  Squawk  Altitude    Rate  Speed  Track  Latitude  Longitude  Pos. age  "
         "Version  Messages    Age\n"
-        "                                       ft  ft/min     kt      deg       deg        deg         s  "
+        "                                     ft  ft/min     kt    deg       deg        deg         s  "
         "                       s\n"
-        "    0  000ABC  -         -              -       -      -        -         -          -         -  "
+        "  0  000ABC  -         -              -       -      -      -         -          -         -  "
         "    (0)         1  102.5\n"
-        "    7  4840D6  KLM1023   4032       38000    -640    451     92.5  52.25000   -3.93750       2.5  "
+        "  7  4840D6  KLM1023   4032       38000    -640    451   92.5  52.25000   -3.93750       2.5  "
         "      2       321    2.5\n");
+}
+
+TEST(AircraftTable, HasTrackNumbersAndDistancesWhereThereAreSome) {
+    auto aircraft = knownAircraft();
+    aircraft.trackNumber = 0;
+    auto const headings = [&] {
+        std::vector<std::string> names;
+        for (auto const* column : makeTable(pictureOf({aircraft})).columns) names.emplace_back(column->heading);
+        return names;
+    };
+    EXPECT_THAT(headings(), testing::Not(testing::Contains("No.")));
+    EXPECT_THAT(headings(), testing::Not(testing::Contains("Distance")));
+    aircraft.distance.value = 31.75;
+    EXPECT_THAT(headings(), testing::Contains("Distance"));
+    EXPECT_EQ(cell(aircraft, "Distance"), "31.8");
+}
+
+TEST(AircraftTable, ShowsTheVerticalRateThatIsNewer) {
+    auto aircraft = knownAircraft();
+    aircraft.verticalRateGnss = {-500, airspace::Source::AdsB, kNow, 0};
+    EXPECT_EQ(cell(aircraft, "Rate"), "-500");
+    aircraft.verticalRateBaro.updated = kNow;
+    EXPECT_EQ(cell(aircraft, "Rate"), "-640") << "of the barometer if they are of one age";
+}
+
+TEST(AircraftTable, MarksAddressesThatNoStateAssigned) {
+    auto aircraft = heardAircraft(0xABC, kNow);
+    aircraft.addressKind = airspace::AddressKind::TisB;
+    EXPECT_EQ(cell(aircraft, "ICAO"), "~000ABC");
 }
 
 TEST(AircraftTable, NamesTheSourceWhereThereAreSeveral) {
@@ -69,7 +98,9 @@ TEST(AircraftTable, ShowsVersionsAsConfirmedOrAssumed) {
     aircraft.mopsVersionConfirmed = true;
     EXPECT_EQ(cell(aircraft, "Version"), "2");
     aircraft.mopsVersion.value.reset();
-    EXPECT_EQ(cell(aircraft, "Version"), "?");
+    EXPECT_EQ(cell(aircraft, "Version"), "");
+    aircraft.trackNumber = 1;
+    EXPECT_EQ(cell(aircraft, "Version"), "(?)") << "the core's tracker always assumes one";
 }
 
 TEST(AircraftTable, ShowsNoAltitudeForAnAircraftOnTheGround) {

@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+
 using namespace quorvel;
 using namespace quorvel::outputs::test;
 using Json = nlohmann::ordered_json;
@@ -39,7 +42,10 @@ TEST(JsonLine, ShowsEachItemUnderTheNameOfItsGetter) {
     EXPECT_EQ(json["signalAmplitude"], 128);
     EXPECT_EQ(json["altitudeBaro"], 38000);
     EXPECT_EQ(json["groundSpeed"], 451.25);
-    EXPECT_EQ(json["heading"], 92.5);
+    EXPECT_EQ(json["track"], 92.5);
+    EXPECT_EQ(json["squawkSource"], "Mode S");
+    EXPECT_EQ(json["address"], "4840D6");
+    EXPECT_EQ(json["formatVersion"], 2);
     EXPECT_EQ(json["verticalRateBaro"], -640);
     EXPECT_EQ(json["groundStatus"], false);
     EXPECT_EQ(json["spiStatus"], false);
@@ -70,13 +76,39 @@ TEST(JsonLine, ShowsTimesAsTextInMillisecondsAndAsAges) {
 TEST(JsonLine, ShowsNullForWhatIsNotValid) {
     auto const json = snapshot(heardAircraft(0xABC, kNow));
     for (auto const* key : {"trackId", "source", "callsign", "emitterCategory", "squawk", "squawkString", "latitude",
-             "longitude", "signalAmplitude", "altitudeBaro", "groundSpeed", "heading", "verticalRateBaro",
-             "groundStatus", "spiStatus", "alertStatus", "nucp", "nucr", "nic", "nicSuppA", "nicSuppB", "nicSuppC",
-             "pic", "nacp", "sil", "positionLastUpdate", "positionLastUpdateMs", "positionAge", "callsignLastChange"}) {
+             "longitude", "signalAmplitude", "altitudeBaro", "groundSpeed", "track", "verticalRateBaro", "groundStatus",
+             "spiStatus", "alertStatus", "nucp", "nucr", "nic", "nicSuppA", "nicSuppB", "nicSuppC", "pic", "nacp",
+             "sil", "mach", "advisory"}) {
         ASSERT_TRUE(json.contains(key)) << key;
         EXPECT_TRUE(json[key].is_null()) << key;
     }
     EXPECT_EQ(json["icaoAddressString"], "000ABC");
+    EXPECT_FALSE(json.contains("machLastUpdate")) << "what was never reported has no times";
+    EXPECT_FALSE(json.contains("machSource"));
+}
+
+TEST(JsonLine, TellsValuesOfTheStandardsInWordsWhereTheyAreNoNumbers) {
+    auto aircraft = knownAircraft();
+    aircraft.emergency.value = airspace::EmergencyState::UnlawfulInterference;
+    aircraft.silBasis.value = airspace::SilBasis::Sample;
+    aircraft.selectedModes.value = airspace::SelectedModes{true, {}, true, {}, {}, {}};
+    airspace::ResolutionAdvisory advisory;
+    advisory.sameSense = {true, false, false, false, false, true};
+    advisory.isTerminated = true;
+    aircraft.advisory.value = advisory;
+    auto const json = snapshot(aircraft);
+    EXPECT_EQ(json["emergency"], "unlawful");
+    EXPECT_EQ(json["silBasis"], "persample");
+    EXPECT_EQ(json["selectedModes"].dump(), R"(["autopilot","althold"])");
+    EXPECT_EQ(json["advisory"], "climb, corrective, ended");
+}
+
+TEST(JsonLine, HasNoIcaoAddressOfAnAircraftThatHasNone) {
+    auto aircraft = heardAircraft(0xABC, kNow);
+    aircraft.addressKind = airspace::AddressKind::NonIcao;
+    auto const json = snapshot(aircraft);
+    EXPECT_EQ(json["address"], "~000ABC");
+    EXPECT_TRUE(json["icaoAddress"].is_null());
 }
 
 TEST(JsonLine, ShowsAnUnknownVersionAsNull) {
@@ -85,10 +117,14 @@ TEST(JsonLine, ShowsAnUnknownVersionAsNull) {
     EXPECT_TRUE(snapshot(aircraft)["mopsVersion"].is_null());
 }
 
-TEST(JsonLine, HasTheSameKeysInTheSameOrderWhateverIsKnown) {
+TEST(JsonLine, HasAllValuesInTheSameOrderWhateverIsKnown) {
     auto const known = keys(snapshot(knownAircraft()));
-    EXPECT_EQ(known, keys(snapshot(heardAircraft(1, kNow))));
-    EXPECT_EQ(known.front(), "now");
+    auto const unknown = keys(snapshot(heardAircraft(1, kNow)));
+    std::vector<std::string> inBoth;
+    std::ranges::copy_if(
+        known, std::back_inserter(inBoth), [&](auto const& key) { return std::ranges::count(unknown, key) > 0; });
+    EXPECT_EQ(inBoth, unknown);
+    EXPECT_EQ(known.front(), "formatVersion");
 }
 
 TEST(JsonLine, GivesNoNegativeAges) { EXPECT_EQ(snapshot(heardAircraft(1, kNow + 5'000))["age"], 0); }

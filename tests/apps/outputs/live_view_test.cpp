@@ -64,7 +64,8 @@ public:
     // the address in the selected row
     std::string selected() const {
         for (auto const& each : screen()) {
-            if (each.size() > 1 && each[0].style.reverse && each[1].style.reverse) return each[0].text;
+            if (each.size() > 1 && each[0].style.reverse && each[1].style.reverse)
+                return each[0].text.substr(0, each[0].text.find(' '));
         }
         return "none";
     }
@@ -107,26 +108,26 @@ TEST(LiveView, ShowsTheAircraftInAScreenOf80By24) {
     ASSERT_EQ(lines.size(), 24U);
     EXPECT_EQ(lines[0], "2 aircraft, 1 with position  0 frames/s  0 repaired  0 dropped");
     EXPECT_EQ(lines[1], "2024-05-01T12:34:56Z  tcp://receiver:30005 connected");
-    EXPECT_EQ(lines[2], "ICAO   Callsign Sqwk    Alt  Spd   Hdg       Lat        Lon   Pos   Msgs   Age");
-    EXPECT_EQ(lines[3], "000ABC                                                                 1  10.0");
-    EXPECT_EQ(lines[4], "4840D6 KLM1023  4032  38000  451  92.5  52.25000   -3.93750   2.5    321   2.5");
+    EXPECT_EQ(lines[2], "ICAO    Callsign Sqwk    Alt  Spd   Trk       Lat        Lon   Pos   Msgs   Age");
+    EXPECT_EQ(lines[3], "000ABC                                                                  1  10.0");
+    EXPECT_EQ(lines[4], "4840D6  KLM1023  4032  38000  451  92.5  52.25000   -3.93750   2.5    321   2.5");
     EXPECT_EQ(lines[5], "");
-    EXPECT_EQ(lines[22], "Sort i:ICAO c:Callsign s:Sqwk a:Alt v:Spd h:Hdg l:Lat o:Lon p:Pos m:Msgs g:Age");
+    EXPECT_EQ(lines[22], "Sort i:ICAO c:Callsign s:Sqwk a:Alt v:Spd h:Trk l:Lat o:Lon p:Pos m:Msgs g:Age");
     EXPECT_EQ(lines[23], "Up/Down j/k PgUp/PgDn select  Enter details  / filter  r reverse  ? help  q quit");
 }
 
 TEST(LiveView, LeavesOutColumnsByRankWhenItIsNarrow) {
     View view(pictureOf({knownAircraft()}));
     view.columns = 200;
-    EXPECT_EQ(view.line(2), "   # ICAO   Callsign Sqwk    Alt   Rate  Spd   Hdg       Lat        Lon   Pos Ver   Msgs"
+    EXPECT_EQ(view.line(2), "   # ICAO    Callsign Sqwk    Alt   Rate  Spd   Trk       Lat        Lon   Pos Ver   Msgs"
                             "   Age");
     view.columns = 40;
-    EXPECT_EQ(view.line(2), "ICAO   Callsign Sqwk    Alt  Spd   Age");
+    EXPECT_EQ(view.line(2), "ICAO    Callsign Sqwk    Alt  Spd   Age");
     view.columns = 10;
-    EXPECT_EQ(view.line(2), "ICAO  ");
+    EXPECT_EQ(view.line(2), "ICAO   ");
     view.picture.aircraft[0].source = "roof";
     view.columns = 200;
-    EXPECT_EQ(view.line(2).substr(95), "Source          ");
+    EXPECT_EQ(view.line(2).substr(96), "Source          ");
 }
 
 TEST(LiveView, FitsIntoAnySize) {

@@ -55,21 +55,21 @@ std::size_t fields(std::string const& line) {
 
 TEST_F(SbsLines, ReportIdentifications) {
     EXPECT_EQ(hearSquitter(modes::test::identification("KLM1023")),
-        "MSG,1,1,1,4840D6,1,2024/05/01,12:34:56.789,2024/05/01,12:34:56.789,KLM1023,,,,,,,,,,,\r\n");
+        "MSG,1,1,1,4840D6,1,2024/05/01,12:34:56.789,2024/05/01,12:34:56.789,KLM1023,,,,,,,,,,,0\r\n");
 }
 
 TEST_F(SbsLines, ReportAirbornePositionsOnceBothHalvesAreThere) {
     modes::test::PositionBits even{93000, 51372, false, 0xC3}, odd{74158, 50194, true, 0xC3};
     EXPECT_EQ(hearSquitter(modes::test::airbornePosition(even)),
-        "MSG,3,1,1,4840D6,1,2024/05/01,12:34:56.789,2024/05/01,12:34:56.789,,38050,,,,,,,,,,0\r\n");
+        "MSG,3,1,1,4840D6,1,2024/05/01,12:34:56.789,2024/05/01,12:34:56.789,,37800,,,,,,,0,,0,0\r\n");
     EXPECT_EQ(hearSquitter(modes::test::airbornePosition(odd)),
-        "MSG,3,1,1,4840D6,1,2024/05/01,12:34:57.789,2024/05/01,12:34:57.789,,37825,,,52.26578,3.93891,,,,,,0"
-        "\r\n");
+        "MSG,3,1,1,4840D6,1,2024/05/01,12:34:57.789,2024/05/01,12:34:57.789,,37800,,,52.26578,3.93891,,,0,,0,"
+        "0\r\n");
 }
 
 TEST_F(SbsLines, ReportSurfacePositionsWithoutWhatTheyDidNotBring) {
     EXPECT_EQ(hearSquitter(modes::test::payload(6)),
-        "MSG,2,1,1,4840D6,1,2024/05/01,12:34:56.789,2024/05/01,12:34:56.789,,,,,,,,,,,,\r\n");
+        "MSG,2,1,1,4840D6,1,2024/05/01,12:34:56.789,2024/05/01,12:34:56.789,,,,,,,,,,,,-1\r\n");
 }
 
 TEST_F(SbsLines, ReportVelocities) {
@@ -77,7 +77,7 @@ TEST_F(SbsLines, ReportVelocities) {
     bits.east = 301, bits.north = 401;
     bits.rateHighBits = 1;
     EXPECT_EQ(hearSquitter(modes::test::airborneVelocity(bits)),
-        "MSG,4,1,1,4840D6,1,2024/05/01,12:34:56.789,2024/05/01,12:34:56.789,,,500.0,36.9,,,4544,,,,,\r\n");
+        "MSG,4,1,1,4840D6,1,2024/05/01,12:34:56.789,2024/05/01,12:34:56.789,,,500.0,36.9,,,4032,,,,,0\r\n");
 }
 
 TEST_F(SbsLines, ReportSurveillanceReplies) {
@@ -85,16 +85,18 @@ TEST_F(SbsLines, ReportSurveillanceReplies) {
     auto const when = std::string("2024/05/01,12:34:57.789,2024/05/01,12:34:57.789");
     using namespace modes::test;
     EXPECT_EQ(hear(shortFrame(4, flightStatus(2) | altitudeCode(38000), kAddress)),
-        "MSG,5,1,1,4840D6,1," + when + ",,38000,,,,,,,-1,,0,0\r\n");
+        "MSG,5,1,1,4840D6,1," + when + ",,38000,,,,,,,-1,,0,\r\n");
 }
 
 TEST_F(SbsLines, ReportIdentityRepliesWithEmergencies) {
     hearSquitter(modes::test::identification("KLM1023"));
     using namespace modes::test;
-    EXPECT_EQ(
-        hear(shortFrame(5, flightStatus(4) | identityCode(07700), kAddress)).substr(66), ",,,,,,,,7700,-1,-1,-1,0\r\n");
-    EXPECT_EQ(
-        hear(shortFrame(5, flightStatus(1) | identityCode(04032), kAddress)).substr(66), ",,,,,,,,4032,0,0,0,-1\r\n");
+    auto const emergency = shortFrame(5, flightStatus(4) | identityCode(07700), kAddress);
+    EXPECT_EQ(hear(emergency).substr(66), ",,,,,,,,,-1,,-1,\r\n") << "a second reply must say the same";
+    EXPECT_EQ(hear(emergency).substr(66), ",,,,,,,,7700,-1,-1,-1,\r\n");
+    auto const landed = shortFrame(5, flightStatus(1) | identityCode(04032), kAddress);
+    hear(landed);
+    EXPECT_EQ(hear(landed).substr(66), ",,,,,,,,4032,0,0,0,\r\n") << "it squitters that it is airborne";
 }
 
 TEST_F(SbsLines, ReportLongRepliesLikeShortOnes) {
@@ -130,6 +132,19 @@ TEST_F(SbsLines, KeepCommasAndControlCharactersOutOfTheCallsign) {
     auto const line = lineOf(aircraft, kNow);
     EXPECT_NE(line.find(",A?B??C?,"), std::string::npos) << line;
     EXPECT_EQ(fields(line), 22U);
+}
+
+TEST_F(SbsLines, HaveTheVerticalRateByGnssWhereThereIsNoOther) {
+    auto aircraft = knownAircraft(0);
+    aircraft.verticalRateBaro = {};
+    aircraft.verticalRateGnss = {-704, airspace::Source::AdsB, kNow, 0};
+    EXPECT_NE(lineOf(aircraft, kNow).find(",-704,"), std::string::npos);
+}
+
+TEST_F(SbsLines, AreNotWrittenForAddressesThatTheFormatDoesNotHave) {
+    auto aircraft = knownAircraft(0);
+    aircraft.addressKind = airspace::AddressKind::TrackFile;
+    EXPECT_EQ(lineOf(aircraft, kNow), "");
 }
 
 TEST_F(SbsLines, AreNotWrittenForOtherMessagesOrWithoutAircraft) {

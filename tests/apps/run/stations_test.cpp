@@ -18,7 +18,7 @@ struct Sources {
     modes::test::TemporaryFolder folder;
     Stations stations;
 
-    explicit Sources(bool areMerged = false) : stations({}, areMerged) {}
+    explicit Sources(bool areMerged = false, SkyUse const& use = {}) : stations(use, areMerged) {}
 
     Source& add(std::string const& name) {
         auto& source = stations.add(name);
@@ -92,7 +92,33 @@ TEST(Stations, ThePictureShowsAircraftBySourceAndCountsOfAll) {
     EXPECT_EQ(picture.sources[0].now, kMayDay + 1'000);
     EXPECT_TRUE(picture.sources[0].timeKnown);
     EXPECT_EQ(picture.sources[1].counters.tracked, 2U);
+    EXPECT_FALSE(picture.report(picture.aircraft[0])) << "no pages are wanted";
+}
+
+TEST(Stations, HaveReportsOfTheCoreWherePagesAreWanted) {
+    SkyUse use;
+    use.hasPages = true;
+    Sources sources(false, use);
+    hear(sources.add("one"), 0x4B1234, kMayDay);
+    auto const picture = sources.stations.picture();
+    ASSERT_EQ(picture.aircraft.size(), 1U);
+    EXPECT_EQ(picture.aircraft[0].trackNumber, 0) << "values are by the standards all the same";
+    ASSERT_TRUE(picture.report(picture.aircraft[0]));
+    EXPECT_EQ(picture.report(picture.aircraft[0])->icaoAddress(), 0x4B1234U);
+}
+
+TEST(Stations, ShowTheValuesOfTheLibraryIfAskedTo) {
+    SkyUse use;
+    use.values = Values::Library;
+    Sources sources(false, use);
+    hear(sources.add("one"), 0x4B1234, kMayDay);
+    auto const picture = sources.stations.picture();
+    ASSERT_EQ(picture.aircraft.size(), 1U);
+    EXPECT_EQ(picture.aircraft[0].trackNumber, 1);
+    EXPECT_EQ(picture.counters.tracked, 1U);
     EXPECT_TRUE(picture.report(picture.aircraft[0]));
+    sources.stations.dropAll();
+    EXPECT_TRUE(sources.stations.picture().aircraft.empty());
 }
 
 TEST(Stations, CountsOfMergedSourcesAreOfAllTogether) {

@@ -19,6 +19,18 @@ class Sky(TrackTest):
             self.assertEqual(refused, self.count_of("repaired_refused_total", "--repaired", choice, recording), choice)
         self.assertEqual({(None, "4B1234")}, set(self.last_of(recording)))
 
+    def test_more_aircraft_than_the_library_can_number_are_shown(self):
+        recording = self.file("a.avr", b"".join(avr(identification(0x100000 + number, "A"), NOON + number)
+                                                for number in range(5_000)))
+        self.assertEqual(5_000, len(self.table(recording).splitlines()) - 4)
+
+    def test_values_of_the_library_are_its_own(self):
+        recording = self.file("a.avr", flight(0x4B1234, "SWR12", 1))
+        own = self.last_of("--values", "library", recording)[None, "4B1234"]
+        standard = self.last_of(recording)[None, "4B1234"]
+        self.assertEqual((1, None), (own["trackId"], standard["trackId"]))
+        self.assertNotEqual(own["altitudeBaro"], standard["altitudeBaro"])
+
     def test_positions_out_of_range_are_refused_and_counted(self):
         recording = self.file("a.avr", flight(0x4B1234, "SWR12", 1) + flight(0x3C5678, "DLH9", 1, 52.0, 11.0))
         near = ("--location", "48,11", "--max-range", "100", recording)
@@ -29,15 +41,15 @@ class Sky(TrackTest):
         self.assertEqual(1, self.count_of("positions_out_of_range_total", *near))
         self.assertEqual(0, self.count_of("positions_out_of_range_total", recording))
 
-    def test_a_full_table_loses_replies_counted_and_drops_the_oldest(self):
+    def test_a_full_table_of_the_library_loses_replies_counted_and_drops_the_oldest(self):
         def squitters(first, count, ms):
             return b"".join(avr(identification(first + number, "A"), ms + number) for number in range(count))
 
         room = self.file("a.avr", squitters(0x100000, 4095, NOON) + squitters(0x200000, 100, NOON + 5_000))
-        self.assertEqual(100, self.count_of("table_full_total", room))
+        self.assertEqual(100, self.count_of("table_full_total", "--values", "library", room))
         late = self.file("b.avr", squitters(0x100000, 4095, NOON) + squitters(0x200000, 50, NOON + 60_000))
         counts = self.folder / "counts"
-        rows = {line.split()[1] for line in self.table("--prometheus", counts, late).splitlines()[2:-2]}
+        rows = {line.split()[1] for line in self.table("--values", "library", "--prometheus", counts, late).splitlines()[2:-2]}
         dropped = counted("targets_made_room_total", counts.read_text())
         self.assertEqual(0, counted("table_full_total", counts.read_text()))
         self.assertIn(dropped, range(64, 70))
