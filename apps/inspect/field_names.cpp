@@ -161,7 +161,7 @@ constexpr ValueTitle kValueTitles[]{
     {"movement", "Movement code", ""},
     {"groundspeed", "Ground speed", "knots"},
     {"groundspeed_upper", "Ground speed, at most", "knots"},
-    {"track_status", "Track is there", "", kFlags, false},
+    {"track_status", "", ""},
     {"track", "Track", "degrees"},
     {"category", "", ""},
     {"emitter_category", "Emitter category", ""},

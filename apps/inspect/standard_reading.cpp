@@ -6,10 +6,9 @@
 #include <airspace/message_fields.h>
 
 #include <algorithm>
-#include <array>
+#include <limits>
 #include <span>
 #include <string_view>
-#include <type_traits>
 
 namespace quorvel::inspect {
 
@@ -21,6 +20,7 @@ using airspace::Message;
 airspace::SkyOptions optionsOf(std::optional<airspace::Place> const& location) {
     airspace::SkyOptions options;
     options.positions.receiver = location;
+    options.positions.rangeNm = std::numeric_limits<double>::infinity();
     return options;
 }
 

@@ -13,7 +13,6 @@ namespace quorvel::inspect {
 
 namespace {
 
-constexpr int kJsonFormat = 1; // grows when what is there changes its meaning
 constexpr std::size_t kLineColumns = 80;
 
 std::string fewDecimals(double number) {
@@ -116,6 +115,13 @@ std::string messageText(StandardReading const& reading) {
     return text;
 }
 
+std::string unreadText(StandardReading const& reading) {
+    auto const* const squitter = std::get_if<airspace::ExtendedSquitter>(&reading.reply.message);
+    if (squitter && std::holds_alternative<airspace::UnreadSquitter>(squitter->content))
+        return summaryLine("Contents", "not read: reserved, not public, or not of this version");
+    return reading.isUnreadByLibrary ? summaryLine("Library", "does not read this message") : "";
+}
+
 Json jsonOf(NamedValues const& values) {
     auto json = Json::object();
     for (auto const& [name, value] : values)
@@ -135,7 +141,7 @@ std::string readingText(StandardReading const& reading) {
     if (!reading.messageName.empty()) text += summaryLine("Message", messageText(reading));
     if (reading.version) text += summaryLine("ADS-B version", std::to_string(*reading.version));
     if (reading.registerChoice) text += summaryLine("Register", registerText(*reading.registerChoice));
-    if (reading.isUnreadByLibrary) text += summaryLine("Library", "does not read this message");
+    text += unreadText(reading);
     text += valuesText(reading);
     if (auto const& place = reading.position)
         text += "\n" + positionLine(place->latitude, place->longitude, "with the frames before it");
@@ -143,7 +149,7 @@ std::string readingText(StandardReading const& reading) {
 }
 
 std::string readingJson(StandardReading const& reading) {
-    Json json{{"jsonFormat", kJsonFormat}};
+    Json json{{"formatVersion", outputs::kJsonFormatVersion}};
     json.update(summaryJson(reading));
     json["message"] = orNull(reading.messageName);
     json["version"] = orNull(reading.version);

@@ -246,11 +246,11 @@ void addDecodeCommand(CLI::App& app) {
     command->add_flag("--json", settings->json, "One JSON object a line for each frame");
     command->add_flag("--jsonl", settings->readings,
         "What the standards say about each frame of one recording, named in place of HEX or by --file: one JSON "
-        "object a line, written at once");
+        "object a line, written at once. Lines SECONDS,HEX are read, too");
     addTrackedOptions(*command, *settings);
     command
         ->add_option("--location", settings->location,
-            "A place near the aircraft on the surface, whose positions need one; others are at most 300 NM from it")
+            "A place near the aircraft on the surface, without which they have no position")
         ->check(checkedPlace)
         ->type_name("LAT,LON");
     addLogOptions(*command, settings->log);
@@ -259,7 +259,7 @@ void addDecodeCommand(CLI::App& app) {
                     "  trevallo decode --explain '*5D4CA2D46B609F;'\n"
                     "  trevallo decode 8D40621D58C382D690C8AC2863A7 8D40621D58C386435CC412692AD6\n"
                     "  trevallo decode --file recording.beast | less\n"
-                    "  trevallo decode --json --version-of-mops 2 8D4840D6202CC371C32CE0576098 | jq .payload\n"
+                    "  trevallo decode --json --version-of-mops 2 8D4840D6202CC371C32CE0576098 | jq .values\n"
                     "  trevallo decode --jsonl recording.beast | jq 'select(.df == 17)'\n"
                     "  trevallo decode --jsonl --tracked --location 48.35,11.79 recording.beast");
     command->callback([settings] {

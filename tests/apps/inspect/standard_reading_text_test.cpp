@@ -75,6 +75,13 @@ TEST(StandardReadingText, SaysWhatTheLibraryDoesNotRead) {
         HasSubstr("  Library           does not read this message\n"));
 }
 
+TEST(StandardReadingText, SaysThatNothingIsReadOfAMessageThatAVersionDoesNotHave) {
+    auto const targetState = squitter(0x4840D6, payload(29, 2));
+    EXPECT_THAT(readingText(readingOf(targetState, 0)),
+        HasSubstr("  Contents          not read: reserved, not public, or not of this version\n"));
+    EXPECT_THAT(readingText(readingOf(targetState, 2)), Not(HasSubstr("Contents")));
+}
+
 TEST(StandardReadingText, FitsATerminalOf80Columns) {
     std::vector<std::string> frames{kVelocity, fromHex("7700"), fromHex("8D4840D6202CC3"),
         withBitsInverted(squitter(0x4840D6, identification("KLM1023")), {40, 80}),
@@ -91,7 +98,7 @@ TEST(StandardReadingJson, HasValuesByNameAndTheLibrarysWhereTheyDiffer) {
     auto const line = readingJson(readingOf(kVelocity));
     EXPECT_EQ(line.find('\n'), line.size() - 1);
     auto const json = nlohmann::json::parse(line);
-    EXPECT_EQ(json["jsonFormat"], 1);
+    EXPECT_EQ(json["formatVersion"], 2);
     EXPECT_EQ(json["frame"], "8D485020994409940838175B284F");
     EXPECT_EQ(json["format"], 17);
     EXPECT_EQ(json["message"], "airborne velocity");
