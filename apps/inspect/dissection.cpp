@@ -183,8 +183,7 @@ Dissection Dissector::dissect(std::string const& bytes, airspace::TimeMs time) {
     return result;
 }
 
-PayloadView Dissector::readPayload(
-    std::string const& frame, std::uint8_t typeCode, NamedValues& values) const {
+PayloadView Dissector::readPayload(std::string const& frame, std::uint8_t typeCode, NamedValues& values) const {
     auto const me = frame.substr(kPayloadFirstBit / 8, kPayloadBytes);
     auto const type = ADSBMessage::typeByCode(typeCode);
     PayloadView payload{typeCode, ADSBMessage::typeName(type), ADSBMessage::typeFullName(type), {}, {}};

@@ -68,8 +68,8 @@ std::vector<std::pair<std::string, Versions>> descriptionsOf(PayloadView const& 
 
 std::string payloadText(Dissection const& dissection) {
     auto const& payload = *dissection.payload;
-    auto text = "\n" + summaryLine("Payload", "type code " + std::to_string(payload.typeCode) + ", " + payload.typeName +
-                                           ": " + payload.typeTitle);
+    auto text = "\n" + summaryLine("Payload", "type code " + std::to_string(payload.typeCode) + ", " +
+                                                  payload.typeName + ": " + payload.typeTitle);
     std::size_t versions = 0;
     for (auto const& [description, whose] : descriptionsOf(payload)) {
         versions += whose.size();

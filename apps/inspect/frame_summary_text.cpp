@@ -53,15 +53,15 @@ std::string summaryText(FrameSummary const& summary, std::string const& parity) 
 }
 
 std::string positionLine(double latitude, double longitude, std::string const& source) {
-    return summaryLine("Position", outputs::fixed(latitude, kDegreeDecimals) + ", " +
-                                       outputs::fixed(longitude, kDegreeDecimals) + ", " + source);
+    return summaryLine("Position",
+        outputs::fixed(latitude, kDegreeDecimals) + ", " + outputs::fixed(longitude, kDegreeDecimals) + ", " + source);
 }
 
 Json orNull(std::string const& text) { return text.empty() ? Json() : Json(text); }
 
 Json summaryJson(FrameSummary const& summary) {
-    Json json{{"frame", hexText(summary.received)}, {"format", orNull(summary.format)},
-        {"formatName", summary.formatName}};
+    Json json{
+        {"frame", hexText(summary.received)}, {"format", orNull(summary.format)}, {"formatName", summary.formatName}};
     json["problem"] = orNull(summary.problem);
     json["confidence"] = summary.confidence ? Json(nameOf(*summary.confidence)) : Json();
     json["parity"] = summary.parity ? jsonOf(*summary.parity) : Json();

@@ -55,9 +55,8 @@ void addValues(StandardReading& reading) {
     std::visit(AddWithoutRegister{reading.values}, reading.reply.message);
     auto const mb = airspace::registerBytes(reading.reply.message);
     if (mb.empty()) return;
-    auto const& choice = reading.registerChoice = reading.reply.registerChoice
-                                                      ? *reading.reply.registerChoice
-                                                      : airspace::chooseRegister(mb, {});
+    auto const& choice = reading.registerChoice =
+        reading.reply.registerChoice ? *reading.reply.registerChoice : airspace::chooseRegister(mb, {});
     if (!choice->best) return;
     reading.values("bds", airspace::nameOf(*choice->best).text());
     airspace::visitFields(reading.values, airspace::readRegister(mb, *choice->best));

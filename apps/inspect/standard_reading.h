@@ -13,15 +13,15 @@ namespace quorvel::inspect {
 
 /// What one frame says by the standards, beside what the core library makes of it.
 struct StandardReading : FrameSummary {
-    airspace::Reply reply; ///< its message is read for `version`
+    airspace::Reply reply;               ///< its message is read for `version`
     std::optional<std::uint8_t> version; ///< of ADS-B, for which the payload is read; none where nobody has told it
     std::string messageName;             ///< what an extended squitter is; empty of others
 
     /// Which register a Comm-B reply holds, by what is known of its aircraft; of others nothing.
     std::optional<airspace::RegisterChoice> registerChoice;
 
-    NamedValues values;        ///< the standards', those of the chosen register among them
-    NamedValues libraryValues; ///< the library's where they are others
+    NamedValues values;             ///< the standards', those of the chosen register among them
+    NamedValues libraryValues;      ///< the library's where they are others
     bool isUnreadByLibrary = false; ///< the library has no reading of the payload
 
     std::optional<airspace::Place> position; ///< of this frame with those before it, or near the location

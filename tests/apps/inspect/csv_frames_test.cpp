@@ -45,8 +45,9 @@ TEST(CsvFrames, AreTheSameWhereverTheBytesAreCut) {
 }
 
 TEST(CsvFrames, CountLinesThatAreNone) {
-    for (auto const* bad : {"noise", "1,5D4CA2D46B60", "1,5D4CA2D46B609", "1,5D4CA2D46B60GG", "-1,5D4CA2D46B609F", "1e5,5D4CA2D46B609F",
-             "1.2.3,5D4CA2D46B609F", ",5D4CA2D46B609F", "999999999999999999,5D4CA2D46B609F", "1,5D4CA2D46B609F,2", "1,7700"}) {
+    for (auto const* bad : {"noise", "1,5D4CA2D46B60", "1,5D4CA2D46B609", "1,5D4CA2D46B60GG", "-1,5D4CA2D46B609F",
+             "1e5,5D4CA2D46B609F", "1.2.3,5D4CA2D46B609F", ",5D4CA2D46B609F", "999999999999999999,5D4CA2D46B609F",
+             "1,5D4CA2D46B609F,2", "1,7700"}) {
         CsvFrames csv;
         airspace::Frames frames;
         csv.feed(std::string("0,") + kShort + "\n" + bad + "\n", frames);

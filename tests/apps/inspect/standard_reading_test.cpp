@@ -36,8 +36,7 @@ struct Both {
 
 // So that a failure shows them.
 void PrintTo(Both const& both, std::ostream* out) {
-    for (auto const& one : {both.standard, both.library})
-        *out << (one ? testing::PrintToString(*one) : "none") << " ";
+    for (auto const& one : {both.standard, both.library}) *out << (one ? testing::PrintToString(*one) : "none") << " ";
 }
 
 std::optional<Value> valueIn(NamedValues const& values, std::string_view name) {

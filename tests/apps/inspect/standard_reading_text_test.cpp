@@ -51,8 +51,8 @@ TEST(StandardReadingText, ShowsValuesWithUnitsAndTheLibrarysWhereTheyDiffer) {
 }
 
 TEST(StandardReadingText, ShowsThatThereIsNoValueWhereTheLibraryHasOne) {
-    EXPECT_THAT(readingText(readingOf(shortFrame(4, 0, 0x4840D6))),
-        HasSubstr("  Altitude          none (library: -1000)\n"));
+    EXPECT_THAT(
+        readingText(readingOf(shortFrame(4, 0, 0x4840D6))), HasSubstr("  Altitude          none (library: -1000)\n"));
 }
 
 TEST(StandardReadingText, SaysWhichRegisterAndHowSure) {
@@ -117,8 +117,8 @@ TEST(StandardReadingJson, HasTheRegisterOfACommBReply) {
 
 TEST(StandardReadingJson, HasNullForWhatAFrameDoesNotHave) {
     auto const json = jsonOf(fromHex("7700"));
-    for (auto const* key : {"format", "confidence", "parity", "address", "message", "version", "register", "position",
-             "repairedFrame"})
+    for (auto const* key :
+        {"format", "confidence", "parity", "address", "message", "version", "register", "position", "repairedFrame"})
         EXPECT_TRUE(json.contains(key) && json[key].is_null()) << key;
     EXPECT_EQ(json["values"], nlohmann::json::object());
 }
