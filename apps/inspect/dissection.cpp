@@ -174,7 +174,9 @@ Dissection Dissector::dissect(std::string const& bytes, airspace::TimeMs time) {
         if (8 * bytes.size() >= frameBits(format)) message = readAsReceived(bytes, format);
     }
     auto const frame = result.bytes.substr(0, message ? message->size() : bytes.size());
-    result.parity = parityOf(frame, format, reply.overlay);
+    // the library leaves extended length messages alone
+    auto const overlay = format == kExtendedLengthFormat ? airspace::Overlay::Unknown : reply.overlay;
+    result.parity = parityOf(frame, format, overlay);
     result.repairedBits.assign(reply.repairedBits.begin(), reply.repairedBits.begin() + reply.repairs);
     result.fields = message ? fieldsOf(*message, frame, format) : std::vector<FieldView>{formatField(frame, format)};
     if (message) result.description = message->description();
@@ -207,12 +209,12 @@ PayloadView Dissector::readPayload(std::string const& frame, std::uint8_t typeCo
 }
 
 // The position, if this frame has completed a pair, or repeats one that has.
-std::optional<PositionView> Dissector::positionOf(airspace::Reply const& reply) const {
+std::optional<airspace::Place> Dissector::positionOf(airspace::Reply const& reply) const {
     auto const* squitter = std::get_if<airspace::ExtendedSquitter>(&reply.message);
     bool const isPosition = squitter && std::holds_alternative<airspace::AirbornePosition>(squitter->content);
     auto const aircraft = reply.isTracked && isPosition ? _sky.find(reply.address, _now) : std::nullopt;
     if (!aircraft || !aircraft->position.value || aircraft->position.updated != _now) return std::nullopt;
-    return PositionView{aircraft->position.value->latitude, aircraft->position.value->longitude};
+    return aircraft->position.value;
 }
 
 void Dissector::dropSilent() {

@@ -4,6 +4,7 @@
 #include "inspect/frame_summary.h"
 #include "inspect/named_value.h"
 #include <airspace/core_sky.h>
+#include <airspace/place.h>
 #include <modes/adsb_decoder.h>
 
 #include <optional>
@@ -47,17 +48,12 @@ struct PayloadView {
     Versions unread;                      ///< the others
 };
 
-struct PositionView {
-    double latitude;
-    double longitude;
-};
-
 /// Everything that the library says about one frame.
 struct Dissection : FrameSummary {
     std::string description; ///< the library's
     std::vector<FieldView> fields;
     std::optional<PayloadView> payload;
-    std::optional<PositionView> position; ///< from this frame and one before it
+    std::optional<airspace::Place> position; ///< from this frame and one before it
     NamedValues values; ///< what the library reads, by the names of the standards' values; of the latest version
 };
 
@@ -73,7 +69,7 @@ public:
 
 private:
     PayloadView readPayload(std::string const& frame, std::uint8_t typeCode, NamedValues& values) const;
-    std::optional<PositionView> positionOf(airspace::Reply const& reply) const;
+    std::optional<airspace::Place> positionOf(airspace::Reply const& reply) const;
     void dropSilent();
 
     Versions _versions;

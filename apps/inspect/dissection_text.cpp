@@ -111,9 +111,7 @@ std::string dissectionText(Dissection const& dissection) {
     if (!dissection.description.empty()) text += summaryLine("Reply", files::printable(dissection.description));
     if (!dissection.fields.empty()) text += "\n" + tableOf(dissection.fields, 0);
     if (dissection.payload) text += payloadText(dissection);
-    if (auto const& place = dissection.position)
-        text += "\n" + positionLine(place->latitude, place->longitude, "of this frame and one before it");
-    return text;
+    return text + positionText(dissection.position, "of this frame and one before it");
 }
 
 std::string dissectionJson(Dissection const& dissection) {
@@ -121,9 +119,7 @@ std::string dissectionJson(Dissection const& dissection) {
     json["description"] = orNull(dissection.description);
     json["fields"] = jsonOf(dissection.fields);
     json["payload"] = dissection.payload ? jsonOf(*dissection.payload) : Json();
-    json["position"] = Json();
-    if (auto const& place = dissection.position)
-        json["position"] = {{"latitude", place->latitude}, {"longitude", place->longitude}};
+    json["position"] = positionJson(dissection.position);
     return lineOf(json);
 }
 

@@ -52,9 +52,10 @@ std::string summaryText(FrameSummary const& summary, std::string const& parity) 
     return text;
 }
 
-std::string positionLine(double latitude, double longitude, std::string const& source) {
-    return summaryLine("Position",
-        outputs::fixed(latitude, kDegreeDecimals) + ", " + outputs::fixed(longitude, kDegreeDecimals) + ", " + source);
+std::string positionText(std::optional<airspace::Place> const& position, std::string const& source) {
+    if (!position) return "";
+    return "\n" + summaryLine("Position", outputs::fixed(position->latitude, kDegreeDecimals) + ", " +
+                                              outputs::fixed(position->longitude, kDegreeDecimals) + ", " + source);
 }
 
 Json orNull(std::string const& text) { return text.empty() ? Json() : Json(text); }
@@ -69,6 +70,11 @@ Json summaryJson(FrameSummary const& summary) {
     json["repairedFrame"] = summary.repairedBits.empty() ? Json() : Json(hexText(summary.bytes));
     json["address"] = summary.address ? Json(hexText(*summary.address, kAddressDigits)) : Json();
     return json;
+}
+
+Json positionJson(std::optional<airspace::Place> const& position) {
+    if (!position) return {};
+    return {{"latitude", position->latitude}, {"longitude", position->longitude}};
 }
 
 std::string lineOf(Json const& json) { return json.dump(-1, ' ', true, Json::error_handler_t::replace) + "\n"; }

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "inspect/frame_summary.h"
+#include <airspace/place.h>
 
 #include <nlohmann/json.hpp>
 
+#include <optional>
 #include <string>
 
 namespace quorvel::inspect {
@@ -20,8 +22,8 @@ std::string summaryLine(std::string const& name, std::string const& text);
 /// The frame and a line for each thing that is said of it. How much of its parity is shown is up to the caller.
 std::string summaryText(FrameSummary const& summary, std::string const& parity);
 
-/// A line with a position in degrees, and what it is of.
-std::string positionLine(double latitude, double longitude, std::string const& source);
+/// A blank line and one with a position in degrees and what it is of; empty where there is none.
+std::string positionText(std::optional<airspace::Place> const& position, std::string const& source);
 
 /// The value, or null.
 template <class Value> Json orNull(std::optional<Value> const& value) { return value ? Json(*value) : Json(); }
@@ -31,6 +33,9 @@ Json orNull(std::string const& text);
 
 /// The members that all frames have.
 Json summaryJson(FrameSummary const& summary);
+
+/// A position, or null.
+Json positionJson(std::optional<airspace::Place> const& position);
 
 /// As a line.
 std::string lineOf(Json const& json);

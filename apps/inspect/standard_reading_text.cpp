@@ -6,7 +6,7 @@
 #include "outputs/output_text.h"
 
 #include <algorithm>
-#include <span>
+#include <sstream>
 #include <utility>
 
 namespace quorvel::inspect {
@@ -56,17 +56,20 @@ std::string valueText(Value const& value, ValueTitle const& title) {
     return title.unit.empty() ? text : text + " " + std::string(title.unit);
 }
 
-// A text in lines of at most so many columns, those after the first indented.
-std::string wrapped(std::string const& text, std::size_t columns, std::size_t indent) {
-    std::string lines;
-    std::size_t start = 0;
-    while (text.size() - start > columns) {
-        auto const blank = text.rfind(' ', start + columns);
-        if (blank == std::string::npos || blank <= start) break;
-        lines += text.substr(start, blank - start) + "\n" + std::string(indent, ' ');
-        start = blank + 1;
+// Lines of at most 80 columns: what is longer goes on in lines that are indented.
+std::string fitted(std::string const& text, std::size_t indent) {
+    std::istringstream lines(text);
+    std::string fitting;
+    for (std::string line; std::getline(lines, line);) {
+        while (line.size() > kLineColumns) {
+            auto const blank = line.rfind(' ', kLineColumns);
+            if (blank == std::string::npos || blank <= indent) break;
+            fitting += line.substr(0, blank) + "\n";
+            line.replace(0, blank + 1, std::string(indent, ' '));
+        }
+        fitting += line + "\n";
     }
-    return lines + text.substr(start);
+    return fitting;
 }
 
 using Row = std::pair<std::string, std::string>;
@@ -91,13 +94,10 @@ std::string valuesText(StandardReading const& reading) {
     auto const rows = rowsOf(reading);
     std::size_t columns = kSummaryTextColumn - 4;
     for (auto const& row : rows) columns = std::max(columns, row.first.size());
-    auto const indent = columns + 4;
     std::string text;
-    for (auto const& [title, value] : rows) {
-        text += "  " + title + std::string(columns + 2 - title.size(), ' ');
-        text += wrapped(files::printable(value), kLineColumns - indent, indent) + "\n";
-    }
-    return text.empty() ? "" : "\n" + text;
+    for (auto const& [title, value] : rows)
+        text += "  " + title + std::string(columns + 2 - title.size(), ' ') + files::printable(value) + "\n";
+    return text.empty() ? "" : "\n" + fitted(text, columns + 4);
 }
 
 std::string registerText(airspace::RegisterChoice const& choice) {
@@ -142,10 +142,8 @@ std::string readingText(StandardReading const& reading) {
     if (reading.version) text += summaryLine("ADS-B version", std::to_string(*reading.version));
     if (reading.registerChoice) text += summaryLine("Register", registerText(*reading.registerChoice));
     text += unreadText(reading);
-    text += valuesText(reading);
-    if (auto const& place = reading.position)
-        text += "\n" + positionLine(place->latitude, place->longitude, "with the frames before it");
-    return text;
+    return fitted(text, kSummaryTextColumn) + valuesText(reading) +
+           positionText(reading.position, "with the frames before it");
 }
 
 std::string readingJson(StandardReading const& reading) {
@@ -156,9 +154,7 @@ std::string readingJson(StandardReading const& reading) {
     json["register"] = reading.registerChoice ? jsonOf(*reading.registerChoice) : Json();
     json["values"] = jsonOf(reading.values);
     json["library"] = jsonOf(reading.libraryValues);
-    json["position"] = Json();
-    if (auto const& place = reading.position)
-        json["position"] = {{"latitude", place->latitude}, {"longitude", place->longitude}};
+    json["position"] = positionJson(reading.position);
     return lineOf(json);
 }
 

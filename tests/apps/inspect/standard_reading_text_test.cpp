@@ -82,9 +82,16 @@ TEST(StandardReadingText, SaysThatNothingIsReadOfAMessageThatAVersionDoesNotHave
     EXPECT_THAT(readingText(readingOf(targetState, 2)), Not(HasSubstr("Contents")));
 }
 
+TEST(StandardReadingText, IndentsWhatGoesOnInTheNextLine) {
+    EXPECT_THAT(readingText(readingOf(longFrame(18, 0x4840D6, identification("KLM1023"), 0))),
+        HasSubstr("  Format            DF18, extended squitter of a device that is not a\n"
+                  "                    transponder\n"));
+}
+
 TEST(StandardReadingText, FitsATerminalOf80Columns) {
     std::vector<std::string> frames{kVelocity, fromHex("7700"), fromHex("8D4840D6202CC3"),
         withBitsInverted(squitter(0x4840D6, identification("KLM1023")), {40, 80}),
+        longFrame(18, 0x4840D6, identification("KLM1023"), 0), longFrame(18, 0x4840D6, identification("KLM1023"), 1),
         longFrame(20, flightStatus(4), fromHex("FFFFFFF0000000"), 0x4840D6)};
     for (unsigned first = 0; first < 256; ++first)
         frames.push_back(squitter(0x4840D6, std::string(1, static_cast<char>(first)) + fromHex("123456789ABC")));
