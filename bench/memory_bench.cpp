@@ -27,7 +27,7 @@ void memory(benchmark::State& state) {
         auto const kept = static_cast<double>(bytesInUse() - before);
         perTarget = kept / static_cast<double>(receiver.tracker.allTargets().size());
     }
-    state.counters["bytes_per_target"] = perTarget;
+    state.counters["bytes_per_aircraft"] = perTarget;
 }
 BENCHMARK(memory)->Name("memory/target");
 

@@ -6,7 +6,7 @@ import json
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
-BYTES = "bytes_per_target"
+BYTES = "bytes_per_aircraft"
 
 
 def cost(run):

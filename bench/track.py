@@ -17,7 +17,7 @@ from pathlib import Path
 from statistics import median
 
 WANTED = 0.8
-TRAFFIC = ["--aircraft", "200", "--seconds", "800", "--bit-errors", "0.05", "--seed", "7"]
+TRAFFIC = ["--mix", "adsb", "--aircraft", "200", "--seconds", "800", "--bit-errors", "0.05", "--seed", "7"]
 PLAIN, DOUBLED = "track.beast", "track_doubled.beast"
 
 

@@ -33,8 +33,8 @@ def seed(target, name, content):
 
 
 def simulated(encoding, aircraft=3, seconds=2, number=1, errors=0.0):
-    arguments = ["simulate", "--format", encoding, "--aircraft", aircraft, "--seconds", seconds, "--seed", number,
-                 "--bit-errors", errors, "--interrogators", 2]
+    arguments = ["simulate", "--mix", "adsb", "--format", encoding, "--aircraft", aircraft, "--seconds", seconds,
+                 "--seed", number, "--bit-errors", errors, "--interrogators", 2]
     return subprocess.run([PROGRAM, *map(str, arguments)], capture_output=True, check=True).stdout
 
 

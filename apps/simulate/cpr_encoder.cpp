@@ -10,7 +10,8 @@ namespace {
 
 constexpr double kPi = 3.14159265358979323846;
 constexpr int kEvenZones = 60;
-constexpr double kSteps = 131072.0; // 2^17
+constexpr double kSteps = 131072.0;     // 2^17
+constexpr double kCoarseSteps = 4096.0; // 2^12
 
 double positiveRemainder(double value, double divisor) { return value - divisor * std::floor(value / divisor); }
 
@@ -49,6 +50,10 @@ CompactPosition encodeAirborne(double latitude, double longitude, bool odd) {
 
 CompactPosition encodeSurface(double latitude, double longitude, bool odd) {
     return encode(latitude, longitude, odd, 4 * kSteps);
+}
+
+CompactPosition encodeCoarse(double latitude, double longitude, bool odd) {
+    return encode(latitude, longitude, odd, kCoarseSteps);
 }
 
 } // namespace quorvel::simulate

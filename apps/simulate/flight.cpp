@@ -1,102 +1,124 @@
 // SPDX-License-Identifier: MIT
 #include "simulate/flight.h"
 
+#include "simulate/standard_air.h"
+
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 namespace quorvel::simulate {
 
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
-constexpr double kRadians = kPi / 180.0;
-constexpr double kEarthRadius = 3440.065; // nautical miles
+constexpr double kGravity = 9.80665;          // m/s²
+constexpr double kMetresPerSecond = 0.514444; // of a knot
+constexpr double kStandardSetting = 1013.25;  // hPa
+constexpr double kTransition = 6000.0;        // feet: the altitude from which on all set the standard pressure
+constexpr double kFeetPerHectopascal = 27.3;
 
-using Vector = std::array<double, 3>;
+// The aircraft on its way through the air, as if there were no wind.
+struct Leg {
+    Pose pose;
+    double turnRate; // radians per second
+};
 
-Vector sum(Vector const& a, double scaleA, Vector const& b, double scaleB) {
-    return {a[0] * scaleA + b[0] * scaleB, a[1] * scaleA + b[1] * scaleB, a[2] * scaleA + b[2] * scaleB};
+Leg legAt(Motion const& motion, double seconds) {
+    double const rate = motion.airspeed * kRadiansPerKnot;
+    double const turnRate = motion.turnRate * kRadians;
+    auto const onwards = [&](Pose const& pose, double turn, double duration) {
+        return pose.rotated(pose.rotation(rate, turn), duration);
+    };
+    if (turnRate == 0.0 || seconds <= motion.turnBegin) return {onwards(motion.start, 0.0, seconds), 0.0};
+    auto const begun = onwards(motion.start, 0.0, motion.turnBegin);
+    if (seconds < motion.turnEnd) return {onwards(begun, turnRate, seconds - motion.turnBegin), turnRate};
+    auto const ended = onwards(begun, turnRate, motion.turnEnd - motion.turnBegin);
+    return {onwards(ended, 0.0, seconds - motion.turnEnd), 0.0};
 }
 
-double product(Vector const& a, Vector const& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
+void moveInAir(FlightState& state, Profile const& profile, double seconds) {
+    auto const& wind = profile.weather.wind;
+    auto const leg = legAt(profile.motion, seconds);
+    auto const pose = leg.pose.rotated(wind, seconds);
+    double const rate = profile.motion.airspeed * kRadiansPerKnot;
+    auto const blowing = crossProduct(wind, pose.up);
+    auto const velocity = sum(pose.forward, rate, blowing, 1.0);
+    double const groundRate = lengthOf(velocity);
 
-Vector upAt(Place const& place) {
-    double const latitude = place.latitude * kRadians;
-    double const longitude = place.longitude * kRadians;
-    return {std::cos(latitude) * std::cos(longitude), std::cos(latitude) * std::sin(longitude), std::sin(latitude)};
+    state.place = placeOf(pose.up);
+    state.groundSpeed = groundRate / kRadiansPerKnot;
+    state.trueHeading = bearing(state.place, pose.forward);
+    state.track = groundRate > 0.0 ? bearing(state.place, velocity) : state.trueHeading;
+    state.trueAirspeed = profile.motion.airspeed;
+    state.windSpeed = lengthOf(blowing) / kRadiansPerKnot;
+    state.windDirection = withinTurn(bearing(state.place, blowing) + 180.0);
+    state.roll = std::atan(state.trueAirspeed * kMetresPerSecond * leg.turnRate / kGravity) / kRadians;
+    state.trackRate = 0.0;
+    if (groundRate == 0.0) return;
+
+    // Of the curve over ground, and of north, which is elsewhere after a step to the east.
+    auto const rotation = sum(pose.rotation(rate, leg.turnRate), 1.0, wind, 1.0);
+    auto const acceleration = sum(crossProduct(rotation, pose.forward), rate, crossProduct(wind, velocity), 1.0);
+    double const curve = product(acceleration, crossProduct(velocity, pose.up)) / (groundRate * groundRate);
+    double const convergence =
+        groundRate * std::sin(state.track * kRadians) * std::tan(state.place.latitude * kRadians);
+    state.trackRate = (curve + convergence) / kRadians;
 }
 
-Vector northAt(Place const& place) {
-    double const latitude = place.latitude * kRadians;
-    double const longitude = place.longitude * kRadians;
-    return {-std::sin(latitude) * std::cos(longitude), -std::sin(latitude) * std::sin(longitude), std::cos(latitude)};
+void climb(FlightState& state, Profile const& profile, double seconds) {
+    auto const& motion = profile.motion;
+    double const climbed = motion.startAltitude + motion.verticalRate / 60.0 * seconds;
+    bool const arrived = motion.verticalRate < 0 ? climbed <= motion.finalAltitude : climbed >= motion.finalAltitude;
+    state.altitude = arrived ? motion.finalAltitude : climbed;
+    state.verticalRate = arrived ? 0.0 : motion.verticalRate;
+
+    auto const& weather = profile.weather;
+    double const stretched = 1.0 + weather.warmer / 288.15; // of warm air
+    state.gnssHeight = state.altitude * stretched + kFeetPerHectopascal * (weather.pressureSetting - kStandardSetting) +
+                       weather.geoidHeight;
+    state.gnssVerticalRate = state.verticalRate * stretched;
+    state.pressureSetting = state.altitude < kTransition ? weather.pressureSetting : kStandardSetting;
 }
 
-Vector eastAt(Place const& place) {
-    double const longitude = place.longitude * kRadians;
-    return {-std::sin(longitude), std::cos(longitude), 0.0};
+void measureAir(FlightState& state, Weather const& weather) {
+    state.temperature = standardTemperature(state.altitude) + weather.warmer;
+    state.pressure = standardPressure(state.altitude);
+    state.mach = machOf(state.trueAirspeed, state.temperature);
+    state.indicatedAirspeed = indicatedAirspeedOf(state.mach, state.pressure);
+    state.magneticHeading = withinTurn(state.trueHeading - weather.variation);
 }
 
-Place placeOf(Vector const& up) {
-    return {std::asin(std::clamp(up[2], -1.0, 1.0)) / kRadians, std::atan2(up[1], up[0]) / kRadians};
+// Seconds since the last of the moments that are `period` seconds apart.
+double sinceLast(double first, double period, double seconds) {
+    return seconds < first ? -1.0 : std::fmod(seconds - first, period);
 }
 
-Vector headingFrom(Place const& place, double degrees) {
-    return sum(northAt(place), std::cos(degrees * kRadians), eastAt(place), std::sin(degrees * kRadians));
+bool isIdent(Profile const& profile, double seconds) {
+    constexpr double kPeriod = 90.0;
+    constexpr double kShown = 18.0; // ICAO Annex 10 Vol. IV, 3.1.2.6.10.1.3
+    if (!profile.identBegin) return false;
+    double const since = sinceLast(*profile.identBegin, kPeriod, seconds);
+    return since >= 0.0 && since < kShown;
 }
 
-// Degrees clockwise from north of a direction at a place.
-double bearing(Place const& place, Vector const& direction) {
-    double const degrees = std::atan2(product(direction, eastAt(place)), product(direction, northAt(place))) / kRadians;
-    return degrees < 0 ? degrees + 360.0 : degrees;
-}
-
-std::string makeCallsign(Random& random) {
-    std::string callsign;
-    for (int i = 0; i < 3; ++i) callsign += static_cast<char>('A' + random.below(26));
-    return callsign + std::to_string(1 + random.below(9999));
-}
-
-Equipment makeEquipment(Random& random) {
-    auto const percent = random.below(100);
-    if (percent < 20) return Equipment::Version0;
-    if (percent < 35) return Equipment::Version1;
-    return percent < 88 ? Equipment::Version2 : Equipment::None;
+AdvisoryPhase advisoryPhase(Profile const& profile, double seconds) {
+    constexpr double kPeriod = 120.0;
+    constexpr double kActive = 20.0;
+    constexpr double kShownAfterwards = 18.0; // ICAO Annex 10 Vol. IV, 4.3.8.4.2.2.1.3
+    double const since = profile.advisory ? sinceLast(profile.advisory->first, kPeriod, seconds) : -1.0;
+    if (since < 0.0 || since >= kActive + kShownAfterwards) return AdvisoryPhase::None;
+    return since < kActive ? AdvisoryPhase::Active : AdvisoryPhase::Terminated;
 }
 
 } // namespace
 
-Aircraft::Aircraft(std::uint32_t address, Place const& around, double radius, Random& random)
-    : _address(address)
-    , _callsign(makeCallsign(random))
-    , _squawk(static_cast<std::uint32_t>(1 + random.below(07777)))
-    , _category(static_cast<std::uint8_t>(1 + random.below(5)))
-    , _equipment(makeEquipment(random))
-    , _onGround(random.chance(0.08)) {
-    double const distance = radius * std::sqrt(random.between(0.0, 1.0)) / kEarthRadius;
-    auto const outward = headingFrom(around, random.between(0.0, 360.0));
-    _start = sum(upAt(around), std::cos(distance), outward, std::sin(distance));
-    _direction = headingFrom(placeOf(_start), random.between(0.0, 360.0));
-
-    _groundSpeed = _onGround ? random.between(0.0, 40.0) : random.between(120.0, 540.0);
-    _startAltitude = _onGround ? 0.0 : random.between(1500.0, 41000.0);
-    bool const level = _onGround || random.chance(0.5);
-    _finalAltitude = level ? _startAltitude : random.between(1500.0, 41000.0);
-    _verticalRate = random.between(500.0, 3000.0) * (_finalAltitude < _startAltitude ? -1.0 : 1.0);
-    if (level) _verticalRate = 0.0;
-}
-
 FlightState Aircraft::at(double seconds) const {
-    double const angle = _groundSpeed / 3600.0 * seconds / kEarthRadius;
-    auto const up = sum(_start, std::cos(angle), _direction, std::sin(angle));
-    auto const direction = sum(_direction, std::cos(angle), _start, -std::sin(angle));
-    auto const place = placeOf(up);
-
-    double const climbed = _startAltitude + _verticalRate / 60.0 * seconds;
-    bool const arrived = _verticalRate < 0 ? climbed <= _finalAltitude : climbed >= _finalAltitude;
-    return {place, arrived ? _finalAltitude : climbed, _groundSpeed, bearing(place, direction),
-        arrived ? 0.0 : _verticalRate};
+    FlightState state{};
+    moveInAir(state, _profile, seconds);
+    climb(state, _profile, seconds);
+    measureAir(state, _profile.weather);
+    state.isIdent = isIdent(_profile, seconds);
+    state.advisory = advisoryPhase(_profile, seconds);
+    return state;
 }
 
 } // namespace quorvel::simulate

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "simulate/fleet.h"
 #include "simulate/flight.h"
 #include "simulate/random.h"
 
@@ -21,6 +22,7 @@ struct Settings {
     std::vector<Place> places;  ///< what the aircraft fly around; random places anywhere on earth when empty
     double radius = 100.0;      ///< how far around, nautical miles
     unsigned interrogators = 3; ///< radars that the aircraft answer, with the codes 1, 2, 3 and so on
+    Mix mix = Mix::All;         ///< which kinds of aircraft
 };
 
 /// One frame on the air.
@@ -29,6 +31,7 @@ struct Frame {
     std::string bytes;         ///< 7 or 14
     std::size_t aircraft;      ///< number of the sender in `Traffic::aircraft()`
     bool damaged;
+    unsigned registerNumber = 0; ///< of a Comm-B reply the register that it holds, 0x40 for 4,0; else 0
 };
 
 /// The frames that simulated aircraft send, in the order of their times, no two at the same. The same
@@ -51,16 +54,17 @@ private:
         bool operator>(Event const& other) const;
     };
 
-    void makeAircraft(Settings const& settings);
     void schedule(std::uint32_t aircraft);
     void scheduleAgain(Event event);
-    std::string frameOf(Event const& event) const;
+    Frame frameOf(Event const& event) const;
+    Frame interrogated(Event const& event) const;
     bool damage(std::string& bytes);
 
     Random _random;
     std::uint64_t _end; // nanoseconds
     double _bitErrors;
     unsigned _interrogators;
+    Mix _mix;
     std::vector<Aircraft> _aircraft;
     std::priority_queue<Event, std::vector<Event>, std::greater<>> _events;
     std::uint64_t _last = 0;

@@ -4,6 +4,7 @@
 #include <airspace/encoding.h>
 
 #include "files/byte_sink.h"
+#include "files/host_error.h"
 #include "files/stop_signals.h"
 #include "simulate/stream_writer.h"
 #include "simulate/traffic.h"
@@ -14,12 +15,13 @@
 #include "trevallo/number_option.h"
 #include "trevallo/place_option.h"
 #include "trevallo/target_option.h"
+#include "trevallo/truth_lines.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <cstdio>
 #include <iostream>
+#include <map>
 #include <memory>
 #include <optional>
 #include <sstream>
@@ -53,6 +55,8 @@ constexpr WrittenEncoding kWritten[] = {
     {airspace::Encoding::BeastPlain, simulate::Encoding::BeastPlain},
 };
 
+std::map<std::string, simulate::Mix> const kMixes{{"all", simulate::Mix::All}, {"adsb", simulate::Mix::Adsb}};
+
 // The names that all other commands use.
 std::vector<std::string> writtenNames() {
     std::vector<std::string> names;
@@ -83,46 +87,29 @@ std::string checkedTime(std::string const& text) {
     return parseTime(text, nanoseconds);
 }
 
-std::string truthOf(simulate::Aircraft const& aircraft, unsigned long long second) {
-    auto const state = aircraft.at(static_cast<double>(second));
-    bool const silent = aircraft.equipment() == simulate::Equipment::None;
-    char line[256] = "";
-    std::snprintf(line, sizeof line, "%llu,%06X,%s,%04o,%s,%d,%.6f,%.6f,%.1f,%.2f,%.3f,%.1f\n", second,
-        aircraft.address(), aircraft.callsign().c_str(), aircraft.squawk(),
-        silent ? "" : std::to_string(static_cast<int>(aircraft.equipment())).c_str(), aircraft.onGround() ? 1 : 0,
-        state.place.latitude, state.place.longitude, state.altitude, state.groundSpeed, state.track,
-        state.verticalRate);
-    return line;
-}
-
-// The true state of every aircraft in each second, to check the results of a decoder.
-void writeTruth(std::string const& name, simulate::Traffic const& traffic, double seconds) {
-    files::ByteSink output(name);
-    output.write("second,icao_addr,callsign,squawk,version,on_ground,latitude,longitude,altitude_ft,ground_speed_kt,"
-                 "track_deg,vertical_rate_fpm\n");
-    for (unsigned long long second = 0; static_cast<double>(second) <= seconds; ++second) {
-        if (files::StopSignals::requested()) break;
-        for (auto const& aircraft : traffic.aircraft()) output.write(truthOf(aircraft, second));
-    }
-    output.finish();
+std::uint64_t nanosecondsOf(Settings const& settings) {
+    return static_cast<std::uint64_t>(settings.traffic.seconds * 1e9);
 }
 
 // The nanoseconds of a file; none for standard output, which may show the stream itself.
 std::optional<std::uint64_t> lengthOf(Settings const& settings) {
     if (settings.output == "-") return {};
-    return static_cast<std::uint64_t>(settings.traffic.seconds * 1e9);
+    return nanosecondsOf(settings);
 }
 
 void writeStream(Settings const& settings, simulate::Traffic& traffic) {
     std::uint64_t startOfDay = 0;
     parseTime(settings.start, startOfDay);
     auto const encoding = written(settings.encoding);
+    std::optional<TruthLines> truth;
+    if (!settings.truth.empty()) truth.emplace(settings.truth, traffic, startOfDay);
     files::ByteSink output(settings.output);
     terminal::Progress progress(settings.output, lengthOf(settings));
     std::uint64_t frames = 0;
     std::string stream;
     for (auto frame = traffic.next(); frame && !files::StopSignals::requested(); frame = traffic.next()) {
         ++frames;
+        if (truth) truth->take(*frame);
         simulate::appendFrame(stream, *frame, encoding, startOfDay);
         if (stream.size() < kPieceBytes) continue;
         output.write(stream);
@@ -131,10 +118,13 @@ void writeStream(Settings const& settings, simulate::Traffic& traffic) {
     }
     output.write(stream);
     output.finish();
+    if (truth) truth->finish(nanosecondsOf(settings));
 }
 
 void simulateTraffic(Settings settings) {
     terminal::StderrLog const log(settings.log.level, settings.log.file);
+    if (settings.output == "-" && settings.truth == "-")
+        throw files::UsageError("only one output can go to standard output");
     for (auto const& text : settings.places) {
         auto const place = parsePlace(text);
         if (place) settings.traffic.places.push_back({place->latitude, place->longitude});
@@ -143,8 +133,7 @@ void simulateTraffic(Settings settings) {
     std::optional<files::StopSignals> signals;
     if (settings.output != "-") signals.emplace();
     simulate::Traffic traffic(settings.traffic);
-    if (!settings.truth.empty()) writeTruth(settings.truth, traffic, settings.traffic.seconds);
-    if (!files::StopSignals::requested()) writeStream(settings, traffic);
+    writeStream(settings, traffic);
     if (files::StopSignals::requested()) std::cerr << "trevallo: stopped by " << files::StopSignals::name() << "\n";
 }
 
@@ -162,6 +151,10 @@ void addSimulateCommand(CLI::App& app) {
         ->check(checkedNumber(0.0, 1e7));
     command->add_option("--seed", traffic.seed, "Another seed, other traffic; the same seed, the same bytes")
         ->capture_default_str();
+    command->add_option("--mix", traffic.mix, "Aircraft of all kinds, or the ADS-B aircraft of earlier releases alone")
+        ->transform(CLI::CheckedTransformer(kMixes).description(""))
+        ->type_name("all|adsb")
+        ->default_str("all");
     command->add_option("--bit-errors", traffic.bitErrors, "Share of frames with one to three inverted bits")
         ->capture_default_str()
         ->check(checkedNumber(0.0, 1.0))
@@ -191,7 +184,9 @@ void addSimulateCommand(CLI::App& app) {
         ->capture_default_str()
         ->check(checkedFileOrStandardOutput)
         ->type_name("FILE");
-    command->add_option("--truth", settings->truth, "Write where each aircraft really was in each second (CSV)")
+    command
+        ->add_option("--truth", settings->truth,
+            "Write what is true of each aircraft in each second, and the register of each Comm-B reply (JSON lines)")
         ->check(checkedFileOrStandardOutput)
         ->type_name("FILE");
     addLogOptions(*command, settings->log);

@@ -41,6 +41,7 @@ std::string streamOf(double seconds) {
     settings.seconds = seconds;
     settings.seed = 7;
     settings.bitErrors = 0.1;
+    settings.mix = simulate::Mix::Adsb;
     simulate::Traffic traffic(settings);
     std::string stream;
     while (auto const frame = traffic.next()) {

@@ -58,6 +58,7 @@ protected:
         settings.seconds = seconds;
         settings.seed = GetParam().seed;
         settings.bitErrors = GetParam().bitErrors;
+        settings.mix = simulate::Mix::Adsb;
         settings.places = GetParam().places;
         simulate::Traffic traffic(settings);
         aircraft = traffic.aircraft();
@@ -148,6 +149,7 @@ TEST(DamagedStream, YieldsNoAircraftThatDoesNotExist) {
     settings.aircraft = 60;
     settings.seconds = 60;
     settings.bitErrors = 0.1;
+    settings.mix = simulate::Mix::Adsb;
     simulate::Traffic traffic(settings);
     ModeSDecoder decoder;
     ADSBTracker tracker;

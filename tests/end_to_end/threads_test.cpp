@@ -54,6 +54,7 @@ std::string streamOf(unsigned receiver) {
     settings.seconds = 20;
     settings.seed = 100 + receiver;
     settings.bitErrors = 0.2;
+    settings.mix = simulate::Mix::Adsb;
     simulate::Traffic traffic(settings);
     std::string stream;
     while (auto const frame = traffic.next()) {

@@ -202,6 +202,7 @@ bool day(double scale) {
     settings.aircraft = 3000;
     settings.seconds = 86'400 * scale;
     settings.bitErrors = 0.05;
+    settings.mix = simulate::Mix::Adsb;
     simulate::Traffic counted(settings);
     simulate::Traffic traffic(settings);
     // how many frames there will be: by the first minute of them

@@ -25,15 +25,15 @@ def resident(process):
 
 def size_of_stream():
     """Bytes in all, estimated from the first tenth of a minute."""
-    command = [PROGRAM, "simulate", "--aircraft", str(AIRCRAFT), "--seconds", "6", "--format", "beast"]
+    command = [PROGRAM, "simulate", "--mix", "adsb", "--aircraft", str(AIRCRAFT), "--seconds", "6", "--format", "beast"]
     return len(subprocess.run(command, check=True, stdout=subprocess.PIPE).stdout) / 6 * SECONDS
 
 
 def main():
     step = size_of_stream() / POINTS
     with tempfile.TemporaryDirectory() as folder:
-        simulate = subprocess.Popen([PROGRAM, "simulate", "--aircraft", str(AIRCRAFT), "--seconds", str(SECONDS),
-                                     "--format", "beast"], stdout=subprocess.PIPE)
+        simulate = subprocess.Popen([PROGRAM, "simulate", "--mix", "adsb", "--aircraft", str(AIRCRAFT),
+                                     "--seconds", str(SECONDS), "--format", "beast"], stdout=subprocess.PIPE)
         track = subprocess.Popen([PROGRAM, "track", "--time", "receiver", "--date", "2024-05-01T12:00:00Z",
                                   "--log", "none", "--table", "none", "--json", os.devnull, "--sbs", os.devnull,
                                   "--aircraft-json", f"{folder}/aircraft.json", "--db", f"{folder}/aircraft.csv",

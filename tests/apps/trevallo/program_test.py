@@ -2,6 +2,7 @@
 """program_test.py PROGRAM SAMPLE: drives the built program as a user would. Prints each fault; exits 1 if there is one."""
 import fcntl
 import gzip
+import json
 import os
 import pathlib
 import signal
@@ -108,8 +109,8 @@ with tempfile.TemporaryDirectory() as name:
     streams = {}
     for encoding in ("avr", "avr-time", "beast-plain", "beast"):
         path = folder / encoding
-        result = run("simulate", "--aircraft", "15", "--seconds", "30", "--seed", "5", "--format", encoding,
-                     "--output", str(path))
+        result = run("simulate", "--mix", "adsb", "--aircraft", "15", "--seconds", "30", "--seed", "5",
+                     "--format", encoding, "--output", str(path))
         expect(f"{encoding} is simulated", result.returncode == 0 and path.stat().st_size > 10_000, result)
         expect(f"{encoding} is what all commands call so",
                run("convert", "--from", encoding, "--to", encoding, str(path)).stdout == path.read_bytes(), result)
@@ -173,11 +174,24 @@ with tempfile.TemporaryDirectory() as name:
             expect(f"{encoding} of {length} bytes gives a table or one line that says why not",
                    result.returncode == (1 if result.stderr else 0) and result.stderr.count(b"\n") <= 1, result)
 
-    truth = folder / "truth.csv"
-    result = run("simulate", "--seconds", "2", "--aircraft", "3", "--truth", str(truth), "--place", "48.35,11.79")
-    expect("the truth is written", len(truth.read_text().splitlines()) == 1 + 3 * 3, result)
-    expect("the same seed gives the same bytes", result.stdout == run(
-        "simulate", "--seconds", "2", "--aircraft", "3", "--place", "48.35,11.79").stdout, result)
+    truth = folder / "truth.jsonl"
+    arguments = ("simulate", "--seconds", "20", "--start", "06:00:00", "--place", "48.35,11.79", "--bit-errors", "0.1")
+    result = run(*arguments, "--truth", str(truth))
+    lines = [json.loads(line) for line in truth.read_text().splitlines()]
+    states = [line for line in lines if "latitude" in line]
+    registers = [line for line in lines if "hex" in line]
+    expect("all that is true of each aircraft is written for each second", len(states) == 20 * 21
+           and {line["time"] for line in states} == set(range(21_600, 21_621)), result)
+    expect("the register of each Comm-B reply is written", len(registers) > 20 and {line["bds"] for line in registers}
+           > {"2,0", "4,0", "5,0", "6,0"} and any(line["damaged"] for line in registers), result)
+    expect("the truth is in the order of its times",
+           [line["time"] for line in lines] == sorted(line["time"] for line in lines), result)
+    sent = [line[13:-1] for line in result.stdout.decode().split()]
+    expect("the replies are those that are sent", {line["hex"] for line in registers} < set(sent), result)
+    expect("the same seed gives the same bytes", result.stdout == run(*arguments).stdout, result)
+    expect("another mix gives other traffic", result.stdout != run(*arguments, "--mix", "adsb").stdout, result)
+    expect_failure("a mix that is none", 2, "simulate", "--mix", "few", about="--mix")
+    expect_failure("two outputs on standard output", 2, "simulate", "--truth", "-", about="only one output")
 
     expect_failure("a missing file", 1, "track", str(folder / "missing"), about="missing")
     expect_failure("a folder", 1, "track", name, about=f"trevallo: cannot read {name}")

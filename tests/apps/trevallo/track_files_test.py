@@ -13,7 +13,7 @@ from track_support import PATIENCE, flight, snapshots, wait_for
 
 class Files(TrackTest):
     def test_the_file_of_a_map_is_whole_whenever_it_is_read(self):
-        recording = self.simulated("a.avr", "--aircraft", 100, "--seconds", 100, "--format", "avr-time")
+        recording = self.simulated("a.avr", "--mix", "adsb", "--aircraft", 100, "--seconds", 100, "--format", "avr-time")
         target = self.folder / "map" / "aircraft.json"
         target.parent.mkdir()
         program = self.running("--table", "none", "--speed", "20", "--aircraft-json", target, recording)
