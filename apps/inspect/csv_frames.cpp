@@ -23,7 +23,7 @@ std::string_view withoutEnd(std::string_view line) {
 // Whole milliseconds; none of a text that is not digits with at most one point.
 std::optional<airspace::TimeMs> timeOf(std::string_view text) {
     double seconds = 0.0;
-    if (text.empty() || text.find_first_not_of("0123456789.") != text.npos) return std::nullopt;
+    if (text.empty() || text.find_first_not_of("0123456789.") != std::string_view::npos) return std::nullopt;
     auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
     bool const isNumber = error == std::errc() && end == text.data() + text.size();
     if (!isNumber || seconds > kLatestSeconds) return std::nullopt;
@@ -46,7 +46,7 @@ std::optional<std::string> bytesOf(std::string_view digits) {
 
 std::optional<airspace::Frame> frameOf(std::string_view line) {
     auto const comma = line.find(',');
-    if (comma == line.npos) return std::nullopt;
+    if (comma == std::string_view::npos) return std::nullopt;
     auto const time = timeOf(line.substr(0, comma));
     auto const bytes = bytesOf(line.substr(comma + 1));
     if (!time || !bytes) return std::nullopt;
@@ -69,19 +69,19 @@ std::optional<bool> CsvFrames::recognizes(std::string_view beginning, bool isWho
     for (unsigned lines = 0; lines < 2; ++lines) {
         auto const end = beginning.find('\n');
         auto const line = withoutEnd(beginning.substr(0, end));
-        if (end == beginning.npos && !isWhole) {
+        if (end == std::string_view::npos && !isWhole) {
             if (line.size() > kLongestLine || !isText(line)) return false;
             return std::nullopt;
         }
         if (frameOf(line)) return true;
-        if (!canBeHeader(line) || end == beginning.npos) return false;
+        if (!canBeHeader(line) || end == std::string_view::npos) return false;
         beginning.remove_prefix(end + 1);
     }
     return false;
 }
 
 void CsvFrames::feed(std::string_view bytes, airspace::Frames& frames) {
-    for (auto end = bytes.find('\n'); end != bytes.npos; end = bytes.find('\n')) {
+    for (auto end = bytes.find('\n'); end != std::string_view::npos; end = bytes.find('\n')) {
         _line.append(bytes.substr(0, std::min(end, kLongestLine)));
         take(withoutEnd(_line), frames);
         _line.clear();

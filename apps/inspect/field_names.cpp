@@ -362,13 +362,13 @@ ValueTitle const* titleOfValue(std::string_view name) {
 }
 
 std::string_view titleOf(airspace::Register number) {
-    auto const found = std::ranges::find(airspace::kRegisters, number);
+    auto const* const found = std::ranges::find(airspace::kRegisters, number);
     return kRegisterTitles[static_cast<std::size_t>(found - airspace::kRegisters.begin())];
 }
 
 std::string emitterCategoryText(std::string_view category) {
     constexpr std::string_view kSets = "DCBA"; // by type code
-    if (category.size() != 2 || kSets.find(category[0]) == kSets.npos) return std::string(category);
+    if (category.size() != 2 || kSets.find(category[0]) == std::string_view::npos) return std::string(category);
     auto const number = static_cast<unsigned>(category[1] - '0');
     return std::string(category) + ", " + std::string(entry(kCategories[kSets.find(category[0])], number));
 }
