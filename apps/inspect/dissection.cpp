@@ -3,6 +3,7 @@
 
 #include "inspect/field_names.h"
 #include "inspect/frame_text.h"
+#include "inspect/library_values.h"
 
 #include <modes/df_message.h>
 
@@ -26,6 +27,7 @@ constexpr unsigned kFormatBits = 5;
 constexpr unsigned kExtendedLengthFormat = 24; // and above: their first two bits are the format
 constexpr unsigned kShortBits = 8 * airspace::kShortFrameBytes;
 constexpr unsigned kParityBits = 24;
+constexpr unsigned kTypeCodeBits = 5;
 constexpr unsigned kAddressDigits = 6;
 constexpr unsigned kPayloadBytes = (kPayloadLastBit - kPayloadFirstBit + 1) / 8;
 constexpr airspace::TimeMs kSilence =
@@ -48,15 +50,6 @@ std::string parityMeaning(airspace::Overlay overlay, unsigned remainder) {
     case airspace::Overlay::Address: return "the remainder is the address: damage cannot be detected";
     default: return "what is overlaid on it is not known";
     }
-}
-
-ParityView parityOf(std::string const& frame, airspace::Overlay overlay) {
-    auto const bits = static_cast<unsigned>(8 * frame.size());
-    auto const calculated =
-        bits == kShortBits ? DF11Message().calculateParity(frame) : DF17Message().calculateParity(frame);
-    ParityView parity{static_cast<unsigned>(bitsOf(frame, bits - kParityBits, kParityBits)), calculated, ""};
-    parity.meaning = parityMeaning(overlay, parity.remainder());
-    return parity;
 }
 
 // A reply that does not decode still keeps the fields that it was read as.
@@ -125,9 +118,7 @@ void sortByPosition(std::vector<FieldView>& fields) {
         fields.begin(), fields.end(), [](FieldView const& a, FieldView const& b) { return a.firstBit < b.firstBit; });
 }
 
-std::string whyUndecoded(std::string const& frame, unsigned format) {
-    if (titleOfFormat(format).starts_with("reserved") || format == kExtendedLengthFormat)
-        return "the library does not decode this format";
+std::string whyUnreadable(std::string const& frame, unsigned format) {
     auto const bits = frameBits(format);
     if (8 * frame.size() < bits) {
         return "a frame of this format has " + std::to_string(bits) + " bits, this one has " +
@@ -135,6 +126,23 @@ std::string whyUndecoded(std::string const& frame, unsigned format) {
     }
     return "it is damaged beyond repair: the fields are as received";
 }
+
+std::string whyUndecoded(std::string const& frame, unsigned format) {
+    if (titleOfFormat(format).starts_with("reserved") || format == kExtendedLengthFormat)
+        return "the library does not decode this format";
+    return whyUnreadable(frame, format);
+}
+
+// The library reads no ADS-B messages of a traffic information service, and those of military squitters.
+std::optional<std::uint8_t> payloadTypeOf(std::string const& frame, airspace::Reply const& reply) {
+    if (auto const* squitter = std::get_if<airspace::ExtendedSquitter>(&reply.message))
+        return squitter->origin != airspace::SquitterOrigin::TisB ? reply.typeCode : std::nullopt;
+    auto const* const military = std::get_if<airspace::MilitarySquitter>(&reply.message);
+    if (!military || military->application != 0 || !reply.isDecoded) return std::nullopt;
+    return static_cast<std::uint8_t>(bitsOf(frame, kPayloadFirstBit - 1, kTypeCodeBits));
+}
+
+constexpr char const* kModeAcProblem = "Mode A/C replies are not decoded";
 
 } // namespace
 
@@ -145,7 +153,7 @@ Dissection Dissector::dissect(std::string const& bytes, airspace::TimeMs time) {
     result.received = result.bytes = bytes;
     if (bytes.size() <= airspace::kModeAcFrameBytes) {
         result.formatName = "Mode A/C reply";
-        result.problem = "Mode A/C replies are not decoded";
+        result.problem = kModeAcProblem;
         return result;
     }
     _now = time != 0 ? kFirstTime + time : std::max(_now, kFirstTime) + 1;
@@ -166,15 +174,18 @@ Dissection Dissector::dissect(std::string const& bytes, airspace::TimeMs time) {
         if (8 * bytes.size() >= frameBits(format)) message = readAsReceived(bytes, format);
     }
     auto const frame = result.bytes.substr(0, message ? message->size() : bytes.size());
-    if (8 * frame.size() == frameBits(format)) result.parity = parityOf(frame, reply.overlay);
+    // the library leaves extended length messages alone
+    auto const overlay = format == kExtendedLengthFormat ? airspace::Overlay::Unknown : reply.overlay;
+    result.parity = parityOf(frame, format, overlay);
     result.repairedBits.assign(reply.repairedBits.begin(), reply.repairedBits.begin() + reply.repairs);
     result.fields = message ? fieldsOf(*message, frame, format) : std::vector<FieldView>{formatField(frame, format)};
     if (message) result.description = message->description();
-    if (reply.typeCode) result.payload = readPayload(frame, *reply.typeCode);
+    if (reply.isDecoded) addLibraryValues(*message, result.values);
+    if (auto const type = payloadTypeOf(frame, reply)) result.payload = readPayload(frame, *type, result.values);
     return result;
 }
 
-std::optional<PayloadView> Dissector::readPayload(std::string const& frame, std::uint8_t typeCode) const {
+PayloadView Dissector::readPayload(std::string const& frame, std::uint8_t typeCode, NamedValues& values) const {
     auto const me = frame.substr(kPayloadFirstBit / 8, kPayloadBytes);
     auto const type = ADSBMessage::typeByCode(typeCode);
     PayloadView payload{typeCode, ADSBMessage::typeName(type), ADSBMessage::typeFullName(type), {}, {}};
@@ -184,6 +195,7 @@ std::optional<PayloadView> Dissector::readPayload(std::string const& frame, std:
             payload.unread.push_back(version);
             continue;
         }
+        addLibraryValues(*message, values);
         auto fields = payloadFields(*message, frame);
         auto const same = std::find_if(payload.readings.begin(), payload.readings.end(),
             [&](auto const& other) { return other.description == message->description() && other.fields == fields; });
@@ -197,18 +209,41 @@ std::optional<PayloadView> Dissector::readPayload(std::string const& frame, std:
 }
 
 // The position, if this frame has completed a pair, or repeats one that has.
-std::optional<PositionView> Dissector::positionOf(airspace::Reply const& reply) const {
+std::optional<airspace::Place> Dissector::positionOf(airspace::Reply const& reply) const {
     auto const* squitter = std::get_if<airspace::ExtendedSquitter>(&reply.message);
     bool const isPosition = squitter && std::holds_alternative<airspace::AirbornePosition>(squitter->content);
     auto const aircraft = reply.isTracked && isPosition ? _sky.find(reply.address, _now) : std::nullopt;
     if (!aircraft || !aircraft->position.value || aircraft->position.updated != _now) return std::nullopt;
-    return PositionView{aircraft->position.value->latitude, aircraft->position.value->longitude};
+    return aircraft->position.value;
 }
 
 void Dissector::dropSilent() {
     if (_now >= _lastDrop && _now - _lastDrop < kSilence) return;
     _sky.dropSilent(_now);
     _lastDrop = _now;
+}
+
+Versions versionsOf(std::optional<unsigned> version) {
+    if (version) return {static_cast<modes::MOPSVersion>(*version)};
+    return {modes::MOPS_V0, modes::MOPS_V1, modes::MOPS_V2};
+}
+
+std::optional<ParityView> parityOf(std::string const& bytes, unsigned format, airspace::Overlay overlay) {
+    auto const bits = frameBits(format);
+    if (8 * bytes.size() != bits) return std::nullopt;
+    auto const calculated =
+        bits == kShortBits ? DF11Message().calculateParity(bytes) : DF17Message().calculateParity(bytes);
+    ParityView parity{static_cast<unsigned>(bitsOf(bytes, bits - kParityBits, kParityBits)), calculated, ""};
+    parity.meaning = parityMeaning(overlay, parity.remainder());
+    return parity;
+}
+
+std::string problemOf(std::string const& bytes, airspace::Reply const& reply) {
+    if (!reply.format) return kModeAcProblem;
+    if (std::holds_alternative<airspace::OtherReply>(reply.message))
+        return "this format is " + std::string(titleOfFormat(*reply.format));
+    if (reply.isDecoded || std::holds_alternative<airspace::ExtendedLengthReply>(reply.message)) return "";
+    return whyUnreadable(bytes, *reply.format);
 }
 
 bool isInterrogator(unsigned remainder) { return remainder < modes::ModeSMessageFieldPI::kInterrogatorIds; }

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "inspect/frame_summary.h"
+#include "inspect/named_value.h"
 #include <airspace/core_sky.h>
+#include <airspace/place.h>
 #include <modes/adsb_decoder.h>
 
 #include <optional>
@@ -11,6 +14,9 @@
 namespace quorvel::inspect {
 
 using Versions = std::vector<modes::MOPSVersion>;
+
+/// The one that was asked for, else all whose messages the library knows.
+Versions versionsOf(std::optional<unsigned> version);
 
 /// One field of a frame.
 struct FieldView {
@@ -42,33 +48,13 @@ struct PayloadView {
     Versions unread;                      ///< the others
 };
 
-struct ParityView {
-    unsigned field;      ///< the last 24 bits as received
-    unsigned calculated; ///< from the bits before
-    unsigned remainder() const { return field ^ calculated; }
-    std::string meaning;
-};
-
-struct PositionView {
-    double latitude;
-    double longitude;
-};
-
-/// Everything about one frame.
-struct Dissection {
-    std::string received;               ///< the bytes as received
-    std::string bytes;                  ///< as they were decoded: repaired where that was possible
-    std::vector<unsigned> repairedBits; ///< counted from 1
-    std::optional<unsigned> format;     ///< the downlink format; none for a Mode A/C reply
-    std::string formatName;
-    std::string problem; ///< why the library does not decode it; empty when it does
-    std::optional<modes::ModeSMessage::Confidence> confidence;
+/// Everything that the library says about one frame.
+struct Dissection : FrameSummary {
     std::string description; ///< the library's
-    std::optional<ParityView> parity;
-    std::optional<unsigned> address;
     std::vector<FieldView> fields;
     std::optional<PayloadView> payload;
-    std::optional<PositionView> position; ///< from this frame and one before it
+    std::optional<airspace::Place> position; ///< from this frame and one before it
+    NamedValues values; ///< what the library reads, by the names of the standards' values; of the latest version
 };
 
 /// Takes frames apart. It remembers earlier frames, as a receiver's decoder does: they decide how far an address can be
@@ -82,8 +68,8 @@ public:
     Dissection dissect(std::string const& bytes, airspace::TimeMs time = 0);
 
 private:
-    std::optional<PayloadView> readPayload(std::string const& frame, std::uint8_t typeCode) const;
-    std::optional<PositionView> positionOf(airspace::Reply const& reply) const;
+    PayloadView readPayload(std::string const& frame, std::uint8_t typeCode, NamedValues& values) const;
+    std::optional<airspace::Place> positionOf(airspace::Reply const& reply) const;
     void dropSilent();
 
     Versions _versions;
@@ -100,6 +86,12 @@ std::vector<FieldView> withGaps(
 
 /// The fields of all readings of a payload, each once, with the versions that have it.
 std::vector<FieldView> mergedFields(PayloadView const& payload);
+
+/// The parity of a frame of a format with what is laid over it; none of one that is too short or too long.
+std::optional<ParityView> parityOf(std::string const& bytes, unsigned format, airspace::Overlay overlay);
+
+/// Why a frame cannot be believed, by the standards; empty when it can.
+std::string problemOf(std::string const& bytes, airspace::Reply const& reply);
 
 /// Whether the remainder of an all-call reply's parity is an interrogator's identifier.
 bool isInterrogator(unsigned remainder);

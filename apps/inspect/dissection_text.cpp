@@ -3,10 +3,8 @@
 
 #include "files/printable.h"
 #include "inspect/aligned_table.h"
+#include "inspect/frame_summary_text.h"
 #include "inspect/frame_text.h"
-#include "outputs/output_text.h"
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <utility>
@@ -15,16 +13,7 @@ namespace quorvel::inspect {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 constexpr unsigned kParityDigits = 6;
-constexpr std::size_t kNameColumns = 18;
-constexpr int kDegreeDecimals = 5; // about a metre
-
-std::string line(std::string const& name, std::string const& text) {
-    std::string const blanks(name.size() < kNameColumns ? kNameColumns - name.size() : 1, ' ');
-    return "  " + name + blanks + text + "\n";
-}
 
 std::string listText(std::vector<unsigned> const& numbers) {
     std::string text;
@@ -34,12 +23,6 @@ std::string listText(std::vector<unsigned> const& numbers) {
 
 std::string versionsText(Versions const& versions) {
     return listText(std::vector<unsigned>(versions.begin(), versions.end()));
-}
-
-std::string confidenceText(modes::ModeSMessage::Confidence confidence) {
-    constexpr char const* kReasons[] = {"nothing confirms its address", "its address was not announced before",
-        "its address is known, its interrogator not yet", "its address is announced or known"};
-    return nameOf(confidence) + ": " + kReasons[confidence];
 }
 
 std::string parityText(ParityView const& parity) {
@@ -85,28 +68,26 @@ std::vector<std::pair<std::string, Versions>> descriptionsOf(PayloadView const& 
 
 std::string payloadText(Dissection const& dissection) {
     auto const& payload = *dissection.payload;
-    auto text = "\n" + line("Payload", "type code " + std::to_string(payload.typeCode) + ", " + payload.typeName +
-                                           ": " + payload.typeTitle);
+    auto text = "\n" + summaryLine("Payload", "type code " + std::to_string(payload.typeCode) + ", " +
+                                                  payload.typeName + ": " + payload.typeTitle);
     std::size_t versions = 0;
     for (auto const& [description, whose] : descriptionsOf(payload)) {
         versions += whose.size();
-        text += line(versionsTitle(whose), files::printable(description));
+        text += summaryLine(versionsTitle(whose), files::printable(description));
     }
     if (!payload.unread.empty())
-        text += line(versionsTitle(payload.unread), "not decoded: no such message, or it is not valid");
+        text += summaryLine(versionsTitle(payload.unread), "not decoded: no such message, or it is not valid");
     if (payload.readings.empty()) return text;
     auto const fields = withGaps(mergedFields(payload), dissection.bytes, kPayloadFirstBit, kPayloadLastBit);
     return text + "\n" + tableOf(fields, versions);
 }
-
-template <class Value> Json orNull(std::optional<Value> const& value) { return value ? Json(*value) : Json(); }
 
 Json jsonOf(std::vector<FieldView> const& fields) {
     auto list = Json::array();
     for (auto const& field : fields) {
         Json json{{"name", field.name}, {"title", field.title}, {"firstBit", field.firstBit}, {"width", field.width},
             {"raw", field.raw}, {"text", field.text}};
-        json["meaning"] = field.meaning.empty() ? Json() : Json(field.meaning);
+        json["meaning"] = orNull(field.meaning);
         list.push_back(std::move(json));
     }
     return list;
@@ -126,51 +107,20 @@ Json jsonOf(PayloadView const& payload) {
 } // namespace
 
 std::string dissectionText(Dissection const& dissection) {
-    auto text = hexText(dissection.received) + "\n";
-    auto const format = dissection.format ? "DF" + std::to_string(*dissection.format) + ", " : "";
-    text += line("Format", format + dissection.formatName);
-    if (!dissection.problem.empty()) text += line("Problem", dissection.problem);
-    if (dissection.confidence) text += line("Confidence", confidenceText(*dissection.confidence));
-    if (dissection.parity) text += line("Parity", parityText(*dissection.parity));
-    if (!dissection.repairedBits.empty()) {
-        text += line("Repaired", (dissection.repairedBits.size() == 1 ? "bit " : "bits ") +
-                                     listText(dissection.repairedBits) + ": " + hexText(dissection.bytes));
-    }
-    if (dissection.address) text += line("Address", hexText(*dissection.address, 6));
-    if (!dissection.description.empty()) text += line("Reply", files::printable(dissection.description));
+    auto text = summaryText(dissection, dissection.parity ? parityText(*dissection.parity) : "");
+    if (!dissection.description.empty()) text += summaryLine("Reply", files::printable(dissection.description));
     if (!dissection.fields.empty()) text += "\n" + tableOf(dissection.fields, 0);
     if (dissection.payload) text += payloadText(dissection);
-    if (dissection.position) {
-        text += "\n" + line("Position", outputs::fixed(dissection.position->latitude, kDegreeDecimals) + ", " +
-                                            outputs::fixed(dissection.position->longitude, kDegreeDecimals) +
-                                            ", of this frame and one before it");
-    }
-    return text;
+    return text + positionText(dissection.position, "of this frame and one before it");
 }
 
 std::string dissectionJson(Dissection const& dissection) {
-    Json json{{"frame", hexText(dissection.received)}, {"format", orNull(dissection.format)},
-        {"formatName", dissection.formatName}};
-    json["problem"] = dissection.problem.empty() ? Json() : Json(dissection.problem);
-    json["confidence"] = dissection.confidence ? Json(nameOf(*dissection.confidence)) : Json();
-    json["parity"] = Json();
-    if (dissection.parity) {
-        json["parity"] = {{"received", hexText(dissection.parity->field, kParityDigits)},
-            {"calculated", hexText(dissection.parity->calculated, kParityDigits)},
-            {"remainder", hexText(dissection.parity->remainder(), kParityDigits)},
-            {"meaning", dissection.parity->meaning}};
-    }
-    json["repairedBits"] = dissection.repairedBits;
-    json["repairedFrame"] = dissection.repairedBits.empty() ? Json() : Json(hexText(dissection.bytes));
-    json["address"] = dissection.address ? Json(hexText(*dissection.address, 6)) : Json();
-    json["description"] = dissection.description.empty() ? Json() : Json(dissection.description);
+    auto json = summaryJson(dissection);
+    json["description"] = orNull(dissection.description);
     json["fields"] = jsonOf(dissection.fields);
     json["payload"] = dissection.payload ? jsonOf(*dissection.payload) : Json();
-    json["position"] = Json();
-    if (dissection.position) {
-        json["position"] = {{"latitude", dissection.position->latitude}, {"longitude", dissection.position->longitude}};
-    }
-    return json.dump(-1, ' ', true, Json::error_handler_t::replace) + "\n";
+    json["position"] = positionJson(dissection.position);
+    return lineOf(json);
 }
 
 } // namespace quorvel::inspect

@@ -8,6 +8,8 @@
 #include "inspect/frame_seconds.h"
 #include "inspect/frame_text.h"
 #include "inspect/reading_lines.h"
+#include "inspect/recording_reader.h"
+#include "inspect/standard_reading_text.h"
 #include "inspect/tracked_lines.h"
 #include "run/frame_reader.h"
 #include "terminal/stderr_log.h"
@@ -30,7 +32,8 @@ struct Settings {
     std::vector<std::string> frames;
     std::string file;
     std::optional<airspace::Encoding> from;
-    std::optional<unsigned> version; // all of them when not given
+    std::optional<unsigned> version;
+    std::string values = "standard";
     bool json = false;
     bool readings = false;
     bool tracked = false;
@@ -44,67 +47,97 @@ void requireWritten(std::ostream const& out) {
     if (!out) throw files::HostError("cannot write to standard output");
 }
 
-class DecodeRun {
+// Shows frames one after the other.
+class Showing {
 public:
-    explicit DecodeRun(Settings const& settings)
-        : _settings(settings), _dissector(versionsOf(settings)), _style(terminal::standardOutputStyle()) {}
+    explicit Showing(Settings const& settings) : _settings(settings), _style(terminal::standardOutputStyle()) {}
+    virtual ~Showing() = default;
+    Showing(Showing const&) = delete;
+    Showing& operator=(Showing const&) = delete;
 
-    void show(std::string const& frame, airspace::TimeMs time) {
-        auto const dissection = _dissector.dissect(frame, time);
-        if (_settings.json) {
-            std::cout << inspect::dissectionJson(dissection);
-        } else {
-            std::cout << (_isFirst ? "" : "\n") << inspect::dissectionText(dissection);
-            if (_settings.explain) std::cout << "\n" << inspect::bitRuler(dissection, _style.columns, _style.coloured);
-        }
+    virtual void show(std::string const& frame, airspace::TimeMs time) = 0;
+    static void finish() { requireWritten(std::cout.flush()); }
+
+protected:
+    void write(std::string const& text, inspect::Dissection const& bits) {
+        std::cout << (_isFirst || _settings.json ? "" : "\n") << text;
+        if (_settings.explain && !_settings.json)
+            std::cout << "\n" << inspect::bitRuler(bits, _style.columns, _style.coloured);
         _isFirst = false;
         requireWritten(std::cout);
     }
 
-    static void finish() { requireWritten(std::cout.flush()); }
+    bool isJson() const { return _settings.json; }
 
 private:
-    static inspect::Versions versionsOf(Settings const& settings) {
-        if (settings.version) return {static_cast<modes::MOPSVersion>(*settings.version)};
-        return {modes::MOPS_V0, modes::MOPS_V1, modes::MOPS_V2};
-    }
-
     Settings const& _settings;
-    inspect::Dissector _dissector;
     terminal::TerminalStyle _style;
     bool _isFirst = true;
 };
 
-airspace::StreamOptions readingOf(Settings const& settings) {
-    airspace::StreamOptions options;
-    options.encoding = settings.from;
-    return options;
+class StandardShowing final : public Showing {
+public:
+    explicit StandardShowing(Settings const& settings)
+        : Showing(settings), _reader(settings.version, parsePlace(settings.location)) {}
+
+    void show(std::string const& frame, airspace::TimeMs time) override {
+        auto const reading = _reader.read(frame, time);
+        write(isJson() ? inspect::readingJson(reading) : inspect::readingText(reading), reading.dissection);
+    }
+
+private:
+    inspect::StandardReader _reader;
+};
+
+class LibraryShowing final : public Showing {
+public:
+    explicit LibraryShowing(Settings const& settings)
+        : Showing(settings), _dissector(inspect::versionsOf(settings.version)) {}
+
+    void show(std::string const& frame, airspace::TimeMs time) override {
+        auto const dissection = _dissector.dissect(frame, time);
+        write(isJson() ? inspect::dissectionJson(dissection) : inspect::dissectionText(dissection), dissection);
+    }
+
+private:
+    inspect::Dissector _dissector;
+};
+
+bool isLibrarys(Settings const& settings) { return settings.values == "library"; }
+
+std::unique_ptr<Showing> showingOf(Settings const& settings) {
+    if (isLibrarys(settings)) return std::make_unique<LibraryShowing>(settings);
+    return std::make_unique<StandardShowing>(settings);
 }
 
 // All of it has been read.
-void requireFrames(run::FrameReader const& reader) {
-    auto const badLines = reader.stream().counts().badLines + reader.stream().counts().overlongLines;
+void requireFrames(std::string const& recording, std::uint64_t badLines) {
     if (badLines > 0)
-        throw files::HostError("lines of " + reader.name() + " that are not frames: " + std::to_string(badLines));
+        throw files::HostError("lines of " + recording + " that are not frames: " + std::to_string(badLines));
 }
 
-void decodeFile(Settings const& settings, DecodeRun& run) {
-    run::FrameReader reader(settings.file, readingOf(settings));
+void decodeFile(Settings const& settings, Showing& showing) {
+    airspace::StreamOptions options;
+    options.encoding = settings.from;
+    run::FrameReader reader(settings.file, options);
     for (auto frames = reader.read(); !frames.empty(); frames = reader.read()) {
         bool const isTimed = reader.stream().timeReading() != airspace::TimeReading::Fixed;
-        for (auto const& frame : frames) run.show(std::string(frame.view()), isTimed ? frame.time : 0);
+        for (auto const& frame : frames) showing.show(std::string(frame.view()), isTimed ? frame.time : 0);
     }
-    run.finish();
-    requireFrames(reader);
+    Showing::finish();
+    requireFrames(reader.name(), reader.stream().counts().badLines + reader.stream().counts().overlongLines);
 }
 
 // What cannot be asked for together; empty if nothing is.
 std::string contradictionIn(Settings const& settings) {
-    bool const isOfLibrary = settings.json || settings.explain || settings.version;
-    if (settings.readings && isOfLibrary) return "--jsonl goes without --json, --explain and --version-of-mops";
+    bool const isOfSingleFrames = settings.json || settings.explain || settings.version || isLibrarys(settings);
+    bool const isLocated = !settings.location.empty();
+    if (settings.readings && isOfSingleFrames)
+        return "--jsonl goes without --json, --explain, --version-of-mops and --values library";
     if (settings.tracked && !settings.readings) return "--tracked goes with --jsonl alone";
-    if (!settings.tracked && (settings.interval || !settings.location.empty()))
-        return "--location and --interval go with --tracked alone";
+    if (!settings.tracked && settings.interval) return "--interval goes with --tracked alone";
+    if (isLocated && settings.readings && !settings.tracked) return "--jsonl takes --location with --tracked alone";
+    if (isLocated && isLibrarys(settings)) return "--location goes without --values library";
     return "";
 }
 
@@ -121,7 +154,7 @@ void write(std::string& lines) {
     lines.clear();
 }
 
-void writeReadings(run::FrameReader& reader) {
+void writeReadings(inspect::RecordingReader& reader) {
     inspect::ReadingLines readings;
     std::string lines;
     for (auto frames = reader.read(); !frames.empty(); frames = reader.read()) {
@@ -131,18 +164,16 @@ void writeReadings(run::FrameReader& reader) {
 }
 
 // Without time stamps, nothing tells how far frames are apart.
-inspect::FrameSeconds clockOf(run::FrameReader const& reader, std::optional<double> interval) {
-    auto const reading = reader.stream().timeReading();
-    bool const isCounter = reading == airspace::TimeReading::Counter12MHz;
-    bool const isTimed = isCounter || reading == airspace::TimeReading::Receiver;
+inspect::FrameSeconds clockOf(inspect::RecordingReader const& reader, std::optional<double> interval) {
+    bool const isTimed = reader.isTimed();
     if (!isTimed && !interval) {
         throw files::UsageError("the frames of " + reader.name() +
                                 " have no time stamps: --interval tells how many seconds they are apart");
     }
-    return {isTimed ? std::nullopt : interval, isCounter};
+    return {isTimed ? std::nullopt : interval, reader.isCounter()};
 }
 
-void writeTracked(run::FrameReader& reader, Settings const& settings) {
+void writeTracked(inspect::RecordingReader& reader, Settings const& settings) {
     inspect::TrackedLines tracked(parsePlace(settings.location));
     auto frames = reader.read();
     if (frames.empty()) return;
@@ -157,13 +188,13 @@ void writeTracked(run::FrameReader& reader, Settings const& settings) {
 }
 
 void readRecording(Settings const& settings) {
-    run::FrameReader reader(recordingOf(settings), readingOf(settings));
+    inspect::RecordingReader reader(recordingOf(settings), settings.from);
     if (settings.tracked)
         writeTracked(reader, settings);
     else
         writeReadings(reader);
     requireWritten(std::cout.flush());
-    requireFrames(reader);
+    requireFrames(reader.name(), reader.badLines());
 }
 
 void decode(Settings const& settings) {
@@ -172,20 +203,15 @@ void decode(Settings const& settings) {
     if (settings.readings) return readRecording(settings);
     std::vector<std::string> frames;
     for (auto const& text : settings.frames) frames.push_back(inspect::parseFrame(text));
-    DecodeRun run(settings);
-    for (auto const& frame : frames) run.show(frame, 0);
-    if (!settings.file.empty()) decodeFile(settings, run);
-    run.finish();
+    auto const showing = showingOf(settings);
+    for (auto const& frame : frames) showing->show(frame, 0);
+    if (!settings.file.empty()) decodeFile(settings, *showing);
+    Showing::finish();
 }
 
 void addTrackedOptions(CLI::App& command, Settings& settings) {
     command.add_flag("--tracked", settings.tracked,
         "With --jsonl: instead, what frames say together with others, before and after them: positions and registers");
-    command
-        .add_option(
-            "--location", settings.location, "A place near the aircraft on the surface, which --tracked needs for them")
-        ->check(checkedPlace)
-        ->type_name("LAT,LON");
     command
         .add_option("--interval", settings.interval,
             "Seconds from each frame to the next, for --tracked, if a recording has no time stamps")
@@ -208,23 +234,32 @@ void addDecodeCommand(CLI::App& app) {
     addEncodingOption(*command, "--from", "Encoding of the recording, detected when not given", settings->from);
     command
         ->add_option("--version-of-mops", settings->version,
-            "Decode ADS-B payloads as this version defines them; without it, as each version does, separately where "
-            "they differ")
+            "Read ADS-B payloads as this version defines them; without it, as the aircraft's does if it is known")
         ->check(CLI::IsMember({0U, 1U, 2U}).description(""))
         ->type_name("0|1|2");
+    command
+        ->add_option("--values", settings->values,
+            "Whose readings are shown: those of the standards, with the core library's where they differ, or its own")
+        ->check(CLI::IsMember({"standard", "library"}).description(""))
+        ->type_name("standard|library");
     command->add_flag("--explain", settings->explain, "Show the bits with the fields that they make");
     command->add_flag("--json", settings->json, "One JSON object a line for each frame");
     command->add_flag("--jsonl", settings->readings,
         "What the standards say about each frame of one recording, named in place of HEX or by --file: one JSON "
-        "object a line, written at once");
+        "object a line, written at once. Lines SECONDS,HEX are read, too");
     addTrackedOptions(*command, *settings);
+    command
+        ->add_option("--location", settings->location,
+            "A place near the aircraft on the surface, without which they have no position")
+        ->check(checkedPlace)
+        ->type_name("LAT,LON");
     addLogOptions(*command, settings->log);
     command->footer("Examples:\n"
                     "  trevallo decode 8D4840D6202CC371C32CE0576098\n"
                     "  trevallo decode --explain '*5D4CA2D46B609F;'\n"
                     "  trevallo decode 8D40621D58C382D690C8AC2863A7 8D40621D58C386435CC412692AD6\n"
                     "  trevallo decode --file recording.beast | less\n"
-                    "  trevallo decode --json --version-of-mops 2 8D4840D6202CC371C32CE0576098 | jq .payload\n"
+                    "  trevallo decode --json --version-of-mops 2 8D4840D6202CC371C32CE0576098 | jq .values\n"
                     "  trevallo decode --jsonl recording.beast | jq 'select(.df == 17)'\n"
                     "  trevallo decode --jsonl --tracked --location 48.35,11.79 recording.beast");
     command->callback([settings] {

@@ -9,7 +9,7 @@
 
 namespace quorvel::inspect {
 
-inline Versions const kAllVersions{modes::MOPS_V0, modes::MOPS_V1, modes::MOPS_V2};
+inline Versions const kAllVersions = versionsOf(std::nullopt);
 
 /// A frame taken apart, without what the library says of it.
 inline Dissection dissected(std::string const& frame, Versions const& versions = kAllVersions) {

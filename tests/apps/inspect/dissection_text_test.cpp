@@ -58,7 +58,7 @@ TEST(DissectionText, ShowsRepairs) {
 
 TEST(DissectionText, ShowsPositionsInDegrees) {
     Dissection dissection;
-    dissection.position = PositionView{-0.25, 179.999999};
+    dissection.position = airspace::Place{-0.25, 179.999999};
     EXPECT_THAT(dissectionText(dissection), HasSubstr("-0.25000, 180.00000, of this frame and one before it"));
 }
 

@@ -15,6 +15,8 @@ from program_support import PROGRAM, SAMPLE, expect, expect_failure, finish, run
 
 IDENTIFICATION = "8D4840D6202CC371C32CE0576098"
 EVEN, ODD = "8D40621D58C382D690C8AC2863A7", "8D40621D58C386435CC412692AD6"
+SURFACE_EVEN, SURFACE_ODD = "8C4841753AAB238733C8CD4020B1", "8C4841753A8A35323FAEBDAC702D"
+COMM_B = "A0001838CA380031440000F24177"
 
 
 def in_terminal(*arguments, env=None):
@@ -39,8 +41,8 @@ def in_terminal(*arguments, env=None):
 
 def test_decode(folder):
     result = run("decode", IDENTIFICATION)
-    expect("a frame is taken apart", result.returncode == 0 and b"CS=KLM1023" in result.stdout and not result.stderr,
-           result)
+    expect("a frame is read", result.returncode == 0 and re.search(rb"^  Callsign +KLM1023$", result.stdout, re.M)
+           and not result.stderr, result)
     for spelling in (f"*{IDENTIFICATION};", f"@0123456789AB{IDENTIFICATION};", IDENTIFICATION.lower(),
                      " ".join(IDENTIFICATION[i:i + 2] for i in range(0, 28, 2))):
         same = run("decode", spelling)
@@ -51,8 +53,16 @@ def test_decode(folder):
     lines = [json.loads(line) for line in run("decode", "--json", EVEN, ODD).stdout.splitlines()]
     expect("each frame is a line of JSON", [line["address"] for line in lines] == ["40621D"] * 2
            and lines[0]["position"] is None and abs(lines[1]["position"]["longitude"] - 3.93891) < 1e-5, result)
+    expect("the library's value is beside the standards' where it is another one", lines[0]["formatVersion"] == 2
+           and lines[0]["values"]["altitude"] == 38000 and lines[0]["library"] == {"altitude": 38050}, result)
     result = run("decode", "--version-of-mops", "2", EVEN)
-    expect("a payload is read for one version", b"NIC_SUPP_B" in result.stdout and b"SAF" not in result.stdout, result)
+    expect("a payload is read for one version", b"  ADS-B version     2\n" in result.stdout, result)
+    result = run("decode", SURFACE_EVEN, SURFACE_ODD)
+    expect("without a place near it a pair on the surface gives no position", b"Position  " not in result.stdout, result)
+    result = run("decode", "--location", "51.99,4.375", SURFACE_EVEN, SURFACE_ODD)
+    expect("with one it does", result.stdout.count(b"\n  Position          52.32") == 1, result)
+    result = run("decode", COMM_B)
+    expect("a Comm-B reply shows its register", b"4,0, selected vertical intention; score" in result.stdout, result)
 
     result = run("decode", "--explain", IDENTIFICATION)
     expect("the bits are shown without colours in a pipe", b"10001 101 010010000100000011010110" in result.stdout
@@ -63,6 +73,19 @@ def test_decode(folder):
     expect("no colours where they are not wanted", b"\x1b" not in result.stdout and b"10001 101" in result.stdout, result)
     result = run("decode", "--log", "info", IDENTIFICATION)
     expect("the log is shown when asked for", b"[ModeSDecoder] Initialized." in result.stderr, result)
+
+    result = run("decode", "--values", "library", IDENTIFICATION)
+    expect("the library's own reading is shown", b"  Reply             CA: 5; AA: 4840D6; ME: 202CC371C32CE0\n"
+           in result.stdout and b"TC=ACID, EC=0, CS=KLM1023" in result.stdout, result)
+    result = run("decode", "--values", "library", "--version-of-mops", "2", EVEN)
+    expect("so is that of one version", b"NIC_SUPP_B" in result.stdout and b"SAF" not in result.stdout, result)
+    result = run("decode", "--values", "library", "--json", EVEN, ODD)
+    frames = [json.loads(line) for line in result.stdout.splitlines()]
+    expect("and it as JSON", "formatVersion" not in frames[0] and "description" in frames[0]
+           and abs(frames[1]["position"]["latitude"] - 52.26578) < 1e-5, result)
+    expect_failure("readings of nobody", 2, "decode", "--values", "other", EVEN, about="--values")
+    expect_failure("a place for the library", 2, "decode", "--values", "library", "--location", "0,0", EVEN,
+                   about="--location")
 
     lines = f"*{EVEN};\n*{ODD};\n".encode()
     result = run("decode", "--file", "-", stdin=lines)
@@ -106,6 +129,19 @@ def test_decode_by_the_standards(folder):
     places = [line for line in found if "latitude" in line]
     expect("the whole sample is read", len(frames) == 14662 and len(places) > 1000
            and all(45 < line["latitude"] < 51 for line in places), result)
+    csv = f"seconds,frame\n0.25,{EVEN}\n0.75,{ODD}\n".encode()
+    read = run("decode", "--jsonl", "-", stdin=csv)
+    result = run("decode", "--jsonl", "-", stdin=lines)
+    expect("lines of seconds and digits are read, too", read.stdout == result.stdout and not read.stderr, read)
+    result = run("decode", "--jsonl", "--tracked", "-", stdin=csv)
+    expect("they have times of their own", len(result.stdout.splitlines()) == 2 and not result.stderr, result)
+    result = run("decode", "--jsonl", "--tracked", "-", stdin=csv.replace(b"0.75", b"11.75"))
+    expect("which tell how far they are apart", result.returncode == 0 and not result.stdout, result)
+    expect_failure("lines among them that are no frames", 1, "decode", "--jsonl", "-", stdin=csv + b"noise\n",
+                   about="lines of standard input that are not frames: 1")
+    expect_failure("text that is no recording", 1, "decode", "--jsonl", "-", stdin=b"a,b\nc,d\n" * 10,
+                   about="standard input")
+
     result = run("decode", "--jsonl", "-", stdin=b"")
     expect("an empty recording has no lines", result.returncode == 0 and not result.stdout, result)
 
@@ -113,6 +149,8 @@ def test_decode_by_the_standards(folder):
                    about="--interval")
     expect_failure("two recordings", 2, "decode", "--jsonl", SAMPLE, SAMPLE, about="one recording")
     expect_failure("two readings at once", 2, "decode", "--jsonl", "--json", SAMPLE, about="--json")
+    expect_failure("a place without --tracked", 2, "decode", "--jsonl", "--location", "0,0", SAMPLE, about="--tracked")
+    expect_failure("--jsonl of the library", 2, "decode", "--jsonl", "--values", "library", SAMPLE, about="--values")
     expect_failure("--tracked alone", 2, "decode", "--tracked", SAMPLE, about="--jsonl")
     expect_failure("--interval alone", 2, "decode", "--jsonl", "--interval", "1", SAMPLE, about="--tracked")
     expect_failure("an interval that is none", 2, "decode", "--jsonl", "--tracked", "--interval", "0", SAMPLE,
