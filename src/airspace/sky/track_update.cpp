@@ -85,10 +85,11 @@ void TrackUpdate::flightStatus(FlightStatus status) {
     _items.ident.offer(status.hasIdent(), _source, _now);
 }
 
+// An alert goes before an ident, and hides it: RTCA DO-260B, 2.2.3.2.3.2.
 void TrackUpdate::surveillanceStatus(SurveillanceStatus status) {
     bool const isAlert = status == SurveillanceStatus::PermanentAlert || status == SurveillanceStatus::TemporaryAlert;
     _items.alert.offer(isAlert, _source, _now);
-    _items.ident.offer(status == SurveillanceStatus::Ident, _source, _now);
+    if (!isAlert) _items.ident.offer(status == SurveillanceStatus::Ident, _source, _now);
 }
 
 void TrackUpdate::advisory(ResolutionAdvisory const& advisory) {

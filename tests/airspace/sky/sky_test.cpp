@@ -252,7 +252,8 @@ TEST(Sky, GivesWhatTellsNoKindOfAddressToTheAircraftThatHasIt) {
     EXPECT_EQ(sky.find(kKlm, kNow, AddressKind::TrackFile)->callsign.value, "TARGET  ");
     sky.take(heard(kIdentification));
     sky.take(tisB(identification("OTHER")));
-    EXPECT_EQ(sky.find(kKlm, kNow, AddressKind::TrackFile)->callsign.value, "TARGET  ") << "an ICAO address comes first";
+    EXPECT_EQ(sky.find(kKlm, kNow, AddressKind::TrackFile)->callsign.value, "TARGET  ")
+        << "an ICAO address comes first";
 }
 
 TEST(Sky, OneReplyPutsNoFlightOnTheGround) {

@@ -346,3 +346,19 @@ TEST(StandardTrack, AWorseSourceComesInOnceTheBetterIsOld) {
     EXPECT_EQ(item.value, 300);
     EXPECT_EQ(item.changed, 6'101U);
 }
+
+TEST(StandardTrack, AnAlertInASquitterLeavesOpenWhetherThereIsAnIdent) {
+    auto const surveillance = [](unsigned status) {
+        return withBits(position(kMunich, false), 5, 2, status); // 1 permanent alert, 3 ident
+    };
+    Flight flight;
+    flight.squitter(surveillance(3), kNoon);
+    EXPECT_TRUE(flight.items().ident.value);
+    EXPECT_FALSE(flight.items().alert.value);
+    flight.squitter(surveillance(1), kNoon + 500);
+    EXPECT_TRUE(flight.items().alert.value);
+    EXPECT_TRUE(flight.items().ident.value) << "as it was told before";
+    EXPECT_EQ(flight.updated(flight.items().ident.updated), kNoon);
+    flight.squitter(surveillance(0), kNoon + 1'000);
+    EXPECT_FALSE(flight.items().ident.value);
+}

@@ -195,7 +195,10 @@ private:
     void content(airspace::SurfacePosition const& told) {
         this->told("surface position");
         placed(told.position, 1.5);
-        angle(told.trackDegrees, _state.track, 360.0 / 128);
+        auto const& capabilities = _profile.capabilities; // the status tells which direction it is
+        bool const isHeading = _aircraft.version() > 0 && capabilities.isHeadingOnSurface;
+        auto const heading = capabilities.isMagneticNorth ? _state.magneticHeading : _state.trueHeading;
+        angle(told.trackDegrees, isHeading ? heading : _state.track, 360.0 / 128);
         auto const speed = airspace::speedOfMovement(told.movement, static_cast<std::uint8_t>(version()));
         ASSERT_TRUE(speed);
         EXPECT_GE(_state.groundSpeed, speed->lowerKt - 1e-9);

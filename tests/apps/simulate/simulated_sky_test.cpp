@@ -150,7 +150,7 @@ private:
             EXPECT_EQ(static_cast<unsigned>(*_seen->emergency.value), profile.emergency);
         }
         if (auto const state = truthOf("ident", _seen->spiStatus)) {
-            EXPECT_EQ(*_seen->spiStatus.value, state->isIdent);
+            EXPECT_EQ(*_seen->spiStatus.value, state->isIdent) << who(_seen->spiStatus.source);
         }
         if (_seen->advisory.value && _seen->advisory.value->isIssued() && truthOf("advisory", _seen->advisory)) {
             ASSERT_TRUE(profile.advisory) << who(_seen->advisory.source);
@@ -163,9 +163,8 @@ private:
         auto const& profile = _true->profile();
         auto const& accuracies = profile.accuracies;
         if (truthOf("radius", _seen->radius) && _seen->position.source == airspace::Source::AdsB) {
-            auto const radius = profile.quality.radius;
-            EXPECT_GE(*_seen->radius.value, radius - 0.1) << "before the version is known it may only be larger";
-            EXPECT_LE(*_seen->radius.value, _isSettled ? radius + 0.1 : 1e6) << who(_seen->radius.source);
+            auto const known = _isSettled ? profile.quality.radius : *_seen->radius.value; // by version and supplements
+            EXPECT_NEAR(*_seen->radius.value, known, 0.1) << who(_seen->radius.source);
         }
         if (profile.groundStation != simulate::GroundStation::None) return; // a ground station has its own
         same("NACp", _seen->nacp, accuracies.position);
