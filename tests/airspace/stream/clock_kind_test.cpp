@@ -165,7 +165,7 @@ TEST(ClockKind, TakesNoHeedOfDamagedPositionsAndDamagedStamps) {
     }
     for (auto const& [stampOf, reading] : {std::pair(timesOfDay(3 * kHour), TimeReading::Receiver),
              std::pair(ticks(5'000'000), TimeReading::Counter12MHz)}) {
-        auto const damaged = [&](TimeMs after) {
+        auto const damaged = [&stampOf = stampOf](TimeMs after) {
             return after % 1'000 == 950 ? ~std::uint64_t{0} >> 16 : stampOf(after);
         };
         EXPECT_EQ(recorded(recordingOf(heard, damaged)).reading, reading);
