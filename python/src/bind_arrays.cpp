@@ -5,8 +5,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <utility>
-#include <vector>
+#include <optional>
+#include <string>
 
 namespace quorvel::modes::python {
 
@@ -44,8 +44,8 @@ constexpr Column kMessageColumns[] = {
     {"isDecoded", "?", offsetof(MessageRow, isDecoded), "whether it can be believed at all"},
     {"isTracked", "?", offsetof(MessageRow, isTracked), "whether it was given to an aircraft"},
 };
-MessageRow messageRowOf(Frame const& frame, Reply const& reply) {
-    MessageRow row;
+
+void fill(MessageRow& row, Frame const& frame, Reply const& reply) {
     row.time = static_cast<std::int64_t>(frame.time);
     row.address = reply.address;
     if (reply.address != 0) row.addressKind = static_cast<std::uint8_t>(headerOf(reply.message)->addressKind);
@@ -57,7 +57,6 @@ MessageRow messageRowOf(Frame const& frame, Reply const& reply) {
     row.signal = frame.signal;
     row.isDecoded = reply.isDecoded;
     row.isTracked = reply.isTracked;
-    return row;
 }
 
 // One position, with what its aircraft had reported shortly before.
@@ -105,8 +104,7 @@ template <class Cell, class T> void put(Cell& cell, airspace::Item<T> const& ite
     if (isTogether(item, aircraft)) cell = static_cast<Cell>(*item.value);
 }
 
-PositionRow positionRowOf(Aircraft const& aircraft) {
-    PositionRow row;
+void fill(PositionRow& row, Aircraft const& aircraft) {
     row.time = static_cast<std::int64_t>(aircraft.position.updated);
     row.address = aircraft.address;
     row.addressKind = static_cast<std::uint8_t>(aircraft.addressKind);
@@ -122,7 +120,6 @@ PositionRow positionRowOf(Aircraft const& aircraft) {
     put(row.isOnGround, aircraft.groundStatus, aircraft);
     put(row.nic, aircraft.nic, aircraft);
     put(row.radius, aircraft.radius, aircraft);
-    return row;
 }
 
 std::optional<Aircraft> find(airspace::Sky const& sky, Reply const& reply, airspace::TimeMs time) {
@@ -135,18 +132,18 @@ std::optional<Aircraft> find(airspace::CoreSky const& sky, Reply const& reply, a
 class Arrays {
 public:
     template <class AnySky> void add(Frame const& frame, Reply const& reply, AnySky const& sky) {
-        if (reply.format) _messages.push_back(messageRowOf(frame, reply));
-        if (reply.isPositionShown) _positions.push_back(positionRowOf(*find(sky, reply, frame.time)));
+        if (reply.format) fill(_messages.add(), frame, reply);
+        if (reply.isPositionShown) fill(_positions.add(), *find(sky, reply, frame.time));
     }
 
     py::dict result() {
-        return py::dict("messages"_a = asArray(std::move(_messages), kMessageColumns),
-            "positions"_a = asArray(std::move(_positions), kPositionColumns));
+        return py::dict("messages"_a = _messages.takeArray(kMessageColumns),
+            "positions"_a = _positions.takeArray(kPositionColumns));
     }
 
 private:
-    std::vector<MessageRow> _messages;
-    std::vector<PositionRow> _positions;
+    RowTable<MessageRow> _messages;
+    RowTable<PositionRow> _positions;
 };
 
 std::string toArraysText() {

@@ -3,8 +3,7 @@
 #include "read_message.h"
 #include "recording.h"
 
-#include <utility>
-#include <vector>
+#include <string>
 
 namespace quorvel::modes::python {
 
@@ -14,7 +13,7 @@ namespace {
 class FrameRows {
 public:
     template <class AnySky> void add(airspace::Frame const& frame, airspace::Reply const& reply, AnySky const& sky) {
-        auto& row = _rows.emplace_back();
+        auto& row = _rows.add();
         row.timeStamp = static_cast<std::int64_t>(frame.time);
         row.signalAmplitude = frame.signal;
         row.downlinkFormat = static_cast<std::int8_t>(reply.format ? *reply.format : -1);
@@ -27,10 +26,10 @@ public:
         if (reply.isTracked) putValues(row, reply, sky, frame.time);
     }
 
-    py::array result() { return asArray(std::move(_rows), kFrameColumns); }
+    py::array result() { return _rows.takeArray(kFrameColumns); }
 
 private:
-    std::vector<FrameRow> _rows;
+    RowTable<FrameRow> _rows;
 };
 
 std::string decodeStreamText() {
