@@ -147,14 +147,19 @@ private:
 };
 
 std::string toArraysText() {
-    return std::string(
-               "Decodes and tracks a whole recording into a dictionary of two arrays, messages and positions, each of\n"
-               "which pandas.DataFrame takes as it is.\n\n") +
-           kRecordingText + "\nmessages has a row for each Mode S frame, in the order of the recording:\n\n" +
-           columnsText(kMessageColumns) +
-           "\npositions has a row for each position that passed the checks, with what else its aircraft reported within the\n"
-           "10 s before; what it did not report is NaN or -1:\n\n" +
-           columnsText(kPositionColumns);
+    return std::string(R"~(Decodes and tracks a whole recording into a dictionary of two arrays, messages and positions,
+each of which pandas.DataFrame takes as it is.
+
+)~") + kRecordingText +
+           R"~(
+messages has a row for each Mode S frame, in the order of the recording:
+
+)~" + columnsText(kMessageColumns) +
+           R"~(
+positions has a row for each position that passed the checks, with what else its aircraft reported within the 10 s before;
+what it did not report is NaN or -1:
+
+)~" + columnsText(kPositionColumns);
 }
 
 } // namespace

@@ -33,12 +33,14 @@ private:
 };
 
 std::string decodeStreamText() {
-    return std::string(
-               "Decodes and tracks a whole recording: one row for each frame, in the order of the recording.\n\n") +
-           kRecordingText +
-           "\nA row shows what its frame reported, if it was believed. What it did not report is NaN, -1 (typeCode, squawk,\n"
-           "isOnGround), 0 (icaoAddress, register, signalAmplitude) or empty (callsign):\n\n" +
-           columnsText(kFrameColumns);
+    return std::string(R"~(Decodes and tracks a whole recording: one row for each frame, in the order of the recording.
+
+)~") + kRecordingText +
+           R"~(
+A row shows what its frame reported, if it was given to an aircraft. What it did not report is NaN, -1 (typeCode, squawk,
+isOnGround), 0 (icaoAddress, register, signalAmplitude) or empty (callsign):
+
+)~" + columnsText(kFrameColumns);
 }
 
 Bytes undouble(BytesView const& data) { return {airspace::undoubledBeast(data.bytes())}; }

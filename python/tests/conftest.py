@@ -1,4 +1,5 @@
 # SPDX-License-Identifier: MIT
+import os
 import pathlib
 from typing import Iterator
 
@@ -7,7 +8,7 @@ import pytest
 import trevallo
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-RECORDINGS = ROOT.parent / "shared/data"
+RECORDINGS = pathlib.Path(os.environ.get("TREVALLO_RECORDINGS", ROOT.parent / "shared/data"))
 
 
 @pytest.fixture(autouse=True)
