@@ -6,6 +6,7 @@
 """
 import argparse
 import pathlib
+from typing import Any
 
 import matplotlib
 
@@ -53,20 +54,11 @@ def draw_track(axes: plt.Axes, frames: Frames) -> None:
     axes.grid(alpha=0.3)
 
 
-def draw_over_time(axes: plt.Axes, frames: Frames, column: str, style: str, name: str = "") -> None:
-    known = frames[numpy.isfinite(frames[column])]
-    axes.plot(known["timeStamp"], known[column], style, markersize=4, linewidth=1, label=name)
+def draw_over_time(axes: plt.Axes, frames: Frames, values: numpy.typing.NDArray[numpy.floating[Any]], style: str) -> None:
+    known = numpy.isfinite(values)
+    axes.plot(frames["timeStamp"][known], values[known], style, markersize=4, linewidth=1)
     axes.ticklabel_format(axis="y", useOffset=False)
     axes.grid(alpha=0.3)
-
-
-def draw_altitude(axes: plt.Axes, frames: Frames) -> None:
-    """Replies to radars are steady; the lowest bits of squitters are not those of the altitude."""
-    is_squitter = frames["downlinkFormat"] == trevallo.DFMessage.DF17
-    draw_over_time(axes, frames[is_squitter], "altitude", "C7.", "squitters")
-    draw_over_time(axes, frames[~is_squitter], "altitude", "C0.-", "replies to radars")
-    axes.legend(fontsize="small", loc="best")
-    axes.set_ylabel("altitude, ft")
 
 
 def draw(frames: Frames, path: pathlib.Path) -> None:
@@ -74,12 +66,13 @@ def draw(frames: Frames, path: pathlib.Path) -> None:
     grid = figure.add_gridspec(3, 2, height_ratios=[2, 1, 1])
     draw_track(figure.add_subplot(grid[:, 0]), frames)
     upper = figure.add_subplot(grid[0, 1])
-    draw_altitude(upper, frames)
+    draw_over_time(upper, frames, frames["altitude"], "C0.-")
+    upper.set_ylabel("altitude, ft")
     middle = figure.add_subplot(grid[1, 1], sharex=upper)
-    draw_over_time(middle, frames, "groundSpeed", "C1.-")
+    draw_over_time(middle, frames, frames["groundSpeed"], "C1.-")
     middle.set_ylabel("speed, kt")
     lower = figure.add_subplot(grid[2, 1], sharex=upper)
-    draw_over_time(lower, frames, "verticalRate", "C2.-")
+    draw_over_time(lower, frames, numpy.fmax(frames["verticalRate"], frames["verticalRateGnss"]), "C2.-")
     lower.set(xlabel="UTC", ylabel="climb, ft/min")
     lower.xaxis.set_major_locator(matplotlib.dates.AutoDateLocator(minticks=3, maxticks=5))
     lower.xaxis.set_major_formatter(matplotlib.dates.DateFormatter("%H:%M:%S"))
@@ -97,8 +90,7 @@ def main() -> None:
     parser.add_argument("callsign", nargs="?", default="")
     arguments = parser.parse_args()
 
-    trevallo.Log.setShowLevel(trevallo.Log.Error)
-    frames = trevallo.decode_stream(arguments.recording.read_bytes())
+    frames = trevallo.decode_stream(arguments.recording)
     frames = frames[frames["tracked"]]
     draw(frames[frames["icaoAddress"] == aircraft_of(frames, arguments.callsign)], arguments.picture)
 

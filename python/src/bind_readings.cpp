@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "binding.h"
+#include "read_message.h"
 
 #include <airspace/message_fields.h>
 
@@ -49,13 +50,6 @@ public:
 
 private:
     py::dict& _named;
-};
-
-// A message with what its reader was told.
-struct ReadMessage {
-    airspace::Message message;
-    std::optional<Register> number;
-    std::optional<airspace::Place> place;
 };
 
 // In place of what the bits alone say.

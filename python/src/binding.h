@@ -6,6 +6,9 @@
 #include <pybind11/stl.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <initializer_list>
+#include <map>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -14,11 +17,17 @@ namespace quorvel::modes::python {
 
 using namespace py::literals;
 
-/// What the headers say of a class or member. A name that they do not have does not compile.
-consteval char const* textOf(std::string_view of) {
+/// What the headers say of a class or member; null of a name that they do not have.
+constexpr Text const* findText(std::string_view of) {
     auto const found = std::lower_bound(
         kTexts.begin(), kTexts.end(), of, [](Text const& text, std::string_view name) { return text.of < name; });
-    if (found == kTexts.end() || found->of != of) throw std::invalid_argument("no such member");
+    return found != kTexts.end() && found->of == of ? &*found : nullptr;
+}
+
+/// The same of a name that is there: another one does not compile.
+consteval char const* textOf(std::string_view of) {
+    auto const* const found = findText(of);
+    if (!found) throw std::invalid_argument("no such member");
     return found->text;
 }
 
@@ -174,6 +183,13 @@ inline std::string shown(py::handle object, std::string const& what) {
     return "<" + name + (what.empty() ? "" : " ") + what + ">";
 }
 
+/// Options are keywords of a constructor, each with what the headers say of it.
+#define OPTION(Options, member) TREVALLO_NAME(airspace::Options, member)
+std::string withOptions(std::string text, std::initializer_list<Name> options);
+
+/// Counts that occurred, by their name and what they are of: "frames_by_format_17".
+std::map<std::string, std::uint64_t> byName(airspace::Counts const& counts);
+
 /// Raises `ValueError` for a stream whose encoding cannot be detected.
 [[noreturn]] void raiseUnknownEncoding(airspace::Stream const& stream);
 
@@ -189,6 +205,9 @@ void defineTracker(py::module_& module);
 void defineStream(py::module_& module);
 void defineAirspace(py::module_& parent);
 void defineReadings(py::module_& airspace);
+void defineAircraft(py::module_& airspace);
+void defineSky(py::module_& airspace);
+void defineArrays(py::module_& airspace);
 void defineHtml(py::module_& module);
 
 } // namespace quorvel::modes::python

@@ -1,4 +1,5 @@
 # SPDX-License-Identifier: MIT
+import os
 import pathlib
 from typing import Iterator
 
@@ -7,6 +8,7 @@ import pytest
 import trevallo
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
+RECORDINGS = pathlib.Path(os.environ.get("TREVALLO_RECORDINGS", ROOT.parent / "shared/data"))
 
 
 @pytest.fixture(autouse=True)
@@ -23,3 +25,10 @@ def lines() -> Iterator[list[tuple[trevallo.Log.Level, str]]]:
 @pytest.fixture(scope="session")
 def sample() -> bytes:
     return (ROOT / "data/sample.beast").read_bytes()
+
+
+def recording(name: str) -> bytes:
+    path = pathlib.Path(RECORDINGS, name)
+    if not path.exists():
+        pytest.skip(f"there is no real recording {name} here")
+    return path.read_bytes()

@@ -1,30 +1,25 @@
 # SPDX-License-Identifier: MIT
 import collections
-import pathlib
+from typing import Literal, Union
 
 import numpy
 import pytest
 
 import trevallo
-from trevallo import ADSBMessage, Log, ModeSMessage, airspace
-from trevallo.airspace import Encoding, Frame, Place, RepairedReplies, Sky, Source, Stream, TimeReading
+from trevallo import Log, ModeSMessage, airspace
+from trevallo.airspace import (AddressKind, CoreSky, Encoding, Frame, Place, Register, RepairedReplies, Sky, Source, Stream,
+                               TimeReading)
 
-from conftest import ROOT
-from frames import ADDRESS, IDENTITY, POSITION_EVEN, POSITION_ODD, VELOCITY, T
+from conftest import ROOT, recording
+from frames import ADDRESS, IDENTITY, POSITION_EVEN, POSITION_ODD, VELOCITY, T, with_parity
 
-RECORDINGS = ROOT.parent / "shared/data"
+AnySky = Union[type[Sky], type[CoreSky]]
+Values = Literal["standard", "library"]
 
 
 @pytest.fixture(autouse=True)
 def quiet() -> None:
     Log.setShowLevel(Log.Error)
-
-
-def recording(name: str) -> bytes:
-    path = pathlib.Path(RECORDINGS, name)
-    if not path.exists():
-        pytest.skip(f"there is no real recording {name} here")
-    return path.read_bytes()
 
 
 def frames_of(data: bytes, stream: Stream) -> list[Frame]:
@@ -49,14 +44,15 @@ def test_a_stream_in_pieces_gives_dated_frames(sample: bytes) -> None:
     assert stream.counts["frames"] == len(frames) and stream.counts["bytes"] == len(sample)
 
 
-def test_a_sky_has_the_aircraft_that_decode_stream_has(sample: bytes) -> None:
-    stream, sky = Stream(), Sky()
+@pytest.mark.parametrize("kind, values", [(Sky, "standard"), (CoreSky, "library")])
+def test_a_sky_has_the_aircraft_that_decode_stream_has(sample: bytes, kind: AnySky, values: Values) -> None:
+    stream, sky = Stream(), kind()
     replies = [sky.take(frame) for frame in frames_of(sample, stream)]
-    rows = trevallo.decode_stream(sample)
-    assert [(reply.address, reply.track) for reply in replies] == list(zip(rows["icaoAddress"], rows["trackId"]))
+    rows = trevallo.decode_stream(sample, values=values)
+    assert [(reply.address, reply.isTracked) for reply in replies] == list(zip(rows["icaoAddress"], rows["tracked"]))
     rows = rows[rows["tracked"]]
     messages = collections.Counter(rows["icaoAddress"].tolist())
-    unsure = collections.Counter(rows["icaoAddress"][rows["typeCode"] == 29].tolist())  # counted once the version is known
+    unsure = collections.Counter(rows["icaoAddress"][rows["typeCode"] == 29].tolist())  # the core counts some of them
     aircraft = sky.aircraft(stream.now)
     assert {each.address for each in aircraft} == set(messages)
     for each in aircraft:
@@ -70,7 +66,7 @@ def test_a_sky_has_the_aircraft_that_decode_stream_has(sample: bytes) -> None:
 
 def test_a_sky_counts_what_the_program_counts(sample: bytes) -> None:
     """The documentation shows what the program says of the same recording."""
-    stream, sky = Stream(), Sky()
+    stream, sky = Stream(), CoreSky()
     for frame in frames_of(sample, stream):
         sky.take(frame)
     page = (ROOT / "docs/commands/track.md").read_text(encoding="utf-8")
@@ -79,43 +75,54 @@ def test_a_sky_counts_what_the_program_counts(sample: bytes) -> None:
         assert f"{sky.counts[name]}  {told}" in page
 
 
-def test_a_reply_says_what_its_frame_meant() -> None:
-    sky = Sky()
+@pytest.mark.parametrize("kind", [Sky, CoreSky])
+def test_a_reply_says_what_its_frame_meant(kind: AnySky) -> None:
+    sky = kind()
     reply = sky.take(Frame.of(IDENTITY, T))
-    assert (reply.isDecoded, reply.format, reply.address, reply.track) == (True, 17, ADDRESS, 1)
-    assert (reply.typeCode, reply.type, reply.confidence) == (4, ADSBMessage.ACID, ModeSMessage.HIGH)
+    assert (reply.isDecoded, reply.format, reply.address, reply.isTracked) == (True, 17, ADDRESS, True)
+    assert (reply.typeCode, reply.confidence, reply.registerChoice) == (4, ModeSMessage.HIGH, None)
     assert (reply.overlay, reply.overlaid, reply.repairedBits) == (airspace.Overlay.Nothing, 0, [])
-    message = sky.message
-    assert message is not None and message.data == IDENTITY
+    assert reply.message.to_dict() == airspace.read(IDENTITY).to_dict()
     reply = sky.take(Frame.of(b"\x12\x34", T))
-    assert (reply.isDecoded, reply.format, sky.message) == (False, None, None)
+    assert (reply.isDecoded, reply.format, reply.message.to_dict()) == (False, None, {})
 
 
-def test_repaired_replies_are_treated_as_the_options_say() -> None:
-    def tracks(repaired: RepairedReplies) -> list[int]:
-        sky = Sky(repaired=repaired)
-        return [sky.take(Frame.of(frame, T)).track for frame in (damaged(IDENTITY), IDENTITY, damaged(IDENTITY))]
+def test_the_sky_of_the_core_has_its_messages_and_reports() -> None:
+    sky = CoreSky()
+    sky.take(Frame.of(IDENTITY, T))
+    message, report = sky.message, sky.report(ADDRESS)
+    assert message is not None and message.data == IDENTITY
+    assert report is not None and report.callsign == "KLM1023 " and sky.report(0x40621D) is None
+    sky.take(Frame.of(b"\x12\x34", T))
+    assert sky.message is None
 
-    assert tracks(RepairedReplies.Known) == [0, 1, 1]
-    assert tracks(RepairedReplies.Keep) == [1, 1, 1]
-    assert tracks(RepairedReplies.Drop) == [0, 1, 0]
-    assert Sky().take(Frame.of(damaged(IDENTITY), T)).repairedBits == [76]
+
+@pytest.mark.parametrize("kind", [Sky, CoreSky])
+def test_repaired_replies_are_treated_as_the_options_say(kind: AnySky) -> None:
+    def tracked(repaired: RepairedReplies) -> list[bool]:
+        sky = kind(repaired=repaired)
+        return [sky.take(Frame.of(frame, T)).isTracked for frame in (damaged(IDENTITY), IDENTITY, damaged(IDENTITY))]
+
+    assert tracked(RepairedReplies.Known) == [False, True, True]
+    assert tracked(RepairedReplies.Keep) == [True, True, True]
+    assert tracked(RepairedReplies.Drop) == [False, True, False]
+    assert kind().take(Frame.of(damaged(IDENTITY), T)).repairedBits == [76]
 
 
-def test_an_aircraft_has_items_with_source_and_times() -> None:
-    sky = Sky()
+@pytest.mark.parametrize("kind", [Sky, CoreSky])
+def test_an_aircraft_has_items_with_source_and_times(kind: AnySky) -> None:
+    sky = kind()
     for seconds, frame in enumerate((POSITION_EVEN, POSITION_ODD)):
         sky.take(Frame.of(frame, T + 1000 * seconds))
     aircraft = sky.find(0x40621D, T + 5000)
-    assert aircraft is not None and (aircraft.address, aircraft.track, aircraft.messages) == (0x40621D, 1, 2)
+    assert aircraft is not None and (aircraft.address, aircraft.messages) == (0x40621D, 2)
+    assert aircraft.trackNumber == (1 if kind is CoreSky else 0)
     place = aircraft.position.value
     assert place is not None and (round(place.latitude, 3), round(place.longitude, 3)) == (52.266, 3.939)
     assert (aircraft.position.source, aircraft.position.updated) == (Source.AdsB, T + 1000)
     assert aircraft.age(aircraft.heard) == 4000
     assert (aircraft.callsign.value, aircraft.callsign.source, aircraft.callsign.updated) == (None, Source.None_, 0)
     assert sky.find(ADDRESS, T) is None
-    report = sky.report(0x40621D)
-    assert report is not None and report.positionValid
 
 
 def test_items_have_values_of_their_kind() -> None:
@@ -127,13 +134,87 @@ def test_items_have_values_of_their_kind() -> None:
     category = named.emitterCategory.value
     assert category is not None and (category.set, category.number) == ("A", 0)
     moving = sky.find(0x485020, T)
-    assert moving is not None and moving.verticalRateBaro.value == -64
-    assert moving.groundSpeed.value == pytest.approx(159.2, abs=0.1)
+    assert moving is not None and moving.groundSpeed.value == pytest.approx(159.2, abs=0.1)
     assert airspace.Item[int] == airspace.Item[int]  # as annotations say it
 
 
-def test_a_sky_forgets_who_is_silent() -> None:
-    sky = Sky(timeout=1000)
+def test_a_sky_goes_by_the_standards_and_that_of_the_core_by_the_core() -> None:
+    rates = []
+    skies: list[Union[Sky, CoreSky]] = [Sky(), CoreSky()]
+    for sky in skies:
+        sky.take(Frame.of(VELOCITY, T))
+        [aircraft] = sky.aircraft(T)
+        rates.append((aircraft.verticalRateBaro.value, aircraft.verticalRateGnss.value))
+    assert rates == [(None, -832), (-64, None)]
+
+
+def test_an_address_tells_who_assigned_it() -> None:
+    sky = Sky()
+    sky.take(Frame.of(IDENTITY, T))
+    [aircraft] = sky.aircraft(T)
+    assert (aircraft.addressKind, aircraft.stateCode, aircraft.isMilitaryAddress) == (AddressKind.Icao, "NL", False)
+    assert "Netherlands" in aircraft.state and repr(aircraft) == "<trevallo.airspace.Aircraft 4840D6>"
+
+
+def test_an_address_that_no_state_assigned_is_of_another_aircraft() -> None:
+    sky = Sky()
+    ground_vehicle = with_parity(bytes([18 << 3 | 1]) + IDENTITY[1:])  # control field 1
+    for frame in (IDENTITY, ground_vehicle):
+        sky.take(Frame.of(frame, T))
+    assert [aircraft.addressKind for aircraft in sky.aircraft(T)] == [AddressKind.Icao, AddressKind.NonIcao]
+    vehicle = sky.find(ADDRESS, T, AddressKind.NonIcao)
+    assert vehicle is not None and repr(vehicle) == "<trevallo.airspace.Aircraft ~4840D6>"
+    assert airspace.addressText(ADDRESS, AddressKind.NonIcao) == "~4840D6"
+
+
+def test_the_aircraft_of_a_reply_is_found_by_it() -> None:
+    sky = Sky()
+    aircraft = sky.find(sky.take(Frame.of(IDENTITY, T)), T)
+    assert aircraft is not None and aircraft.address == ADDRESS
+    assert sky.find(sky.take(Frame.of(b"\x12\x34", T)), T) is None
+
+
+def test_a_register_is_chosen_by_what_is_known_of_its_aircraft(sample: bytes) -> None:
+    sky = Sky()
+    replies = [sky.take(frame) for frame in frames_of(sample, Stream())]
+    choices = [(reply, reply.registerChoice) for reply in replies if reply.registerChoice]
+    assert {reply.format for reply, _ in choices} == {20, 21}
+    sure = [(reply, choice) for reply, choice in choices if choice and not choice.isUnsure]
+    assert len(sure) > 500 and all(0.5 < choice.score <= 1 for _, choice in sure)
+    for reply, choice in sure:
+        if choice.best:
+            assert reply.message.to_dict()["bds"] == airspace.nameOf(choice.best)
+    assert airspace.nameOf(Register.SelectedIntention) == "4,0"
+
+
+def test_a_target_state_says_what_is_selected() -> None:
+    # type code 29 subtype 1: 20,000 ft of the control panel, 1,013.6 hPa; autopilot and TCAS on
+    selected = 29 << 51 | 1 << 49 | 626 << 36 | 268 << 27 | 1 << 9 | 1 << 8 | 1 << 3
+    sky = Sky()
+    sky.take(Frame.of(with_parity(IDENTITY[:4] + selected.to_bytes(7, "big")), T))
+    [aircraft] = sky.aircraft(T)
+    assert aircraft.selectedAltitude.value == 20_000
+    assert aircraft.pressureSetting.value == pytest.approx(1013.6, abs=0.05)
+    modes = aircraft.selectedModes.value
+    assert modes is not None and (modes.autopilot, modes.vnav, modes.tcas) == (True, False, True)
+
+
+def test_an_advisory_says_how_to_avoid_whom() -> None:
+    # type code 28 subtype 2: climb, since 4840D6 is near
+    ara, rac, threat = 0b11000010000000, 0b1000, 0x4840D6
+    broadcast = 28 << 51 | 2 << 48 | ara << 34 | rac << 30 | 1 << 26 | threat << 2
+    sky = Sky()
+    sky.take(Frame.of(with_parity(VELOCITY[:4] + broadcast.to_bytes(7, "big")), T))
+    [aircraft] = sky.aircraft(T)
+    advisory = aircraft.advisory.value
+    assert advisory is not None and advisory.isIssued and advisory.sameSense and not advisory.mixedSense
+    assert (advisory.sameSense.isCorrective, advisory.sameSense.isDownward) == (True, False)
+    assert (advisory.noBelow, advisory.threatType, advisory.threatAddress) == (True, airspace.ThreatType.Address, threat)
+
+
+@pytest.mark.parametrize("kind", [Sky, CoreSky])
+def test_a_sky_forgets_who_is_silent(kind: AnySky) -> None:
+    sky = kind(timeout=1000)
     sky.take(Frame.of(IDENTITY, T))
     sky.dropSilent(T + 500)
     assert sky.size == 1
@@ -151,7 +232,7 @@ def test_positions_beyond_the_range_of_the_receiver_are_refused() -> None:
 
 
 def test_the_tracker_lives_as_long_as_it_is_held() -> None:
-    sky = Sky()
+    sky = CoreSky()
     sky.take(Frame.of(IDENTITY, T))
     tracker = sky.tracker()
     del sky

@@ -25,6 +25,8 @@ def test_random_bytes_are_decoded_to_what_they_are(format: ModeSEncapsulation.Fo
         frames = trevallo.decode_stream(data, format)
         assert len(frames) <= size
         assert (frames["decoded"] | (frames["icaoAddress"] == 0)).all()
+        assert len(trevallo.decode_stream(data, format, values="library")) == len(frames)
+        assert len(trevallo.airspace.to_arrays(data, format)["messages"]) == (frames["downlinkFormat"] >= 0).sum()
 
 
 @pytest.mark.parametrize("format", FORMATS)

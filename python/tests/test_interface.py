@@ -18,25 +18,24 @@ import headers  # noqa: E402
 
 # What readings are made of: Python has `read`, whose values are a dictionary.
 READINGS = {
-    "Accuracy", "ActiveAdvisory", "AddressKind", "AdvisoryBroadcast", "AirReferencedState", "AirbornePosition",
-    "AirborneVelocity", "AircraftIdentification", "AircraftRegistration", "AircraftSize", "AirspeedType",
-    "AllCallReply", "AltitudeCode", "AltitudeCoding", "AltitudeReply", "AltitudeType", "AntennaOffset",
-    "AutopilotModes", "Capability", "CoarsePosition", "CommBAltitudeReply", "CommBIdentityReply",
-    "CommonUsageCapability", "CompactPosition", "DataLinkCapability", "EmergencyState", "EmergencyStatus",
-    "ExtendedLengthReply", "ExtendedSquitter", "FlightStatus", "GroundStationManagement", "Hazard",
-    "HazardMeteorology", "HeadingAndSpeed", "HorizontalVelocity", "Identification", "IdentityReply", "KnownState",
-    "LongAirAirReply", "MaximumAirspeed", "MessageHeader", "MilitarySquitter", "MixedSenseAdvisory",
-    "NavigationIntegrity", "NicSupplements", "NoPosition", "OperationalStatus", "OtherReply", "Reading", "Register",
-    "RegisterChoice", "RegisterName", "RegisterNumbers", "RegisterSet", "ResolutionAdvisory", "RoutineMeteorology",
-    "SameSenseAdvisory", "SelectedAltitudeSource", "SelectedIntention", "ShortAirAirReply", "SilBasis", "SixBitText",
-    "SourceIntegrity", "SpeedRange", "SquitterOrigin", "SurfacePosition", "SurveillanceHeader", "SurveillanceStatus",
-    "TargetAltitudeSource", "TargetState", "TargetStateVersion1", "TestMessage", "ThreatType", "TisBVelocity",
-    "TrackAndTurn", "UnreadSquitter", "VerticalRateSource", "WakeVortexClass", "accuracyOfGva", "accuracyOfNacP",
-    "accuracyOfNacV", "accuracyOfNucP", "addressDigits", "airspeedOfReply", "antennaOffsetOf", "chooseRegister",
-    "faultProbabilityOfSda", "fittingRegisters", "globalPosition", "headerOf", "kMetresPerNauticalMile", "kRegisters",
-    "localPosition", "longitudeZones", "nameOfTypeCode", "navigationIntegrity", "navigationUncertainty",
-    "pairWindowSeconds", "readAltitudeCode", "readCoarsePosition", "readIdentityCode", "readRegister",
-    "readResolutionAdvisory", "readSquitterAltitudeCode", "readSquitterContent", "registerBytes",
+    "Accuracy", "ActiveAdvisory", "AdvisoryBroadcast", "AirReferencedState", "AirbornePosition", "AirborneVelocity",
+    "AircraftIdentification", "AircraftRegistration", "AircraftSize", "AirspeedType", "AllCallReply",
+    "AltitudeCode", "AltitudeCoding", "AltitudeReply", "AltitudeType", "AntennaOffset", "AutopilotModes",
+    "Capability", "CoarsePosition", "CommBAltitudeReply", "CommBIdentityReply", "CommonUsageCapability",
+    "CompactPosition", "DataLinkCapability", "EmergencyStatus", "ExtendedLengthReply", "ExtendedSquitter",
+    "FlightStatus", "GroundStationManagement", "Hazard", "HazardMeteorology", "HeadingAndSpeed",
+    "HorizontalVelocity", "Identification", "IdentityReply", "KnownState", "LongAirAirReply", "MaximumAirspeed",
+    "MessageHeader", "MilitarySquitter", "NavigationIntegrity", "NicSupplements", "NoPosition", "OperationalStatus",
+    "OtherReply", "Reading", "RegisterName", "RegisterNumbers", "RegisterSet", "RoutineMeteorology",
+    "SelectedAltitudeSource", "SelectedIntention", "ShortAirAirReply", "SixBitText", "SourceIntegrity",
+    "SpeedRange", "SquitterOrigin", "SurfacePosition", "SurveillanceHeader", "SurveillanceStatus",
+    "TargetAltitudeSource", "TargetState", "TargetStateVersion1", "TestMessage", "TisBVelocity", "TrackAndTurn",
+    "UnreadSquitter", "VerticalRateSource", "WakeVortexClass", "accuracyOfGva", "accuracyOfNacP", "accuracyOfNacV",
+    "accuracyOfNucP", "addressDigits", "airspeedOfReply", "antennaOffsetOf", "chooseRegister",
+    "faultProbabilityOfSda", "fittingRegisters", "globalPosition", "headerOf", "kMetresPerNauticalMile",
+    "kRegisters", "localPosition", "longitudeZones", "nameOfTypeCode", "navigationIntegrity",
+    "navigationUncertainty", "pairWindowSeconds", "readAltitudeCode", "readCoarsePosition", "readIdentityCode",
+    "readRegister", "readResolutionAdvisory", "readSquitterAltitudeCode", "readSquitterContent", "registerBytes",
     "registerOfTypeCode", "sizeOf", "sourceIntegrity", "speedOfMovement", "subtypeOf", "visitField", "visitFields",
     "visitFittingRegisters",
 }
@@ -74,7 +73,7 @@ OTHER_FORM = {
     "ConvMOPSVersion",
     "Stream.feed", "Stream.settle", "Stream.finish",  # return the frames
     "read",  # gives a class of its own, and is told more
-    "nameOf",  # of encodings alone
+    "nameOf",  # of encodings and registers, but not of any number
     "Element.toStringOpen", "Element.toStringContent", "Element.toStringClose",  # return text, need no stream
 }
 

@@ -80,14 +80,19 @@ def test_what_a_handler_raises_reaches_the_caller_of_the_library() -> None:
 def test_what_a_handler_raises_ends_decode_stream(sample: bytes) -> None:
     Log.setLogHandler(refuse)
     with pytest.raises(Refused):
-        trevallo.decode_stream(sample)
+        trevallo.decode_stream(sample, values="library")
     Log.setLogHandler(None)
     Log.setShowLevel(Log.Error)
+    assert len(trevallo.decode_stream(sample, values="library")) > 0
+
+
+def test_reading_by_the_standards_logs_nothing(sample: bytes, lines: Lines) -> None:
     assert len(trevallo.decode_stream(sample)) > 0
+    assert not lines
 
 
 def test_handlers_are_called_from_threads_that_do_not_hold_the_interpreter(sample: bytes, lines: Lines) -> None:
-    threads = [threading.Thread(target=trevallo.decode_stream, args=(sample,)) for _ in range(4)]
+    threads = [threading.Thread(target=lambda: trevallo.decode_stream(sample, values="library")) for _ in range(4)]
     for thread in threads:
         thread.start()
     for thread in threads:

@@ -8,12 +8,12 @@ import pytest
 from trevallo import airspace
 from trevallo.airspace import read
 
-from conftest import ROOT
+from conftest import RECORDINGS
 
 VELOCITY = "8D485020994409940838175B284F"
 EVEN = "8D40621D58C382D690C8AC2863A7"
 SPEEDS = "A0000510EB59CB18BFF401A98E0D"  # fits 5,0 and 6,0
-TRUTH = ROOT.parent / "shared/data/standard"
+TRUTH = RECORDINGS / "standard"
 
 
 def test_a_frame_is_a_dictionary_of_what_it_holds() -> None:

@@ -27,15 +27,25 @@ __version__: str
 ''',
     "trevallo.airspace": """\
 import builtins
+import datetime
 import enum
-from typing import Generic, Optional, TypeVar, Union
+import os
+from typing import Generic, Literal, Optional, TypeVar, Union, overload
 
-from . import ADSBMessage, ADSBTargetReport, ADSBTracker, ModeSMessage, MOPSVersion
+import numpy
+import numpy.typing
+
+from . import ADSBTargetReport, ADSBTracker, ModeSEncapsulation, ModeSMessage
 
 T = TypeVar("T")
 """,
     "trevallo.html": "from typing import overload\n",
 }
+
+RECORDING = ("(data: Union[bytes, str, os.PathLike[str]], format: Optional[ModeSEncapsulation.Format] = None, *,"
+             " doubled: Optional[bool] = None, timeout: float = 600.0,"
+             " time: Literal['auto', 'receiver', '12mhz', 'arrival'] = 'auto',"
+             " date: Union[None, str, datetime.date] = None, values: Literal['standard', 'library'] = 'standard') -> ")
 
 # Where the bindings take or give what has no class of theirs.
 BY_HAND = {
@@ -47,9 +57,8 @@ BY_HAND = {
     "Message.to_dict": ["(self) -> dict[str, Union[bool, int, float, str, list[str]]]"],
     "read": ["(frame: Union[bytes, str], register: Optional[str] = None,"
              " reference: Optional[tuple[float, float]] = None) -> Message"],
-    "decode_stream": ["(data: bytes, format: Optional[ModeSEncapsulation.Format] = None, *, doubled: Optional[bool] = None,"
-                      " timeout: float = 600.0, time: Literal['auto', 'receiver', '12mhz', 'arrival'] = 'auto',"
-                      " date: Union[None, str, datetime.date] = None) -> numpy.typing.NDArray[numpy.void]"],
+    "decode_stream": [RECORDING + "numpy.typing.NDArray[numpy.void]"],
+    "to_arrays": [RECORDING + "dict[str, numpy.typing.NDArray[numpy.void]]"],
 }
 TYPES = {
     r"numpy\.ndarray": "numpy.typing.NDArray[numpy.void]",
@@ -93,7 +102,7 @@ def text_of_function(function) -> str:
     """The docstring without its signatures."""
     name = function.__name__
     lines = [line for line in function.__doc__.splitlines()
-             if line != "Overloaded function." and not re.match(rf"(\d+\. )?{name}\(.*\) -> ", line)]
+             if line != "Overloaded function." and not re.match(rf"(\d+\. )?{name}\(.*\)( -> |$)", line)]
     return re.sub(r"\n{3,}", "\n\n", "\n".join(lines))
 
 

@@ -61,6 +61,8 @@ IN_PYTHON = {
     r", its `const` functions too;": ";",
     r"Bad frames never throw:": "Bad frames raise nothing:",
     r"Once warm, no memory is allocated for a frame\.": "",
+    r"`std::monostate` of Mode A/C replies, and of bytes that are no frame": "Without values for Mode A/C replies, and for"
+    r" bytes that are no frame",
     r"\btrue\b": "True",
     r"\bfalse\b": "False",
     r"\bthrows\b": "raises",
