@@ -27,9 +27,9 @@ public:
 
     template <class Reply> void operator()(Reply const& reply) {
         if constexpr (std::is_same_v<Reply, airspace::ExtendedSquitter>) {
-            std::visit([this](auto const& content) { learn(content); }, reply.content);
-        } else {
-            if constexpr (requires { reply.altitude; }) learnAltitude(reply.altitude);
+            std::visit([&learner = *this](auto const& content) { learner.learn(content); }, reply.content);
+        } else if constexpr (requires { reply.altitude; }) {
+            learnAltitude(reply.altitude);
         }
     }
 
@@ -131,6 +131,6 @@ airspace::KnownState KnownStates::at(std::uint32_t address, double seconds) cons
     return found == _aircraft.end() ? airspace::KnownState{} : stateOf(found->second, seconds);
 }
 
-bool KnownStates::isHeard(std::uint32_t address) const { return _aircraft.count(address) != 0; }
+bool KnownStates::isHeard(std::uint32_t address) const { return _aircraft.contains(address); }
 
 } // namespace quorvel::inspect

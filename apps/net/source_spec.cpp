@@ -98,7 +98,7 @@ bool isRecording(SourceSpec const& spec) {
 SourceSpec parseSource(std::string const& text) {
     auto const [scheme, rest] = schemedName(text);
     if (scheme.empty()) return fileOrHint(text);
-    auto const* const known = std::ranges::find_if(kSchemes, [&](auto const& each) { return each.scheme == scheme; });
+    auto const* const known = std::ranges::find(kSchemes, scheme, &Scheme::scheme);
     if (known == std::end(kSchemes)) {
         throw files::UsageError("cannot use the source " + text +
                                 ": sources are files, -, tcp://HOST:PORT, listen://PORT and serial://DEVICE");

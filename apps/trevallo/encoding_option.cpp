@@ -4,11 +4,13 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <iterator>
 
 namespace quorvel::program {
 
 std::vector<std::string> encodingNames() {
     std::vector<std::string> names;
+    names.reserve(std::size(airspace::kEncodings));
     for (auto const& encoding : airspace::kEncodings) names.emplace_back(encoding.identifier);
     return names;
 }

@@ -214,7 +214,7 @@ AddressBlock const* AddressBlocks::begin() const { return kBlocks.data(); }
 AddressBlock const* AddressBlocks::end() const { return kBlocks.data() + kBlocks.size(); }
 
 AddressBlock const* addressBlockOf(std::uint32_t address) {
-    auto const after = std::upper_bound(kBlocks.begin(), kBlocks.end(), address,
+    auto const* const after = std::upper_bound(kBlocks.begin(), kBlocks.end(), address,
         [](std::uint32_t wanted, AddressBlock const& block) { return wanted < block.first; });
     if (after == kBlocks.begin()) return nullptr;
     auto const* block = &*std::prev(after);

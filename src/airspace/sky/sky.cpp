@@ -50,7 +50,7 @@ struct Sky::Impl {
     TrackKey keyOf(Reply const& reply) const;
     bool isWelcome(Reply const& reply) const;
     StandardTrack* trackOf(Reply const& reply, TimeMs time);
-    void track(StandardTrack& track, Frame const& frame, Reply& reply);
+    void give(StandardTrack& track, Frame const& frame, Reply& reply);
     void countDropped(std::size_t number) { counts.targetsDropped += number; }
     void dropAircraftOfTheFuture(TimeMs now);
     std::optional<Aircraft> find(TrackKey key, TimeMs now) const;
@@ -78,7 +78,7 @@ Reply Sky::Impl::take(Frame const& frame) {
             return reply;
         }
     }
-    if (auto* const found = trackOf(reply, frame.time)) track(*found, frame, reply);
+    if (auto* const found = trackOf(reply, frame.time)) give(*found, frame, reply);
     return reply;
 }
 
@@ -122,7 +122,7 @@ StandardTrack* Sky::Impl::trackOf(Reply const& reply, TimeMs time) {
     return made;
 }
 
-void Sky::Impl::track(StandardTrack& track, Frame const& frame, Reply& reply) {
+void Sky::Impl::give(StandardTrack& track, Frame const& frame, Reply& reply) {
     auto const outcome = track.take(reply, frame.time, options);
     track.setSignal(frame.signal);
     reply.isTracked = true;
