@@ -62,10 +62,11 @@ SourceSpec listen(std::string const& text, std::string const& rest) {
     return {SourceSpec::Kind::Listen, text, {}, endpoint.host, endpoint.port, 0};
 }
 
-constexpr struct {
+struct Scheme {
     std::string_view scheme;
     SourceSpec (*parse)(std::string const& text, std::string const& rest);
-} kSchemes[] = {{"file", file}, {"tcp", tcp}, {"listen", listen}, {"serial", serial}};
+};
+constexpr Scheme kSchemes[] = {{"file", file}, {"tcp", tcp}, {"listen", listen}, {"serial", serial}};
 
 SourceSpec fileOrHint(std::string const& text) {
     std::error_code ignored;
