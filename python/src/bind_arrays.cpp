@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "read_message.h"
+#include "reading_value.h"
 #include "recording.h"
 #include "row_table.h"
 

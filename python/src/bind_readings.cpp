@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "binding.h"
-#include "read_message.h"
+#include "reading_value.h"
 
 #include <airspace/message_fields.h>
 

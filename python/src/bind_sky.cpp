@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "airspace_names.h"
 #include "item.h"
-#include "read_message.h"
+#include "reading_value.h"
 
 namespace quorvel::modes::python {
 

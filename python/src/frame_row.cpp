@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "frame_row.h"
-#include "read_message.h"
+#include "reading_value.h"
 
 #include <modes/adsb_message.h>
 #include <modes/df_message.h>

@@ -28,7 +28,8 @@ SEES = {  # folder -> internal folders that its files may include from
     "apps/trevallo": {"files", "terminal", "outputs", "net", "run", "inspect", "simulate", "trevallo"},
     "examples": set(),
     "bench": {"support"},
-    "python/src": {"binding.h", "casters.h", "header_text.h", "item.h", "texts.h"},
+    "python/src": {"airspace_names.h", "binding.h", "casters.h", "frame_row.h", "header_text.h", "item.h", "reading_value.h",
+                   "recording.h", "recording_input.h", "row_table.h", "texts.h"},
 }
 LENT = {"apps/files/replaced_file.cpp": {"core/file_replacement.h"}}  # of which the program is made as well
 NAMESPACES = {  # folder -> those that its files may have, besides others within them; the longest path that fits counts
