@@ -47,11 +47,9 @@ void RecordingStats::countParity(airspace::Reply const& reply) {
 }
 
 void RecordingStats::countAircraft(airspace::Reply const& reply, airspace::TimeMs time) {
-    auto const kind = airspace::headerOf(reply.message)->addressKind;
-    auto& tally = _aircraft[airspace::addressText(reply.address, kind)];
-    ++tally.replies;
-    if (!reply.typeCode && !reply.registerChoice) return; // no other reply has a say in callsign and version
     auto const aircraft = _sky.find(reply, time);
+    auto& tally = _aircraft[airspace::addressText(aircraft->address, aircraft->addressKind)];
+    ++tally.replies;
     tally.callsign = aircraft->callsign.value.value_or(tally.callsign);
     if (aircraft->mopsVersionConfirmed) tally.version = aircraft->mopsVersion.value;
 }

@@ -79,6 +79,8 @@ char const* typeOf(Aircraft const& a) {
 void addIdentity(Json& to, Aircraft const& a) {
     if (a.callsign.value) to["flight"] = files::printable(*a.callsign.value);
     if (a.registration.value) to["r"] = files::printable(*a.registration.value);
+    if (!a.type.empty()) to["t"] = files::printable(a.type);
+    if (!a.operatorName.empty()) to["ownOp"] = files::printable(a.operatorName);
     if (a.squawk.value) to["squawk"] = airspace::textOf(*a.squawk.value);
     if (a.squawk.value || a.emergency.value) {
         auto const state = a.emergency.value.value_or(stateOf(a.squawk.value.value_or(airspace::Squawk{}).emergency()));

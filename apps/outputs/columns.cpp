@@ -14,6 +14,10 @@ std::string callsign(Aircraft const& a) {
     return a.callsign.value ? files::printable(*a.callsign.value) : std::string();
 }
 
+std::string registration(Aircraft const& a) {
+    return a.registration.value ? files::printable(*a.registration.value) : std::string();
+}
+
 std::string squawk(Aircraft const& a) { return a.squawk.value ? airspace::textOf(*a.squawk.value) : std::string(); }
 
 bool isOnGround(Aircraft const& a) { return a.groundStatus.value.value_or(false); }
@@ -70,6 +74,12 @@ template <class Has> bool isAny(Picture const& picture, Has const& has) {
 bool isNumbered(Picture const& picture) {
     return isAny(picture, [](Aircraft const& a) { return a.trackNumber != 0; });
 }
+bool hasRegistrations(Picture const& picture) {
+    return isAny(picture, [](Aircraft const& a) { return a.registration.value.has_value(); });
+}
+bool hasTypes(Picture const& picture) {
+    return isAny(picture, [](Aircraft const& a) { return !a.type.empty(); });
+}
 bool hasReceiver(Picture const& picture) {
     return isAny(picture, [](Aircraft const& a) { return a.distance.value.has_value(); });
 }
@@ -84,6 +94,9 @@ Column const kColumns[] = {
     {"ICAO", "", true, [](Aircraft const& a) { return a.name(); },
      "ICAO", 7, 0, 'i', nullptr, false},
     {"Callsign", "", true, callsign, "Callsign", 8, 1, 'c', nullptr, false},
+    {"Registration", "", true, registration, "Reg", 8, 15, 'z', nullptr, false, hasRegistrations},
+    {"Type", "", true, [](Aircraft const& a) { return files::printable(a.type); },
+     "Type", 4, 16, 'y', nullptr, false, hasTypes},
     {"Squawk", "", true, squawk, "Sqwk", 4, 4, 's', nullptr, false},
     {"Altitude", "ft", false, altitude, "Alt", 6, 2, 'a', altitudeNumber, false},
     {"Rate", "ft/min", false, rate, "Rate", 6, 10, 'w',

@@ -79,6 +79,8 @@ void addIdentification(Details& to, Aircraft const& a) {
     if (a.trackNumber != 0) to.row("Track number", true, std::to_string(a.trackNumber), a.heard);
     to.row("Address", true, a.name(), a.heard);
     if (!a.state.empty()) to.row("State", true, std::string(a.state) + (a.isMilitaryAddress ? ", military" : ""));
+    if (!a.type.empty()) to.row("Type", true, files::printable(a.type));
+    if (!a.operatorName.empty()) to.row("Operator", true, files::printable(a.operatorName));
     to.row("Source", !a.source.empty(), files::printable(a.source));
     to.row("Messages", true, std::to_string(a.messages));
     to.row("Positions refused", true, std::to_string(a.positionsRefused));

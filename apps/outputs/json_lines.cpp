@@ -93,6 +93,8 @@ std::string jsonLine(Picture const& picture, Aircraft const& aircraft) {
     snapshot.add("state", aircraft.state, !aircraft.state.empty());
     snapshot.add("stateCode", aircraft.stateCode, !aircraft.stateCode.empty());
     snapshot.add("isMilitaryAddress", aircraft.isMilitaryAddress);
+    snapshot.add("type", aircraft.type, !aircraft.type.empty());
+    snapshot.add("operator", aircraft.operatorName, !aircraft.operatorName.empty());
     snapshot.addTime("lastUpdate", aircraft.heard);
     snapshot.add("age", seconds(aircraft.age(aircraft.heard)), aircraft.heard != 0);
     snapshot.add("messages", aircraft.messages);

@@ -10,9 +10,9 @@ namespace quorvel::outputs {
 
 /// A stream of JSON objects, one a line: a snapshot of each aircraft that was heard since the picture before.
 ///
-/// Keys are the names of the report's getters, always all of them and in the same order; null stands for a value that
-/// is not valid. Each time comes as ISO 8601 text and, under its name with "Ms", in milliseconds; each item has its age
-/// in seconds.
+/// Keys are the names of the items, all values always and in the same order; null stands for a value that is not valid.
+/// Each time comes as ISO 8601 text and, under its name with "Ms", in milliseconds. An item that was reported has its
+/// source, its times and its age in seconds.
 class JsonLines : public Output {
 public:
     explicit JsonLines(std::unique_ptr<Sink> sink);

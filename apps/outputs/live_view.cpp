@@ -47,6 +47,7 @@ bool matches(Aircraft const& aircraft, std::string const& filter) {
     auto const has = [&](std::string const& text) { return capitals(text).find(filter) != std::string::npos; };
     return filter.empty() || has(aircraft.name()) || has(aircraft.source) ||
            (aircraft.callsign.value && has(*aircraft.callsign.value)) ||
+           (aircraft.registration.value && has(*aircraft.registration.value)) || has(aircraft.type) ||
            (aircraft.squawk.value && has(textOf(*aircraft.squawk.value)));
 }
 

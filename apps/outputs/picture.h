@@ -17,6 +17,10 @@ namespace quorvel::outputs {
 struct Aircraft : airspace::Aircraft {
     std::string source; ///< the name of the source that heard it; empty when sources are merged or only one
 
+    // of a list of aircraft; empty where it says nothing
+    std::string type;         ///< designator of the type: "A320"
+    std::string operatorName; ///< who flies it
+
     /// Its address as a text, "~" in front of those that no state assigned: no two aircraft of a source have the same.
     std::string name() const { return airspace::addressText(address, addressKind); }
 };

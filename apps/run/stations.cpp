@@ -75,12 +75,24 @@ airspace::TimeMs Stations::now() const {
     return latest;
 }
 
+outputs::Aircraft Stations::shown(airspace::Aircraft const& aircraft, Station const& station) const {
+    outputs::Aircraft result{aircraft, station.name, {}, {}};
+    if (aircraft.addressKind != airspace::AddressKind::Icao) return result;
+    auto const listed = _list.find(aircraft.address);
+    if (!listed) return result;
+    result.type = listed->type;
+    result.operatorName = listed->operatorName;
+    if (!listed->registration.empty())
+        result.registration = {std::string(listed->registration), airspace::Source::None, aircraft.heard, 0};
+    return result;
+}
+
 outputs::Picture Stations::picture() const {
     outputs::Picture picture;
     picture.now = now();
     for (auto const& station : _stations) {
-        for (auto& aircraft : station->sky.aircraft(station->now()))
-            picture.aircraft.push_back({std::move(aircraft), station->name});
+        for (auto const& aircraft : station->sky.aircraft(station->now()))
+            picture.aircraft.push_back(shown(aircraft, *station));
         picture.counters += station->sky.counts();
     }
     for (auto const& source : _sources) {

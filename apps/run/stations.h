@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "files/aircraft_list.h"
 #include "net/live_source.h"
 #include "outputs/output.h"
 #include "outputs/picture.h"
@@ -11,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quorvel::run {
@@ -43,7 +45,9 @@ struct Station {
 /// The sources of a run with the skies that hear them: each its own, or one for all.
 class Stations {
 public:
-    Stations(SkyUse const& sky, bool areMerged) : _sky(sky), _areMerged(areMerged) {}
+    /// Aircraft are shown with what the list says of them.
+    Stations(SkyUse const& sky, bool areMerged, files::AircraftList list = {})
+        : _sky(sky), _areMerged(areMerged), _list(std::move(list)) {}
 
     /// Adds a source, neither recording nor live yet, which lives as long as this. One that is given twice
     /// has two names, so that outputs can distinguish its aircraft.
@@ -51,6 +55,9 @@ public:
 
     std::vector<std::unique_ptr<Source>> const& sources() const { return _sources; }
     std::vector<std::unique_ptr<Station>> const& all() const { return _stations; }
+
+    /// An aircraft of a station as outputs show it.
+    outputs::Aircraft shown(airspace::Aircraft const& aircraft, Station const& station) const;
 
     bool hasLive() const;   ///< whether any source is live
     bool haveEnded() const; ///< whether all sources have
@@ -74,6 +81,7 @@ private:
 
     SkyUse _sky;
     bool _areMerged;
+    files::AircraftList _list;
     std::vector<std::unique_ptr<Station>> _stations;
     std::vector<std::unique_ptr<Source>> _sources;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "run/track_run.h"
 
+#include "files/aircraft_list.h"
 #include "files/host_error.h"
 #include "files/stop_signals.h"
 #include "files/time_text.h"
@@ -23,6 +24,10 @@ using SteadyClock = std::chrono::steady_clock;
 constexpr std::chrono::seconds kTick{1};
 constexpr std::chrono::seconds kLastWords{2}; // for readers of outputs to take what was written for them
 
+files::AircraftList listOf(TrackOptions const& options) {
+    return options.aircraftList.empty() ? files::AircraftList() : files::readAircraftList(options.aircraftList);
+}
+
 void say(std::string const& line) { terminal::console::say("trevallo: " + line); }
 
 } // namespace
@@ -32,7 +37,7 @@ TrackRun::TrackRun(TrackOptions const& options)
     , _signals(_context)
     , _ticking(_context)
     , _failures(say)
-    , _stations(options.sky, options.isMerged)
+    , _stations(options.sky, options.isMerged, listOf(options))
     , _playback(_context, options.speed, _failures,
           {[this](Source& source, airspace::Frame const& frame) { takeRecorded(source, frame); },
               [this] { _outputs.flush(); }, [this] { stopAtEnd(); }})
@@ -140,8 +145,7 @@ void TrackRun::take(Source& source, airspace::Frame const& frame) {
     if (!_outputs.wantsFrames()) return;
     std::optional<outputs::Aircraft> aircraft;
     if (_outputs.wantsAircraft()) {
-        if (auto const found = station.sky.find(reply, frame.time))
-            aircraft.emplace(outputs::Aircraft{*found, station.name});
+        if (auto const found = station.sky.find(reply, frame.time)) aircraft.emplace(_stations.shown(*found, station));
     }
     _outputs.heard({frame, reply, aircraft ? &*aircraft : nullptr});
 }

@@ -27,9 +27,10 @@ struct TrackOptions {
     std::vector<net::SourceSpec> sources;
     std::vector<airspace::StreamOptions> reading; ///< one for each source
     SkyUse sky;
-    bool isMerged = false; ///< all sources into one decoder and tracker, instead of one for each
-    double speed = 0;      ///< of recordings: 1 is real time; 0 is full speed
-    std::string database;  ///< file of the aircraft database; none when empty
+    bool isMerged = false;    ///< all sources into one decoder and tracker, instead of one for each
+    double speed = 0;         ///< of recordings: 1 is real time; 0 is full speed
+    std::string database;     ///< file of the aircraft database; none when empty
+    std::string aircraftList; ///< file with registrations, types and operators; none when empty
 };
 
 /// Reads sources, tracks their aircraft and shows them, until the sources end, a signal comes, or `stop` is

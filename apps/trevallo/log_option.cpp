@@ -13,7 +13,9 @@ void addLogOptions(CLI::App& command, LogSettings& settings) {
     using modes::Log;
     static std::map<std::string, Log::Level> const kLevels{
         {"debug", Log::Debug}, {"info", Log::Info}, {"warning", Log::Warning}, {"error", Log::Error}, {"none", kNoLog}};
-    command.add_option("--log", settings.level, "Lowest level of the library's log lines that are shown")
+    command
+        .add_option(
+            "--log", settings.level, "Lowest level of the core library's log lines that are shown, where it decodes")
         ->transform(CLI::CheckedTransformer(kLevels).description(""))
         ->type_name("debug|info|warning|error|none");
     command.add_option("--log-file", settings.file, "Where the library's log lines go instead of standard error")

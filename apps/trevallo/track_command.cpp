@@ -63,6 +63,7 @@ struct Settings {
     double maxRange = airspace::PositionLimits().rangeNm;
     std::optional<double> timeoutSeconds;
     std::string database;
+    std::string aircraftList;
 
     run::Values values = run::Values::Standard;
     Table table = Table::Auto;
@@ -143,6 +144,7 @@ run::TrackOptions trackOptions(Settings const& settings) {
     options.sky.hasPages = !settings.pages.empty();
     options.sky.hasDatabase = !settings.database.empty();
     options.database = settings.database;
+    options.aircraftList = settings.aircraftList;
     return options;
 }
 
@@ -281,7 +283,7 @@ void addSourceOptions(CLI::App& command, Settings& settings) {
         ->check(checkedSpeed)
         ->type_name("NUMBER|max");
     command.add_flag(
-        "--merge", settings.isMerged, "All sources into one decoder and tracker, instead of one for each source");
+        "--merge", settings.isMerged, "All sources into one picture of the sky, instead of one for each source");
 }
 
 void addTrackingOptions(CLI::App& command, Settings& settings) {
@@ -289,7 +291,8 @@ void addTrackingOptions(CLI::App& command, Settings& settings) {
         "--altitude-check", settings.altitudeCheck, "Ignore altitudes that jump by more than 150 ft within 4 s");
     addChoice(command, "--repaired", settings.repaired, kRepaired, "keep|known|drop",
         "Repaired replies update known aircraft and create none (known), or are kept, or dropped");
-    command.add_option("--location", settings.location, "Where the receiver is, for the check of positions")
+    command
+        .add_option("--location", settings.location, "Where the receiver is, for distances and the check of positions")
         ->check(checkedPlace)
         ->type_name("LAT,LON");
     command.add_option("--max-range", settings.maxRange, "How far the receiver can hear, in nautical miles")
@@ -302,8 +305,16 @@ void addTrackingOptions(CLI::App& command, Settings& settings) {
         ->type_name("SECONDS");
     command
         .add_option("--db", settings.database,
-            "Aircraft database (CSV): what is known of aircraft from earlier runs; saved every ten minutes "
-            "and at the end")
+            "The core library's database of aircraft (CSV), with what is known from earlier runs; saved every ten "
+            "minutes and at the end")
+        ->check(checkedFile)
+        ->type_name("FILE");
+}
+
+void addListOption(CLI::App& command, Settings& settings) {
+    command
+        .add_option("--aircraft-info", settings.aircraftList,
+            "List of aircraft (CSV, also .gz and .zst) with registrations, types and operators by address, shown with them")
         ->check(checkedFile)
         ->type_name("FILE");
 }
@@ -352,6 +363,7 @@ void addTrackCommand(CLI::App& app) {
     auto* command = app.add_subcommand("track", "Track the aircraft of receivers and recordings, and show them");
     addSourceOptions(*command, *settings);
     addTrackingOptions(*command, *settings);
+    addListOption(*command, *settings);
     addOutputOptions(*command, *settings);
     command->footer("Examples:\n"
                     "  trevallo track recording.beast\n"

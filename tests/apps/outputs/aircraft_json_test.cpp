@@ -101,6 +101,8 @@ TEST_F(AircraftJsonFile, HasTheFieldsThatMapsReadOfOtherMessagesToo) {
     auto const Derived = airspace::Source::Derived;
     one.emergency = {airspace::EmergencyState::MinimumFuel, AdsB, kNow, 0};
     one.registration = {"N12345", Derived, kNow, 0};
+    one.type = "B738";
+    one.operatorName = "Example Air";
     one.altitudeGnss = {38'725, AdsB, kNow, 0};
     one.verticalRateGnss = {-704, AdsB, kNow, 0};
     one.indicatedAirspeed = {271, CommB, kNow, 0};
@@ -128,7 +130,8 @@ TEST_F(AircraftJsonFile, HasTheFieldsThatMapsReadOfOtherMessagesToo) {
     one.gva.value = 2;
     one.sda.value = 3;
     auto const json = aircraft({one})[0];
-    auto const expected = Json::parse(R"({"emergency": "minfuel", "r": "N12345", "alt_geom": 38725, "geom_rate": -704,
+    auto const expected = Json::parse(
+        R"({"emergency": "minfuel", "r": "N12345", "t": "B738", "ownOp": "Example Air", "alt_geom": 38725, "geom_rate": -704,
         "ias": 271, "tas": 462, "mach": 0.784, "wd": 270, "ws": 33, "oat": -52, "tat": -25, "track_rate": -0.03,
         "roll": -1.06, "mag_heading": 88.25, "true_heading": 90.0, "nav_qnh": 1013.3, "nav_altitude_mcp": 38016,
         "nav_altitude_fms": 32000, "nav_heading": 88.59, "nav_modes": ["autopilot", "tcas"], "rc": 185,

@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <set>
 
 using namespace quorvel;
@@ -49,6 +50,23 @@ TEST(AircraftTable, HasTrackNumbersAndDistancesWhereThereAreSome) {
     aircraft.distance.value = 31.75;
     EXPECT_THAT(headings(), testing::Contains("Distance"));
     EXPECT_EQ(cell(aircraft, "Distance"), "31.8");
+}
+
+TEST(AircraftTable, HasRegistrationsAndTypesWhereThereAreSome) {
+    auto aircraft = knownAircraft();
+    auto const hasColumn = [&](std::string_view heading) {
+        auto const columns = makeTable(pictureOf({aircraft})).columns;
+        return std::any_of(
+            columns.begin(), columns.end(), [&](auto const* column) { return column->heading == heading; });
+    };
+    EXPECT_FALSE(hasColumn("Registration"));
+    EXPECT_FALSE(hasColumn("Type"));
+    aircraft.registration.value = "PH-BXA";
+    aircraft.type = "B738";
+    EXPECT_TRUE(hasColumn("Registration"));
+    EXPECT_EQ(cell(aircraft, "Registration"), "PH-BXA");
+    EXPECT_TRUE(hasColumn("Type"));
+    EXPECT_EQ(cell(aircraft, "Type"), "B738");
 }
 
 TEST(AircraftTable, ShowsTheVerticalRateThatIsNewer) {

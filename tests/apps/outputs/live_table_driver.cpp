@@ -25,7 +25,7 @@ outputs::Picture lastPicture(std::string const& recording) {
     }
     outputs::Picture picture;
     picture.now = reader.stream().now();
-    for (auto& aircraft : sky.aircraft(picture.now)) picture.aircraft.push_back({std::move(aircraft), ""});
+    for (auto& aircraft : sky.aircraft(picture.now)) picture.aircraft.push_back({std::move(aircraft), "", {}, {}});
     picture.counters = reader.stream().counts();
     picture.counters += sky.counts();
     picture.sources.push_back({"recording", "ended", picture.now, picture.now, false, {}});

@@ -24,7 +24,7 @@ protected:
         auto const reply = _sky.take(frame);
         auto const found = _sky.find(reply, _time);
         if (!found) return "not tracked";
-        outputs::Aircraft const aircraft{*found, ""};
+        outputs::Aircraft const aircraft{*found, "", {}, {}};
         _written.items.clear();
         _sbs.heard({frame, reply, &aircraft});
         return _written.text();

@@ -107,6 +107,22 @@ TEST(Stations, HaveReportsOfTheCoreWherePagesAreWanted) {
     EXPECT_EQ(picture.report(picture.aircraft[0])->icaoAddress(), 0x4B1234U);
 }
 
+TEST(Stations, ShowAircraftWithWhatAListSaysOfThem) {
+    Stations stations({}, false, files::AircraftList("4B1234,HB-ABC,A320,Swiss\nA00001,N77,B738\n3C5678,D-X"));
+    modes::test::TemporaryFolder const folder;
+    auto& source = stations.add("one");
+    source.recording = recording(folder.path("recording"), {});
+    for (std::uint32_t const address : {0x4B1234U, 0xA00001U, 0xA00002U}) hear(source, address, kMayDay);
+    auto const aircraft = stations.picture().aircraft;
+    ASSERT_EQ(aircraft.size(), 3U);
+    EXPECT_EQ(aircraft[0].registration.value, "HB-ABC");
+    EXPECT_EQ(aircraft[0].type, "A320");
+    EXPECT_EQ(aircraft[0].operatorName, "Swiss");
+    EXPECT_EQ(aircraft[1].registration.value, "N77") << "not N1, which the address tells";
+    EXPECT_EQ(aircraft[2].registration.value, "N1A") << "where the list says nothing";
+    EXPECT_EQ(aircraft[2].type, "");
+}
+
 TEST(Stations, ShowTheValuesOfTheLibraryIfAskedTo) {
     SkyUse use;
     use.values = Values::Library;
