@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <airspace/message.h>
 
+#include "airspace/readings/read_into.h"
 #include "airspace/readings/squitter_contents.h"
 #include "core/bits.h"
 #include "modes/parity.h"
@@ -266,21 +267,37 @@ constexpr auto kReaders = [] {
     return readers;
 }();
 
-Message readFrame(std::string_view frame, Reading const& how) {
+void readFrame(Message& message, std::string_view frame, Reading const& how) {
     Head const head(frame);
     auto const format = std::min(head.number(1, 5), kExtendedLengthFormat);
     auto const header = headerOf(frame, format);
-    auto const unread = [&header] { return OtherReply{header}; };
-    Message message(std::in_place_type<OtherReply>, Made<decltype(unread)>{unread});
+    make(message, [&header] { return OtherReply{header}; });
     kReaders[format]({frame, head, header, how}, message);
-    return message;
+}
+
+// All kinds begin with their header, which the compiler sees here: no kind needs a branch of its own.
+template <class... Kinds>
+MessageHeader const* headerIn(std::variant<std::monostate, Kinds...> const& message) {
+    MessageHeader const* header = nullptr;
+    ((header = header != nullptr ? header : std::get_if<Kinds>(&message)), ...);
+    return header;
 }
 
 } // namespace
 
-Message read(std::string_view frame, Reading const& how) {
+void readInto(Message& message, std::string_view frame, Reading const& how) {
     auto const size = frame.empty() ? 0 : modeSFrameBytes(frame.front());
-    return size == 0 || frame.size() < size ? Message() : readFrame(frame.substr(0, size), how);
+    if (size == 0 || frame.size() < size) {
+        message.emplace<std::monostate>();
+    } else {
+        readFrame(message, frame.substr(0, size), how);
+    }
+}
+
+Message read(std::string_view frame, Reading const& how) {
+    Message message;
+    readInto(message, frame, how);
+    return message;
 }
 
 Message read(Frame const& frame, Reading const& how) { return frame.isModeAc() ? Message() : read(frame.view(), how); }
@@ -289,13 +306,7 @@ Message read(modes::ModeSMessage const& message, Reading const& how) {
     return read(std::string_view(message.data()), how);
 }
 
-MessageHeader const* headerOf(Message const& message) {
-    struct {
-        MessageHeader const* operator()(std::monostate) const { return nullptr; }
-        MessageHeader const* operator()(MessageHeader const& header) const { return &header; }
-    } const header;
-    return std::visit(header, message);
-}
+MessageHeader const* headerOf(Message const& message) { return headerIn(message); }
 
 std::optional<MaximumAirspeed> airspeedOfReply(std::uint8_t reply) {
     constexpr unsigned kFirst = 9;

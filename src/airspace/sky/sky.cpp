@@ -109,7 +109,7 @@ void Sky::Impl::track(StandardTrack& track, Frame const& frame, Reply& reply) {
     auto const outcome = track.take(reply, frame.time, options);
     track.setSignal(frame.signal);
     reply.isTracked = true;
-    reply.registerChoice = outcome.choice;
+    if (outcome.choice) reply.registerChoice = outcome.choice;
     ++counts.tracked;
     latest = std::max(latest, frame.time);
     if (!outcome.position) return;

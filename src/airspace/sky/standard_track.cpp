@@ -38,9 +38,10 @@ TrackOutcome StandardTrack::take(Reply const& reply, TimeMs time, SkyOptions con
     auto const now = trackTimeOf(time);
     _heard = std::max(_heard, now);
     ++_messages;
-    TrackUpdate update(*this, reply, time, options);
+    TrackOutcome outcome;
+    TrackUpdate update(*this, reply, time, options, outcome);
     std::visit(update, reply.message);
-    return update.outcome();
+    return outcome;
 }
 
 // Rare: once in 12 days of one aircraft. Times from before the new base become the first, or never.

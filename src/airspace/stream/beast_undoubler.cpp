@@ -36,13 +36,20 @@ std::size_t endOfRecord(std::string_view sample, std::size_t at, bool doubled) {
     return at <= sample.size() ? at : std::string_view::npos;
 }
 
-// The length of a record that lies whole in `rest` with no escape byte inside, 0 otherwise: most do, and are
-// copied at once.
+// The length of a record that lies whole in `rest` with no escape byte inside, 0 otherwise, and of those that are
+// dropped.
 std::size_t escapelessRecord(std::string_view rest) {
-    if (!startsRecord(rest, 0)) return 0;
+    if (!startsRecord(rest, 0) || BeastRecord::isStatus(rest[1])) return 0;
     auto const record = rest.substr(0, BeastRecord::bytes(rest[1]));
     bool const isWhole = record.size() == BeastRecord::bytes(rest[1]);
     return isWhole && record.find(kEscape, kHeadBytes) == std::string_view::npos ? record.size() : 0;
+}
+
+// The length of all such records up to the first other: most are, and are copied at once.
+std::size_t escapelessRecords(std::string_view bytes) {
+    std::size_t length = 0;
+    while (auto const next = escapelessRecord(bytes.substr(length))) length += next;
+    return length;
 }
 
 } // namespace
@@ -50,15 +57,10 @@ std::size_t escapelessRecord(std::string_view rest) {
 void BeastUndoubler::undouble(std::string_view bytes, std::string& plain, Counts& counts) {
     while (!bytes.empty()) {
         if (_record.empty() && !_escaped) {
-            if (auto const length = escapelessRecord(bytes); length > 0) {
-                if (BeastRecord::isStatus(bytes[1])) {
-                    ++counts.statusFrames;
-                } else {
-                    plain.append(bytes, 0, length);
-                }
-                bytes.remove_prefix(length);
-                continue;
-            }
+            auto const run = escapelessRecords(bytes);
+            plain.append(bytes, 0, run);
+            bytes.remove_prefix(run);
+            if (bytes.empty()) return;
         }
         step(bytes.front(), plain, counts);
         bytes.remove_prefix(1);

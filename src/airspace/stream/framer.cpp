@@ -6,6 +6,7 @@
 #include "core/wire.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace quorvel::airspace {
 
@@ -170,8 +171,14 @@ void Framer::cutRawFrames(Frames& frames) {
     _waiting.erase(0, _waiting.size() - rest.size());
 }
 
+// A frame is made where it stays: copied right after it was written, it would be waited for.
 Frame& Framer::add(std::string_view bytes, Frames& frames) const {
-    auto& frame = frames.emplace_back(Frame::of(bytes));
+    auto& frame = frames.emplace_back();
+    if (bytes.size() == kLongFrameBytes) // most are, and a copy of known length needs no call
+        std::memcpy(frame.bytes.data(), bytes.data(), kLongFrameBytes);
+    else
+        std::memcpy(frame.bytes.data(), bytes.data(), bytes.size());
+    frame.length = static_cast<std::uint8_t>(bytes.size());
     frame.receiver = _receiver;
     return frame;
 }
