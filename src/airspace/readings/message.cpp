@@ -267,12 +267,22 @@ constexpr auto kReaders = [] {
     return readers;
 }();
 
-void readFrame(Message& message, std::string_view frame, Reading const& how) {
+// Bytes that a frame has; 0 if it is not whole.
+std::size_t wholeBytes(std::string_view frame) {
+    auto const size = frame.empty() ? 0 : modeSFrameBytes(frame.front());
+    return frame.size() < size ? 0 : size;
+}
+
+unsigned formatOf(Head head) { return std::min(head.number(1, 5), kExtendedLengthFormat); }
+
+// Not by `readInto`: a message that is made of nothing would be cleared first.
+Message readWhole(std::string_view frame, Reading const& how) {
     Head const head(frame);
-    auto const format = std::min(head.number(1, 5), kExtendedLengthFormat);
-    auto const header = headerOf(frame, format);
-    make(message, [&header] { return OtherReply{header}; });
-    kReaders[format]({frame, head, header, how}, message);
+    auto const header = headerOf(frame, formatOf(head));
+    auto const unread = [&header] { return OtherReply{header}; };
+    Message message(std::in_place_type<OtherReply>, Made<decltype(unread)>{unread});
+    kReaders[header.format]({frame, head, header, how}, message);
+    return message;
 }
 
 // All kinds begin with their header, which the compiler sees here: no kind needs a branch of its own.
@@ -286,18 +296,29 @@ MessageHeader const* headerIn(std::variant<std::monostate, Kinds...> const& mess
 } // namespace
 
 void readInto(Message& message, std::string_view frame, Reading const& how) {
-    auto const size = frame.empty() ? 0 : modeSFrameBytes(frame.front());
-    if (size == 0 || frame.size() < size) {
+    auto const size = wholeBytes(frame);
+    if (size == 0) {
         message.emplace<std::monostate>();
-    } else {
-        readFrame(message, frame.substr(0, size), how);
+        return;
     }
+    Head const head(frame);
+    auto const header = headerOf(frame.substr(0, size), formatOf(head));
+    make(message, [&header] { return OtherReply{header}; });
+    kReaders[header.format]({frame.substr(0, size), head, header, how}, message);
 }
 
 Message read(std::string_view frame, Reading const& how) {
-    Message message;
-    readInto(message, frame, how);
-    return message;
+    auto const size = wholeBytes(frame);
+    return size == 0 ? Message() : readWhole(frame.substr(0, size), how);
+}
+
+std::uint32_t likelyAddress(std::string_view frame) {
+    constexpr std::uint32_t kInField = 1U << 11 | 1U << 17 | 1U << 18; // formats
+    auto const size = wholeBytes(frame);
+    if (size == 0) return 0;
+    Head const head(frame);
+    bool const isInField = (kInField >> head.number(1, 5) & 1) != 0;
+    return isInField ? head.number(9, 32) : headerOf(frame.substr(0, size), 0).remainder;
 }
 
 Message read(Frame const& frame, Reading const& how) { return frame.isModeAc() ? Message() : read(frame.view(), how); }

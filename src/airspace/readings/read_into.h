@@ -3,11 +3,15 @@
 
 #include <airspace/message.h>
 
+#include <cstdint>
 #include <string_view>
 
 namespace quorvel::airspace {
 
 /// As `read`, of a message that is made where it stays: copied right after it was read, it would be waited for.
 void readInto(Message& message, std::string_view frame, Reading const& how = {});
+
+/// The address of the aircraft that sent a frame, if it is intact; 0 of bytes that are no frame.
+std::uint32_t likelyAddress(std::string_view frame);
 
 } // namespace quorvel::airspace

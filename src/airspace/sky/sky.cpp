@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <airspace/sky.h>
 
+#include "airspace/readings/read_into.h"
 #include "airspace/sky/frame_receiver.h"
 #include "airspace/sky/track_aircraft.h"
 #include "airspace/sky/track_table.h"
@@ -44,6 +45,7 @@ struct Sky::Impl {
     explicit Impl(SkyOptions const& skyOptions) : options(skyOptions) {}
 
     Reply take(Frame const& frame);
+    void expect(Frame const& frame) const;
     bool isWelcome(Reply const& reply) const;
     StandardTrack* trackOf(Reply const& reply, TimeMs time);
     void track(StandardTrack& track, Frame const& frame, Reply& reply);
@@ -76,6 +78,15 @@ Reply Sky::Impl::take(Frame const& frame) {
     }
     if (auto* const found = trackOf(reply, frame.time)) track(*found, frame, reply);
     return reply;
+}
+
+// Few aircraft stay in the processor's caches.
+void Sky::Impl::expect(Frame const& frame) const {
+    constexpr std::size_t few = 1'000;
+    if (tracks.size() < few) return;
+    auto const address = likelyAddress(frame.view());
+    receiver.expect(address);
+    tracks.expect({address | static_cast<std::uint32_t>(AddressKind::Icao) << 24});
 }
 
 bool Sky::Impl::isWelcome(Reply const& reply) const {
@@ -138,6 +149,8 @@ Sky::Sky(Sky&&) noexcept = default;
 Sky& Sky::operator=(Sky&&) noexcept = default;
 
 Reply Sky::take(Frame const& frame) { return _impl->take(frame); }
+
+void Sky::expect(Frame const& frame) const { _impl->expect(frame); }
 
 void Sky::setTimeout(TimeMs timeout) { _impl->options.timeout = timeout; }
 void Sky::ignoreSpeeds() { _impl->options.positions.checksSpeed = false; }
