@@ -53,10 +53,14 @@ std::array<std::uint8_t, 7> payloadBytes(std::string_view frame) { return bytesO
 
 std::uint32_t parityField(std::string_view frame) { return word(frame, frame.size() - 4) & 0xFFFFFF; }
 
+std::uint32_t remainderOf(std::string_view frame) {
+    return modes::parity::remainder(frame, static_cast<unsigned>(8 * frame.size())) ^ parityField(frame);
+}
+
 MessageHeader headerOf(std::string_view frame, unsigned format) {
     MessageHeader header;
     header.format = static_cast<std::uint8_t>(format);
-    header.remainder = modes::parity::remainder(frame, static_cast<unsigned>(8 * frame.size())) ^ parityField(frame);
+    header.remainder = remainderOf(frame);
     return header;
 }
 
@@ -275,16 +279,6 @@ std::size_t wholeBytes(std::string_view frame) {
 
 unsigned formatOf(Head head) { return std::min(head.number(1, 5), kExtendedLengthFormat); }
 
-// Not by `readInto`: a message that is made of nothing would be cleared first.
-Message readWhole(std::string_view frame, Reading const& how) {
-    Head const head(frame);
-    auto const header = headerOf(frame, formatOf(head));
-    auto const unread = [&header] { return OtherReply{header}; };
-    Message message(std::in_place_type<OtherReply>, Made<decltype(unread)>{unread});
-    kReaders[header.format]({frame, head, header, how}, message);
-    return message;
-}
-
 // All kinds begin with their header, which the compiler sees here: no kind needs a branch of its own.
 template <class... Kinds>
 MessageHeader const* headerIn(std::variant<std::monostate, Kinds...> const& message) {
@@ -308,8 +302,10 @@ void readInto(Message& message, std::string_view frame, Reading const& how) {
 }
 
 Message read(std::string_view frame, Reading const& how) {
-    auto const size = wholeBytes(frame);
-    return size == 0 ? Message() : readWhole(frame.substr(0, size), how);
+    auto const begun = [&frame] { return OtherReply{{static_cast<std::uint8_t>(frame.size())}}; };
+    Message message(std::in_place_type<OtherReply>, Made<decltype(begun)>{begun});
+    readInto(message, frame, how);
+    return message;
 }
 
 std::uint32_t likelyAddress(std::string_view frame) {
@@ -318,7 +314,7 @@ std::uint32_t likelyAddress(std::string_view frame) {
     if (size == 0) return 0;
     Head const head(frame);
     bool const isInField = (kInField >> head.number(1, 5) & 1) != 0;
-    return isInField ? head.number(9, 32) : headerOf(frame.substr(0, size), 0).remainder;
+    return isInField ? head.number(9, 32) : remainderOf(frame.substr(0, size));
 }
 
 Message read(Frame const& frame, Reading const& how) { return frame.isModeAc() ? Message() : read(frame.view(), how); }
