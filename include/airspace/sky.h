@@ -52,7 +52,7 @@ public:
     /// Takes frames in turn, and calls `each(frame, reply)` after each of them. The same as one by one, in half the
     /// time when there are many thousands of aircraft: what is known of them is fetched from memory ahead of their frames.
     template <class Each> void takeAll(Frames const& frames, Each&& each) {
-        constexpr std::size_t ahead = 8;
+        constexpr std::size_t ahead = 16;
         for (std::size_t i = 0; i != frames.size(); ++i) {
             if (i + ahead < frames.size()) expect(frames[i + ahead]);
             each(frames[i], take(frames[i]));
@@ -91,7 +91,7 @@ public:
     Counts const& counts() const; ///< of decoding, tracking and positions
 
 private:
-    void expect(Frame const& frame) const;
+    void expect(Frame const& frame);
 
     struct TREVALLO_HIDDEN Impl;
     std::unique_ptr<Impl> _impl;

@@ -8,6 +8,8 @@
 #include "core/wire.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 #include <variant>
 
 namespace quorvel::airspace {
@@ -45,7 +47,7 @@ struct Sky::Impl {
     explicit Impl(SkyOptions const& skyOptions) : options(skyOptions) {}
 
     Reply take(Frame const& frame);
-    void expect(Frame const& frame) const;
+    void expect(Frame const& frame);
     bool isWelcome(Reply const& reply) const;
     StandardTrack* trackOf(Reply const& reply, TimeMs time);
     void track(StandardTrack& track, Frame const& frame, Reply& reply);
@@ -56,6 +58,8 @@ struct Sky::Impl {
     SkyOptions options;
     FrameReceiver receiver;
     TrackTable tracks;
+    std::array<TrackKey, 8> expected; // in turn: where their tracks are is on its way from memory
+    std::size_t nextExpected = 0;
     TimeMs latest = 0; // of all
     Counts counts;
 };
@@ -80,13 +84,15 @@ Reply Sky::Impl::take(Frame const& frame) {
     return reply;
 }
 
-// Few aircraft stay in the processor's caches.
-void Sky::Impl::expect(Frame const& frame) const {
+// Fetches where the track is, and once that has come, the track itself. Few aircraft stay in the processor's caches.
+void Sky::Impl::expect(Frame const& frame) {
     constexpr std::size_t few = 1'000;
     if (tracks.size() < few) return;
     auto const address = likelyAddress(frame.view());
+    TrackKey const key{address | static_cast<std::uint32_t>(AddressKind::Icao) << 24};
     receiver.expect(address);
-    tracks.expect({address | static_cast<std::uint32_t>(AddressKind::Icao) << 24});
+    tracks.expect(key);
+    tracks.expectSoon(std::exchange(expected[nextExpected++ % expected.size()], key));
 }
 
 bool Sky::Impl::isWelcome(Reply const& reply) const {
@@ -150,7 +156,7 @@ Sky& Sky::operator=(Sky&&) noexcept = default;
 
 Reply Sky::take(Frame const& frame) { return _impl->take(frame); }
 
-void Sky::expect(Frame const& frame) const { _impl->expect(frame); }
+void Sky::expect(Frame const& frame) { _impl->expect(frame); }
 
 void Sky::setTimeout(TimeMs timeout) { _impl->options.timeout = timeout; }
 void Sky::ignoreSpeeds() { _impl->options.positions.checksSpeed = false; }

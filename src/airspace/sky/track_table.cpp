@@ -23,7 +23,7 @@ StandardTrack* TrackTable::find(TrackKey key) {
     return slot ? &at(*slot) : nullptr;
 }
 
-void TrackTable::expect(TrackKey key) const {
+void TrackTable::expectSoon(TrackKey key) const {
     if (auto const* track = find(key)) track->prefetch();
 }
 
