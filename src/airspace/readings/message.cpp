@@ -283,7 +283,8 @@ unsigned formatOf(Head head) { return std::min(head.number(1, 5), kExtendedLengt
 template <class... Kinds>
 MessageHeader const* headerIn(std::variant<std::monostate, Kinds...> const& message) {
     MessageHeader const* header = nullptr;
-    ((header = header != nullptr ? header : std::get_if<Kinds>(&message)), ...);
+    auto const is = [&header](MessageHeader const* kind) { return (header = kind) != nullptr; };
+    static_cast<void>((is(std::get_if<Kinds>(&message)) || ...));
     return header;
 }
 
