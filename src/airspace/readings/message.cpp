@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <type_traits>
 #include <utility>
 
@@ -36,7 +37,7 @@ private:
     std::uint32_t _word;
 };
 
-AltitudeCode altitudeOf(Head head) { return readAltitudeCode(head.number(20, 32)); }
+void readAltitude(AltitudeCode& altitude, Head head) { readInto(altitude, head.number(20, 32)); }
 
 Squawk squawkOf(Head head) { return readIdentityCode(head.number(20, 32)); }
 
@@ -50,6 +51,10 @@ template <std::size_t Size> std::array<std::uint8_t, Size> bytesOf(std::string_v
 constexpr std::size_t kPayloadByte = 4;
 std::string_view payloadOf(std::string_view frame) { return frame.substr(kPayloadByte, RegisterBits::kBytes); }
 std::array<std::uint8_t, 7> payloadBytes(std::string_view frame) { return bytesOf<7>(frame, kPayloadByte); }
+
+void copyPayload(std::string_view frame, std::array<std::uint8_t, 7>& to) {
+    std::memcpy(to.data(), frame.data() + kPayloadByte, to.size());
+}
 
 std::uint32_t parityField(std::string_view frame) { return word(frame, frame.size() - 4) & 0xFFFFFF; }
 
@@ -116,11 +121,11 @@ void readShortAirAir(Received const& frame, Message& message) {
     reply.hasCrossLink = frame.head.flag(7);
     reply.sensitivity = frame.head.code(9, 11);
     reply.reply = frame.head.code(14, 17);
-    reply.altitude = altitudeOf(frame.head);
+    readAltitude(reply.altitude, frame.head);
 }
 
 void readAltitudeReply(Received const& frame, Message& message) {
-    made<AltitudeReply>(message, surveillanceHeader(frame)).altitude = altitudeOf(frame.head);
+    readAltitude(made<AltitudeReply>(message, surveillanceHeader(frame)).altitude, frame.head);
 }
 
 void readIdentityReply(Received const& frame, Message& message) {
@@ -129,14 +134,14 @@ void readIdentityReply(Received const& frame, Message& message) {
 
 void readCommBAltitude(Received const& frame, Message& message) {
     auto& reply = made<CommBAltitudeReply>(message, surveillanceHeader(frame));
-    reply.altitude = altitudeOf(frame.head);
-    reply.mb = payloadBytes(frame.bytes);
+    readAltitude(reply.altitude, frame.head);
+    copyPayload(frame.bytes, reply.mb);
 }
 
 void readCommBIdentity(Received const& frame, Message& message) {
     auto& reply = made<CommBIdentityReply>(message, surveillanceHeader(frame));
     reply.squawk = squawkOf(frame.head);
-    reply.mb = payloadBytes(frame.bytes);
+    copyPayload(frame.bytes, reply.mb);
 }
 
 // The remainder is the interrogator's code: 17 zeros, three bits code label, four bits interrogator code.
@@ -161,8 +166,8 @@ void readLongAirAir(Received const& frame, Message& message) {
     reply.isOnGround = frame.head.flag(6);
     reply.sensitivity = frame.head.code(9, 11);
     reply.reply = frame.head.code(14, 17);
-    reply.altitude = altitudeOf(frame.head);
-    reply.mv = payloadBytes(frame.bytes);
+    readAltitude(reply.altitude, frame.head);
+    copyPayload(frame.bytes, reply.mv);
     if (reply.mv.front() != kAdvisory) return;
     auto& advisory = reply.advisory.emplace(readResolutionAdvisory(payloadOf(frame.bytes)));
     advisory.threatType = ThreatType::None;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "airspace/readings/squitter_contents.h"
 
+#include "airspace/readings/read_into.h"
 #include "airspace/readings/six_bit_text.h"
 
 namespace quorvel::airspace {
@@ -66,7 +67,7 @@ void readAirbornePosition(SquitterSource const& source, SquitterContent& content
     airborne.surveillanceStatus = surveillanceStatusOf(me, 6);
     airborne.nicSupplementB = me.flag(8);
     airborne.altitudeType = isGnss ? AltitudeType::Gnss : AltitudeType::Barometric;
-    airborne.altitude = readSquitterAltitudeCode(me.number(9, 20));
+    readSquitterInto(airborne.altitude, me.number(9, 20));
     airborne.isTimeSynchronized = me.flag(21);
     airborne.position = compactPosition(me, false);
 }
@@ -97,7 +98,7 @@ CoarsePosition readCoarsePosition(std::string_view bytes) {
     RegisterBits const me(bytes);
     coarse.surveillanceStatus = surveillanceStatusOf(me, 2);
     coarse.serviceVolume = static_cast<std::uint8_t>(me.number(4, 7));
-    coarse.altitude = readSquitterAltitudeCode(me.number(8, 19));
+    readSquitterInto(coarse.altitude, me.number(8, 19));
     if (me.flag(20)) coarse.trackDegrees = me.number(21, 25) * (360.0 / 32);
     coarse.groundSpeed = coarseSpeed(me.number(26, 31));
     coarse.isOdd = me.flag(32);
