@@ -16,8 +16,11 @@ SurveillanceStatus surveillanceStatusOf(RegisterBits const& me, unsigned first) 
     return static_cast<SurveillanceStatus>(me.number(first, first + 1));
 }
 
-CompactPosition compactPosition(RegisterBits const& me, bool isOnSurface) {
-    return {me.number(23, 39), me.number(40, 56), me.flag(22), isOnSurface};
+void readCompactPosition(RegisterBits const& me, bool isOnSurface, CompactPosition& position) {
+    position.latitude = me.number(23, 39);
+    position.longitude = me.number(40, 56);
+    position.isOdd = me.flag(22);
+    position.isOnSurface = isOnSurface;
 }
 
 // The bytes of MB that an advisory is read from.
@@ -57,7 +60,7 @@ void readSurfacePosition(SquitterSource const& source, SquitterContent& content)
     surface.speed = speedOfMovement(surface.movement, source.version.value_or(0));
     if (me.flag(13)) surface.trackDegrees = me.number(14, 20) * (360.0 / 128);
     surface.isTimeSynchronized = me.flag(21);
-    surface.position = compactPosition(me, true);
+    readCompactPosition(me, true, surface.position);
 }
 
 void readAirbornePosition(SquitterSource const& source, SquitterContent& content) {
@@ -69,7 +72,7 @@ void readAirbornePosition(SquitterSource const& source, SquitterContent& content
     airborne.altitudeType = isGnss ? AltitudeType::Gnss : AltitudeType::Barometric;
     readSquitterInto(airborne.altitude, me.number(9, 20));
     airborne.isTimeSynchronized = me.flag(21);
-    airborne.position = compactPosition(me, false);
+    readCompactPosition(me, false, airborne.position);
 }
 
 void readTestMessage(SquitterSource const& source, SquitterContent& content) {
