@@ -285,8 +285,7 @@ std::size_t wholeBytes(std::string_view frame) {
 unsigned formatOf(Head head) { return std::min(head.number(1, 5), kExtendedLengthFormat); }
 
 // All kinds begin with their header, which the compiler sees here: no kind needs a branch of its own.
-template <class... Kinds>
-MessageHeader const* headerIn(std::variant<std::monostate, Kinds...> const& message) {
+template <class... Kinds> MessageHeader const* headerIn(std::variant<std::monostate, Kinds...> const& message) {
     MessageHeader const* header = nullptr;
     auto const is = [&header](MessageHeader const* kind) { return (header = kind) != nullptr; };
     static_cast<void>((is(std::get_if<Kinds>(&message)) || ...));

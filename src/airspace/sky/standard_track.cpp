@@ -59,7 +59,8 @@ void StandardTrack::rebase(TimeMs time) {
 KnownState StandardTrack::known(TrackTime now) const {
     constexpr TrackTime moving = 20'000;
     constexpr TrackTime selected = 120'000;
-    auto const& rate = _items.barometricRateFtMin.isFresh(now, moving) ? _items.barometricRateFtMin : _items.geometricRateFtMin;
+    auto const& rate =
+        _items.barometricRateFtMin.isFresh(now, moving) ? _items.barometricRateFtMin : _items.geometricRateFtMin;
     auto const& callsign = _items.callsign;
     auto const& capability = _items.servedRegisters;
     return {

@@ -12,7 +12,8 @@ namespace quorvel::airspace {
 /// Brings one message into the items of its track: a visitor of `Message`, of the contents of squitters and of registers.
 class TrackUpdate {
 public:
-    TrackUpdate(StandardTrack& track, Reply const& reply, TimeMs time, SkyOptions const& options, TrackOutcome& outcome);
+    TrackUpdate(
+        StandardTrack& track, Reply const& reply, TimeMs time, SkyOptions const& options, TrackOutcome& outcome);
 
     void operator()(ShortAirAirReply const& reply);
     void operator()(LongAirAirReply const& reply);

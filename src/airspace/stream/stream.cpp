@@ -80,8 +80,7 @@ bool Stream::feed(std::string_view bytes, TimeMs arrival, Frames& frames) {
     auto const before = cut.size();
     auto const received = self.received(arrival);
     if (!self.judge(self.framer.feed(bytes, cut))) return false;
-    if (encoding() && self.frameless.take(bytes, cut.size() > before))
-        self.remark = self.frameless.text(encoding());
+    if (encoding() && self.frameless.take(bytes, cut.size() > before)) self.remark = self.frameless.text(encoding());
     if (isHolding) {
         self.handOver(received, arrival, false, frames);
     } else {
