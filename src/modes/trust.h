@@ -34,6 +34,9 @@ public:
     /// when both the address and the interrogator that it answers have been heard of.
     Confidence gradeAllCall(unsigned int address, unsigned int interrogator, std::int64_t now);
 
+    /// Fetches from memory what is known of an address that comes soon.
+    void expect(unsigned int address) const { _addresses.prefetch(address); }
+
 private:
     using Interrogator = ModeSDecoder::Interrogator;
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <airspace/altitude_code.h>
 
+#include "airspace/readings/read_into.h"
+
 #include <array>
 
 namespace quorvel::airspace {
@@ -41,19 +43,39 @@ constexpr auto kHundreds = [] {
 
 } // namespace
 
-AltitudeCode readSquitterAltitudeCode(std::uint32_t code) {
+void readSquitterInto(AltitudeCode& altitude, std::uint32_t code) {
     code &= 0xFFF;
-    if (code == 0) return {};
+    if (code == 0) return;
     auto const withoutQ = (code >> 5) << 4 | (code & 0xF);
-    if ((code & kQBit) != 0) return {AltitudeCoding::Steps25Ft, static_cast<std::int32_t>(25 * withoutQ) - 1000};
-    auto const hundreds = kHundreds[withoutQ];
-    if (hundreds == kNoSuchCode) return {AltitudeCoding::Invalid, std::nullopt};
-    return {AltitudeCoding::Steps100Ft, 100 * hundreds};
+    if ((code & kQBit) != 0) {
+        altitude.coding = AltitudeCoding::Steps25Ft;
+        altitude.altitudeFt.emplace(static_cast<std::int32_t>(25 * withoutQ) - 1000);
+    } else if (auto const hundreds = kHundreds[withoutQ]; hundreds != kNoSuchCode) {
+        altitude.coding = AltitudeCoding::Steps100Ft;
+        altitude.altitudeFt.emplace(100 * hundreds);
+    } else {
+        altitude.coding = AltitudeCoding::Invalid;
+    }
+}
+
+void readInto(AltitudeCode& altitude, std::uint32_t code) {
+    if ((code & kMetricBit) != 0) {
+        altitude.coding = AltitudeCoding::Metric;
+    } else {
+        readSquitterInto(altitude, (code >> 1 & 0xFC0) | (code & 0x3F));
+    }
+}
+
+AltitudeCode readSquitterAltitudeCode(std::uint32_t code) {
+    AltitudeCode altitude;
+    readSquitterInto(altitude, code);
+    return altitude;
 }
 
 AltitudeCode readAltitudeCode(std::uint32_t code) {
-    if ((code & kMetricBit) != 0) return {AltitudeCoding::Metric, std::nullopt};
-    return readSquitterAltitudeCode((code >> 1 & 0xFC0) | (code & 0x3F));
+    AltitudeCode altitude;
+    readInto(altitude, code);
+    return altitude;
 }
 
 } // namespace quorvel::airspace

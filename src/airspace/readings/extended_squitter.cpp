@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 namespace quorvel::airspace {
 
@@ -75,7 +76,7 @@ SquitterContent readContent(std::string_view me, SquitterOrigin origin, Reading 
     constexpr std::uint8_t kLastVersion = 2;
     auto const version = how.version ? std::optional(std::min(*how.version, kLastVersion)) : std::nullopt;
     UnreadSquitter unread;
-    std::copy_n(me.begin(), unread.me.size(), unread.me.begin());
+    std::memcpy(unread.me.data(), me.data(), unread.me.size());
     SquitterContent content = unread;
     Type const& type = typeOf(me);
     type.read({RegisterBits(me), subtypeOf(me).value_or(0), origin, version}, content);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <airspace/message.h>
 
+#include "airspace/readings/read_into.h"
 #include "airspace/readings/squitter_contents.h"
 #include "core/bits.h"
 #include "modes/parity.h"
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <type_traits>
 #include <utility>
 
@@ -35,7 +37,7 @@ private:
     std::uint32_t _word;
 };
 
-AltitudeCode altitudeOf(Head head) { return readAltitudeCode(head.number(20, 32)); }
+void readAltitude(AltitudeCode& altitude, Head head) { readInto(altitude, head.number(20, 32)); }
 
 Squawk squawkOf(Head head) { return readIdentityCode(head.number(20, 32)); }
 
@@ -50,12 +52,20 @@ constexpr std::size_t kPayloadByte = 4;
 std::string_view payloadOf(std::string_view frame) { return frame.substr(kPayloadByte, RegisterBits::kBytes); }
 std::array<std::uint8_t, 7> payloadBytes(std::string_view frame) { return bytesOf<7>(frame, kPayloadByte); }
 
+void copyPayload(std::string_view frame, std::array<std::uint8_t, 7>& to) {
+    std::memcpy(to.data(), frame.data() + kPayloadByte, to.size());
+}
+
 std::uint32_t parityField(std::string_view frame) { return word(frame, frame.size() - 4) & 0xFFFFFF; }
+
+std::uint32_t remainderOf(std::string_view frame) {
+    return modes::parity::remainder(frame, static_cast<unsigned>(8 * frame.size())) ^ parityField(frame);
+}
 
 MessageHeader headerOf(std::string_view frame, unsigned format) {
     MessageHeader header;
     header.format = static_cast<std::uint8_t>(format);
-    header.remainder = modes::parity::remainder(frame, static_cast<unsigned>(8 * frame.size())) ^ parityField(frame);
+    header.remainder = remainderOf(frame);
     return header;
 }
 
@@ -111,11 +121,11 @@ void readShortAirAir(Received const& frame, Message& message) {
     reply.hasCrossLink = frame.head.flag(7);
     reply.sensitivity = frame.head.code(9, 11);
     reply.reply = frame.head.code(14, 17);
-    reply.altitude = altitudeOf(frame.head);
+    readAltitude(reply.altitude, frame.head);
 }
 
 void readAltitudeReply(Received const& frame, Message& message) {
-    made<AltitudeReply>(message, surveillanceHeader(frame)).altitude = altitudeOf(frame.head);
+    readAltitude(made<AltitudeReply>(message, surveillanceHeader(frame)).altitude, frame.head);
 }
 
 void readIdentityReply(Received const& frame, Message& message) {
@@ -124,14 +134,14 @@ void readIdentityReply(Received const& frame, Message& message) {
 
 void readCommBAltitude(Received const& frame, Message& message) {
     auto& reply = made<CommBAltitudeReply>(message, surveillanceHeader(frame));
-    reply.altitude = altitudeOf(frame.head);
-    reply.mb = payloadBytes(frame.bytes);
+    readAltitude(reply.altitude, frame.head);
+    copyPayload(frame.bytes, reply.mb);
 }
 
 void readCommBIdentity(Received const& frame, Message& message) {
     auto& reply = made<CommBIdentityReply>(message, surveillanceHeader(frame));
     reply.squawk = squawkOf(frame.head);
-    reply.mb = payloadBytes(frame.bytes);
+    copyPayload(frame.bytes, reply.mb);
 }
 
 // The remainder is the interrogator's code: 17 zeros, three bits code label, four bits interrogator code.
@@ -156,8 +166,8 @@ void readLongAirAir(Received const& frame, Message& message) {
     reply.isOnGround = frame.head.flag(6);
     reply.sensitivity = frame.head.code(9, 11);
     reply.reply = frame.head.code(14, 17);
-    reply.altitude = altitudeOf(frame.head);
-    reply.mv = payloadBytes(frame.bytes);
+    readAltitude(reply.altitude, frame.head);
+    copyPayload(frame.bytes, reply.mv);
     if (reply.mv.front() != kAdvisory) return;
     auto& advisory = reply.advisory.emplace(readResolutionAdvisory(payloadOf(frame.bytes)));
     advisory.threatType = ThreatType::None;
@@ -271,21 +281,50 @@ constexpr auto kReaders = [] {
     return readers;
 }();
 
-Message readFrame(std::string_view frame, Reading const& how) {
-    Head const head(frame);
-    auto const format = std::min(head.number(1, 5), kExtendedLengthFormat);
-    auto const header = headerOf(frame, format);
-    auto const unread = [&header] { return OtherReply{header}; };
-    Message message(std::in_place_type<OtherReply>, Made<decltype(unread)>{unread});
-    kReaders[format]({frame, head, header, how}, message);
-    return message;
+// Bytes that a frame has; 0 if it is not whole.
+std::size_t wholeBytes(std::string_view frame) {
+    auto const size = frame.empty() ? 0 : modeSFrameBytes(frame.front());
+    return frame.size() < size ? 0 : size;
+}
+
+unsigned formatOf(Head head) { return std::min(head.number(1, 5), kExtendedLengthFormat); }
+
+// All kinds begin with their header, which the compiler sees here: no kind needs a branch of its own.
+template <class... Kinds> MessageHeader const* headerIn(std::variant<std::monostate, Kinds...> const& message) {
+    MessageHeader const* header = nullptr;
+    auto const is = [&header](MessageHeader const* kind) { return (header = kind) != nullptr; };
+    static_cast<void>((is(std::get_if<Kinds>(&message)) || ...));
+    return header;
 }
 
 } // namespace
 
+void readInto(Message& message, std::string_view frame, Reading const& how) {
+    auto const size = wholeBytes(frame);
+    if (size == 0) {
+        message.emplace<std::monostate>();
+        return;
+    }
+    Head const head(frame);
+    auto const header = headerOf(frame.substr(0, size), formatOf(head));
+    make(message, [&header] { return OtherReply{header}; });
+    kReaders[header.format]({frame.substr(0, size), head, header, how}, message);
+}
+
 Message read(std::string_view frame, Reading const& how) {
-    auto const size = frame.empty() ? 0 : modeSFrameBytes(frame.front());
-    return size == 0 || frame.size() < size ? Message() : readFrame(frame.substr(0, size), how);
+    auto const begun = [&frame] { return OtherReply{{static_cast<std::uint8_t>(frame.size())}}; };
+    Message message(std::in_place_type<OtherReply>, Made<decltype(begun)>{begun});
+    readInto(message, frame, how);
+    return message;
+}
+
+std::uint32_t likelyAddress(std::string_view frame) {
+    constexpr std::uint32_t kInField = 1U << 11 | 1U << 17 | 1U << 18; // formats
+    auto const size = wholeBytes(frame);
+    if (size == 0) return 0;
+    Head const head(frame);
+    bool const isInField = (kInField >> head.number(1, 5) & 1) != 0;
+    return isInField ? head.number(9, 32) : remainderOf(frame.substr(0, size));
 }
 
 Message read(Frame const& frame, Reading const& how) { return frame.isModeAc() ? Message() : read(frame.view(), how); }
@@ -294,13 +333,7 @@ Message read(modes::ModeSMessage const& message, Reading const& how) {
     return read(std::string_view(message.data()), how);
 }
 
-MessageHeader const* headerOf(Message const& message) {
-    struct {
-        MessageHeader const* operator()(std::monostate) const { return nullptr; }
-        MessageHeader const* operator()(MessageHeader const& header) const { return &header; }
-    } const header;
-    return std::visit(header, message);
-}
+MessageHeader const* headerOf(Message const& message) { return headerIn(message); }
 
 std::optional<MaximumAirspeed> airspeedOfReply(std::uint8_t reply) {
     constexpr unsigned kFirst = 9;

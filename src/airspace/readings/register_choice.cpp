@@ -14,6 +14,7 @@ namespace {
 
 double likelihoodRatio(double evidence) {
     constexpr double negligible = -20.0;
+    if (evidence == 0.0) return 1.0; // that of the best
     return evidence < negligible ? 0.0 : std::exp(evidence);
 }
 
@@ -24,7 +25,7 @@ RegisterChoice chooseRegister(std::string_view bytes, KnownState const& known) {
     RegisterChoice choice;
     if (bytes.size() != RegisterBits::kBytes) return choice;
     RegisterBits const mb(bytes);
-    std::array<double, kRegisters.size()> evidence{};
+    std::array<double, kRegisters.size()> evidence; // of those that fit
     std::size_t count = 0;
     double best = 0.0;
     for (auto places = allFittingRegisters(mb); places != 0; places &= places - 1) { // without the lowest bit

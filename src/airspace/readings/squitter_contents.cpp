@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "airspace/readings/squitter_contents.h"
 
+#include "airspace/readings/read_into.h"
 #include "airspace/readings/six_bit_text.h"
 
 namespace quorvel::airspace {
@@ -15,8 +16,11 @@ SurveillanceStatus surveillanceStatusOf(RegisterBits const& me, unsigned first) 
     return static_cast<SurveillanceStatus>(me.number(first, first + 1));
 }
 
-CompactPosition compactPosition(RegisterBits const& me, bool isOnSurface) {
-    return {me.number(23, 39), me.number(40, 56), me.flag(22), isOnSurface};
+void readCompactPosition(RegisterBits const& me, bool isOnSurface, CompactPosition& position) {
+    position.latitude = me.number(23, 39);
+    position.longitude = me.number(40, 56);
+    position.isOdd = me.flag(22);
+    position.isOnSurface = isOnSurface;
 }
 
 // The bytes of MB that an advisory is read from.
@@ -56,7 +60,7 @@ void readSurfacePosition(SquitterSource const& source, SquitterContent& content)
     surface.speed = speedOfMovement(surface.movement, source.version.value_or(0));
     if (me.flag(13)) surface.trackDegrees = me.number(14, 20) * (360.0 / 128);
     surface.isTimeSynchronized = me.flag(21);
-    surface.position = compactPosition(me, true);
+    readCompactPosition(me, true, surface.position);
 }
 
 void readAirbornePosition(SquitterSource const& source, SquitterContent& content) {
@@ -66,9 +70,9 @@ void readAirbornePosition(SquitterSource const& source, SquitterContent& content
     airborne.surveillanceStatus = surveillanceStatusOf(me, 6);
     airborne.nicSupplementB = me.flag(8);
     airborne.altitudeType = isGnss ? AltitudeType::Gnss : AltitudeType::Barometric;
-    airborne.altitude = readSquitterAltitudeCode(me.number(9, 20));
+    readSquitterInto(airborne.altitude, me.number(9, 20));
     airborne.isTimeSynchronized = me.flag(21);
-    airborne.position = compactPosition(me, false);
+    readCompactPosition(me, false, airborne.position);
 }
 
 void readTestMessage(SquitterSource const& source, SquitterContent& content) {
@@ -97,7 +101,7 @@ CoarsePosition readCoarsePosition(std::string_view bytes) {
     RegisterBits const me(bytes);
     coarse.surveillanceStatus = surveillanceStatusOf(me, 2);
     coarse.serviceVolume = static_cast<std::uint8_t>(me.number(4, 7));
-    coarse.altitude = readSquitterAltitudeCode(me.number(8, 19));
+    readSquitterInto(coarse.altitude, me.number(8, 19));
     if (me.flag(20)) coarse.trackDegrees = me.number(21, 25) * (360.0 / 32);
     coarse.groundSpeed = coarseSpeed(me.number(26, 31));
     coarse.isOdd = me.flag(32);

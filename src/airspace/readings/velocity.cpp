@@ -19,28 +19,25 @@ std::optional<std::int32_t> offsetNumber(RegisterBits const& me, unsigned sign, 
     return me.flag(sign) ? -step * (code - 1) : step * (code - 1);
 }
 
-HorizontalVelocity overGround(RegisterBits const& me, int step) {
-    HorizontalVelocity velocity;
+void readOverGround(RegisterBits const& me, int step, HorizontalVelocity& velocity) {
     velocity.eastKt = offsetNumber(me, 14, 24, step);
     velocity.northKt = offsetNumber(me, 25, 35, step);
-    return velocity;
 }
 
-HorizontalVelocity throughAir(RegisterBits const& me, int step) {
-    HorizontalVelocity velocity;
+void readThroughAir(RegisterBits const& me, int step, HorizontalVelocity& velocity) {
     if (me.flag(14)) velocity.headingDegrees = me.number(15, 24) * (360.0 / 1024);
     velocity.airspeedType = me.flag(25) ? AirspeedType::True : AirspeedType::Indicated;
     if (auto const code = static_cast<int>(me.number(26, 35)); code != 0) velocity.airspeedKt = step * (code - 1);
-    return velocity;
 }
 
-HorizontalVelocity horizontalVelocity(SquitterSource const& source) {
+// Into a velocity that is empty so far.
+void readHorizontal(SquitterSource const& source, HorizontalVelocity& velocity) {
     switch (source.subtype) {
-    case 1: return overGround(source.me, 1);
-    case 2: return overGround(source.me, kSupersonicStepKt);
-    case 3: return throughAir(source.me, 1);
-    case 4: return throughAir(source.me, kSupersonicStepKt);
-    default: return {};
+    case 1: return readOverGround(source.me, 1, velocity);
+    case 2: return readOverGround(source.me, kSupersonicStepKt, velocity);
+    case 3: return readThroughAir(source.me, 1, velocity);
+    case 4: return readThroughAir(source.me, kSupersonicStepKt, velocity);
+    default: return;
     }
 }
 
@@ -53,7 +50,7 @@ void readTisBVelocity(SquitterSource const& source, SquitterContent& content) {
     auto const& me = source.me;
     auto& velocity = content.emplace<TisBVelocity>();
     velocity.nacP = static_cast<std::uint8_t>(me.number(10, 13));
-    velocity.horizontal = horizontalVelocity(source);
+    readHorizontal(source, velocity.horizontal);
     velocity.verticalRateFtMin = offsetNumber(me, 37, 46, 64);
     velocity.nicSupplement = me.flag(47);
     if (me.flag(36)) {
@@ -92,7 +89,7 @@ void readVelocity(SquitterSource const& source, SquitterContent& content) {
     velocity.isIfrCapable = me.flag(10);
     velocity.nacV = static_cast<std::uint8_t>(me.number(11, 13));
     if (!isAssigned(source.subtype)) return;
-    velocity.horizontal = horizontalVelocity(source);
+    readHorizontal(source, velocity.horizontal);
     velocity.verticalRateSource = me.flag(36) ? VerticalRateSource::Barometric : VerticalRateSource::Gnss;
     velocity.verticalRateFtMin = offsetNumber(me, 37, 46, 64);
     velocity.gnssMinusBarometricFt = heightDifference(me);

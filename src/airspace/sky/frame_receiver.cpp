@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "airspace/sky/frame_receiver.h"
 
+#include "airspace/readings/read_into.h"
 #include "airspace/sky/reply_reading.h"
 #include "core/wire.h"
 #include "modes/repair.h"
@@ -53,7 +54,7 @@ void repairSquitter(std::string_view frame, MessageHeader const& damaged, Reply&
         reply.repairedBits = {};
         return;
     }
-    reply.message = read(textOf(repaired));
+    readInto(reply.message, textOf(repaired));
 }
 
 template <class Kind> constexpr bool kHasAltitude = requires(Kind kind) { kind.altitude; };
@@ -107,7 +108,7 @@ private:
 Reply FrameReceiver::receive(std::string_view frame, TimeMs time) {
     Reply reply;
     if (frame.size() <= kModeAcFrameBytes) return reply;
-    reply.message = read(frame);
+    readInto(reply.message, frame);
     auto const* squitter = std::get_if<ExtendedSquitter>(&reply.message);
     if (squitter && !squitter->isIntact()) repairSquitter(frame, *squitter, reply);
     std::visit(Grading(_trust, reply, frame, static_cast<std::int64_t>(time / 1000)), reply.message);

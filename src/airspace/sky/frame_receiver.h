@@ -20,6 +20,9 @@ public:
     /// Takes the bytes of a frame, first transmitted byte first, and its time in ms. What depends on tracks is left open.
     Reply receive(std::string_view frame, TimeMs time);
 
+    /// Fetches from memory what is known of an address that comes soon.
+    void expect(std::uint32_t address) const { _trust.expect(address); }
+
 private:
     modes::Trust _trust;
 };

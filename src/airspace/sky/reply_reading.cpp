@@ -6,6 +6,7 @@
 #include "core/bits.h"
 #include "core/wire.h"
 
+#include <array>
 #include <iterator>
 #include <variant>
 
@@ -14,16 +15,18 @@ namespace quorvel::airspace {
 namespace {
 
 // What is laid over the parity of a message, by its kind.
-struct OverlayOf {
-    Overlay operator()(std::monostate) const { return Overlay::Unknown; }
-    Overlay operator()(OtherReply const&) const { return Overlay::Unknown; }
-    Overlay operator()(ExtendedSquitter const&) const { return Overlay::Nothing; }
-    Overlay operator()(AllCallReply const&) const { return Overlay::Interrogator; }
-    Overlay operator()(MilitarySquitter const& squitter) const {
-        return squitter.application == 0 ? Overlay::Nothing : Overlay::Unknown;
-    }
-    template <class Addressed> Overlay operator()(Addressed const&) const { return Overlay::Address; }
-};
+template <class Kind> constexpr Overlay kOverlay = Overlay::Address;
+template <> constexpr Overlay kOverlay<std::monostate> = Overlay::Unknown;
+template <> constexpr Overlay kOverlay<OtherReply> = Overlay::Unknown;
+template <> constexpr Overlay kOverlay<ExtendedSquitter> = Overlay::Nothing;
+template <> constexpr Overlay kOverlay<AllCallReply> = Overlay::Interrogator;
+template <> constexpr Overlay kOverlay<MilitarySquitter> = Overlay::Nothing; // of application 0
+
+template <class... Kinds> Overlay overlayOf(std::variant<Kinds...> const& message) {
+    constexpr std::array overlays{kOverlay<Kinds>...};
+    auto const* const military = std::get_if<MilitarySquitter>(&message);
+    return military && military->application != 0 ? Overlay::Unknown : overlays[message.index()];
+}
 
 void readRepairs(std::string_view received, std::string_view decoded, Reply& reply) {
     if (received == decoded) return;
@@ -39,7 +42,7 @@ char categorySetOf(std::uint8_t typeCode) { return static_cast<char>('A' + (4 - 
 
 void describe(std::string_view frame, Reply& reply) {
     reply.format = modes::DFMessage::downlinkFormatByCode(modes::wire::formatCode(frame));
-    reply.overlay = std::visit(OverlayOf(), reply.message);
+    reply.overlay = overlayOf(reply.message);
     if (!reply.isDecoded) return;
     reply.overlaid = headerOf(reply.message)->remainder;
     if (auto const* squitter = std::get_if<ExtendedSquitter>(&reply.message)) reply.typeCode = squitter->typeCode;

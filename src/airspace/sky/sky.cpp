@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include <airspace/sky.h>
 
+#include "airspace/readings/read_into.h"
 #include "airspace/sky/frame_receiver.h"
 #include "airspace/sky/track_aircraft.h"
 #include "airspace/sky/track_table.h"
 #include "core/wire.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 #include <variant>
 
 namespace quorvel::airspace {
@@ -48,6 +51,7 @@ struct Sky::Impl {
 
     Reply take(Frame const& frame);
     TrackKey keyOf(Reply const& reply) const;
+    void expect(Frame const& frame);
     bool isWelcome(Reply const& reply) const;
     StandardTrack* trackOf(Reply const& reply, TimeMs time);
     void give(StandardTrack& track, Frame const& frame, Reply& reply);
@@ -58,6 +62,8 @@ struct Sky::Impl {
     SkyOptions options;
     FrameReceiver receiver;
     TrackTable tracks;
+    std::array<TrackKey, 8> expected; // in turn: where their tracks are is on its way from memory
+    std::size_t nextExpected = 0;
     TimeMs latest = 0; // of all
     Counts counts;
 };
@@ -95,6 +101,17 @@ TrackKey Sky::Impl::keyOf(Reply const& reply) const {
     return told;
 }
 
+// Fetches where the track is, and once that has come, the track itself. Few aircraft stay in the processor's caches.
+void Sky::Impl::expect(Frame const& frame) {
+    constexpr std::size_t few = 1'000;
+    if (tracks.size() < few) return;
+    auto const address = likelyAddress(frame.view());
+    auto const key = TrackKey::of(address, AddressKind::Icao);
+    receiver.expect(address);
+    tracks.expect(key);
+    tracks.expectSoon(std::exchange(expected[nextExpected++ % expected.size()], key));
+}
+
 bool Sky::Impl::isWelcome(Reply const& reply) const {
     switch (options.repaired) {
     case RepairedReplies::Keep: return true;
@@ -126,7 +143,7 @@ void Sky::Impl::give(StandardTrack& track, Frame const& frame, Reply& reply) {
     auto const outcome = track.take(reply, frame.time, options);
     track.setSignal(frame.signal);
     reply.isTracked = true;
-    reply.registerChoice = outcome.choice;
+    if (outcome.choice) reply.registerChoice = outcome.choice;
     ++counts.tracked;
     latest = std::max(latest, frame.time);
     if (!outcome.position) return;
@@ -155,6 +172,8 @@ Sky::Sky(Sky&&) noexcept = default;
 Sky& Sky::operator=(Sky&&) noexcept = default;
 
 Reply Sky::take(Frame const& frame) { return _impl->take(frame); }
+
+void Sky::expect(Frame const& frame) { _impl->expect(frame); }
 
 void Sky::setTimeout(TimeMs timeout) { _impl->options.timeout = timeout; }
 void Sky::ignoreSpeeds() { _impl->options.positions.checksSpeed = false; }

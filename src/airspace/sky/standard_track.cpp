@@ -38,9 +38,10 @@ TrackOutcome StandardTrack::take(Reply const& reply, TimeMs time, SkyOptions con
     auto const now = trackTimeOf(time);
     _heard = std::max(_heard, now);
     ++_messages;
-    TrackUpdate update(*this, reply, time, options);
+    TrackOutcome outcome;
+    TrackUpdate update(*this, reply, time, options, outcome);
     std::visit(update, reply.message);
-    return update.outcome();
+    return outcome;
 }
 
 // Rare: once in 12 days of one aircraft. Times from before the new base become the first, or never.
@@ -58,24 +59,24 @@ void StandardTrack::rebase(TimeMs time) {
 KnownState StandardTrack::known(TrackTime now) const {
     constexpr TrackTime moving = 20'000;
     constexpr TrackTime selected = 120'000;
-    KnownState known;
-    auto const copy = [now](auto& to, auto const& item, TrackTime within) {
-        if (item.isFresh(now, within)) to = item.value;
+    auto const& rate =
+        _items.barometricRateFtMin.isFresh(now, moving) ? _items.barometricRateFtMin : _items.geometricRateFtMin;
+    auto const& callsign = _items.callsign;
+    auto const& capability = _items.servedRegisters;
+    return {
+        .altitudeFt = _items.altitudeFt.fresh(now, moving),
+        .groundSpeedKt = _items.groundSpeedKt.fresh(now, moving),
+        .trackDegrees = _items.trackDegrees.fresh(now, moving),
+        .verticalRateFtMin = rate.fresh(now, moving),
+        .headingDegrees = _items.magneticHeadingDegrees.fresh(now, moving),
+        .indicatedAirspeedKt = _items.indicatedAirspeedKt.fresh(now, moving),
+        .trueAirspeedKt = _items.trueAirspeedKt.fresh(now, moving),
+        .mach = _items.mach.fresh(now, moving),
+        .selectedAltitudeFt = _items.controlPanelAltitudeFt.fresh(now, selected),
+        .pressureSettingHpa = _items.pressureSettingHpa.fresh(now, selected),
+        .callsign = callsign.isThere() ? std::optional(Callsign{callsign.value}) : std::nullopt,
+        .capability = capability.isThere() ? std::optional(CommonUsageCapability{capability.value}) : std::nullopt,
     };
-    copy(known.altitudeFt, _items.altitudeFt, moving);
-    copy(known.groundSpeedKt, _items.groundSpeedKt, moving);
-    copy(known.trackDegrees, _items.trackDegrees, moving);
-    copy(known.verticalRateFtMin, _items.geometricRateFtMin, moving);
-    copy(known.verticalRateFtMin, _items.barometricRateFtMin, moving);
-    copy(known.headingDegrees, _items.magneticHeadingDegrees, moving);
-    copy(known.indicatedAirspeedKt, _items.indicatedAirspeedKt, moving);
-    copy(known.trueAirspeedKt, _items.trueAirspeedKt, moving);
-    copy(known.mach, _items.mach, moving);
-    copy(known.selectedAltitudeFt, _items.controlPanelAltitudeFt, selected);
-    copy(known.pressureSettingHpa, _items.pressureSettingHpa, selected);
-    if (_items.callsign.isThere()) known.callsign = Callsign{_items.callsign.value};
-    if (_items.servedRegisters.isThere()) known.capability = CommonUsageCapability{_items.servedRegisters.value};
-    return known;
 }
 
 } // namespace quorvel::airspace

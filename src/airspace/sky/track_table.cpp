@@ -23,10 +23,14 @@ StandardTrack* TrackTable::find(TrackKey key) {
     return slot ? &at(*slot) : nullptr;
 }
 
+void TrackTable::expectSoon(TrackKey key) const {
+    if (auto const* track = find(key)) track->prefetch();
+}
+
 std::uint32_t TrackTable::freeSlot() {
     if (_free.empty()) {
         auto const first = static_cast<std::uint32_t>(_blocks.size() * kBlock);
-        _blocks.push_back(std::make_unique<Block>());
+        _blocks.push_back(std::make_unique_for_overwrite<Block>());
         for (auto slot = first + kBlock; slot-- > first;) _free.push_back(static_cast<std::uint32_t>(slot));
     }
     auto const slot = _free.back();
@@ -39,7 +43,7 @@ StandardTrack* TrackTable::findOrMake(TrackKey key, TimeMs now, Dropped const& d
     if (size() >= _most && !makeRoom(now, dropped)) return nullptr;
     auto const slot = freeSlot();
     _slots[key.value] = slot;
-    return &(at(slot) = StandardTrack(now));
+    return std::construct_at(&at(slot), now);
 }
 
 bool TrackTable::makeRoom(TimeMs now, Dropped const& dropped) {

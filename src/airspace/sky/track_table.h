@@ -29,6 +29,12 @@ public:
     StandardTrack* find(TrackKey key);             ///< null when there is none
     StandardTrack const* find(TrackKey key) const; ///< the same
 
+    /// Fetches from memory where the track of a key is that comes some frames later.
+    void expect(TrackKey key) const { _slots.prefetch(key.value); }
+
+    /// Fetches from memory what most messages touch of the track of a key.
+    void expectSoon(TrackKey key) const;
+
     /// The track of a key, made if there is none; null if there is no room for it.
     StandardTrack* findOrMake(TrackKey key, TimeMs now, Dropped const& dropped = {});
 

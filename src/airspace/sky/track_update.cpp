@@ -27,13 +27,15 @@ std::optional<double> speedOf(std::optional<SpeedRange> const& range) {
 
 } // namespace
 
-TrackUpdate::TrackUpdate(StandardTrack& track, Reply const& reply, TimeMs time, SkyOptions const& options)
+TrackUpdate::TrackUpdate(
+    StandardTrack& track, Reply const& reply, TimeMs time, SkyOptions const& options, TrackOutcome& outcome)
     : _track(track)
     , _items(track._items)
     , _reply(reply)
     , _options(options)
     , _time(time)
-    , _now(track.trackTimeOf(time)) {
+    , _now(track.trackTimeOf(time))
+    , _outcome(outcome) {
     _track._heardFrom = _source;
 }
 

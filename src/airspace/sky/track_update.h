@@ -12,9 +12,8 @@ namespace quorvel::airspace {
 /// Brings one message into the items of its track: a visitor of `Message`, of the contents of squitters and of registers.
 class TrackUpdate {
 public:
-    TrackUpdate(StandardTrack& track, Reply const& reply, TimeMs time, SkyOptions const& options);
-
-    TrackOutcome const& outcome() const { return _outcome; } ///< once it has visited the message
+    TrackUpdate(
+        StandardTrack& track, Reply const& reply, TimeMs time, SkyOptions const& options, TrackOutcome& outcome);
 
     void operator()(ShortAirAirReply const& reply);
     void operator()(LongAirAirReply const& reply);
@@ -78,7 +77,7 @@ private:
     TrackTime _now;
     Source _source = Source::ModeS;
     ExtendedSquitter const* _squitter = nullptr;
-    TrackOutcome _outcome;
+    TrackOutcome& _outcome;
 };
 
 } // namespace quorvel::airspace

@@ -6,6 +6,7 @@
 #include "core/wire.h"
 
 #include <algorithm>
+#include <array>
 
 namespace quorvel::airspace {
 
@@ -15,6 +16,18 @@ using modes::wire::BeastRecord;
 
 constexpr char kEscape = BeastRecord::kEscape;
 constexpr std::size_t kHeadBytes = BeastRecord::kHeadBytes;
+
+// Bytes of a record that is kept, by its type; 0 of all others. Types come in no order that a branch could be predicted by.
+constexpr auto kKeptBytes = [] {
+    std::array<std::uint8_t, 256> bytes{};
+    for (unsigned type = 0; type != bytes.size(); ++type) {
+        auto const character = static_cast<char>(type);
+        if (!BeastRecord::isStatus(character)) bytes[type] = static_cast<std::uint8_t>(BeastRecord::bytes(character));
+    }
+    return bytes;
+}();
+
+std::size_t keptBytes(char type) { return kKeptBytes[static_cast<unsigned char>(type)]; }
 
 bool startsRecord(std::string_view sample, std::size_t at) {
     return at + 1 < sample.size() && sample[at] == kEscape && BeastRecord::bytes(sample[at + 1]) != 0;
@@ -36,13 +49,20 @@ std::size_t endOfRecord(std::string_view sample, std::size_t at, bool doubled) {
     return at <= sample.size() ? at : std::string_view::npos;
 }
 
-// The length of a record that lies whole in `rest` with no escape byte inside, 0 otherwise: most do, and are
-// copied at once.
+// The length of a record that lies whole in `rest` with no escape byte inside, 0 otherwise, and of those that are
+// dropped.
 std::size_t escapelessRecord(std::string_view rest) {
-    if (!startsRecord(rest, 0)) return 0;
-    auto const record = rest.substr(0, BeastRecord::bytes(rest[1]));
-    bool const isWhole = record.size() == BeastRecord::bytes(rest[1]);
-    return isWhole && record.find(kEscape, kHeadBytes) == std::string_view::npos ? record.size() : 0;
+    if (rest.size() < kHeadBytes || rest[0] != kEscape) return 0;
+    auto const length = keptBytes(rest[1]);
+    bool const isWhole = length != 0 && rest.size() >= length;
+    return isWhole && rest.substr(0, length).find(kEscape, kHeadBytes) == std::string_view::npos ? length : 0;
+}
+
+// The length of all such records up to the first other: most are, and are copied at once.
+std::size_t escapelessRecords(std::string_view bytes) {
+    std::size_t length = 0;
+    while (auto const next = escapelessRecord(bytes.substr(length))) length += next;
+    return length;
 }
 
 } // namespace
@@ -50,15 +70,10 @@ std::size_t escapelessRecord(std::string_view rest) {
 void BeastUndoubler::undouble(std::string_view bytes, std::string& plain, Counts& counts) {
     while (!bytes.empty()) {
         if (_record.empty() && !_escaped) {
-            if (auto const length = escapelessRecord(bytes); length > 0) {
-                if (BeastRecord::isStatus(bytes[1])) {
-                    ++counts.statusFrames;
-                } else {
-                    plain.append(bytes, 0, length);
-                }
-                bytes.remove_prefix(length);
-                continue;
-            }
+            auto const run = escapelessRecords(bytes);
+            plain.append(bytes, 0, run);
+            bytes.remove_prefix(run);
+            if (bytes.empty()) return;
         }
         step(bytes.front(), plain, counts);
         bytes.remove_prefix(1);
@@ -133,7 +148,7 @@ void cutPlainRecords(std::string& stream, std::string& plain, Counts& counts, bo
     stream.erase(0, stream.size() - rest.size());
 }
 
-std::size_t plainRecordBytes(std::string_view plain) { return BeastRecord::bytes(plain[1]); }
+std::size_t plainRecordBytes(std::string_view plain) { return keptBytes(plain[1]); }
 
 std::size_t chainedBytes(std::string_view sample, bool doubled) {
     std::size_t chained = 0;

@@ -98,9 +98,9 @@ void FrameClock::stamp(Frame& frame, TimeMs arrival, Counts& counts) {
 
 // One damaged time stamp does not turn the clock; a stream that stays where it went does.
 void FrameClock::advance(TimeMs time, Counts& counts) {
-    auto const isFar = [&](TimeMs a, TimeMs b) { return a > b && a - b > kFar; };
-    if (time < _now) ++counts.timeBackwards;
-    if (_now == 0 || (!isFar(time, _now) && !isFar(_now, time))) {
+    bool const isFar = time > _now + kFar || _now > time + kFar;
+    counts.timeBackwards += time < _now ? 1U : 0U;
+    if (_now == 0 || !isFar) {
         _now = std::max(_now, time);
         _farFrames = 0;
     } else if (++_farFrames >= kFewFrames) {

@@ -29,6 +29,9 @@ public:
     /// for a connection that gave no hint.
     bool settle(std::span<Frame const> next, TimeMs arrival, bool isWhole);
 
+    /// Whether nothing more is needed.
+    bool isSettled() const { return !_kind; }
+
     /// Puts the time of reception into the frame, the present of the stream at most, and that present.
     /// `arrival` is the host's clock, 0 for recordings. Until it is known what stamps of a live stream count,
     /// that is its time.

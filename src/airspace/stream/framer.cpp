@@ -6,6 +6,7 @@
 #include "core/wire.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace quorvel::airspace {
 
@@ -143,8 +144,11 @@ void Framer::cutBeast(Frames& frames, bool isEnd) {
     } else {
         cutPlainRecords(_waiting, _records, _counts, isEnd);
     }
-    for (std::string_view rest = _records; !rest.empty(); rest.remove_prefix(plainRecordBytes(rest)))
-        cutRecord(rest.substr(0, plainRecordBytes(rest)), frames);
+    for (std::string_view rest = _records; !rest.empty();) {
+        auto const record = rest.substr(0, plainRecordBytes(rest));
+        cutRecord(record, frames);
+        rest.remove_prefix(record.size());
+    }
     _records.clear();
 }
 
@@ -170,8 +174,15 @@ void Framer::cutRawFrames(Frames& frames) {
     _waiting.erase(0, _waiting.size() - rest.size());
 }
 
+// A frame is made where it stays: copied right after it was written, it would be waited for.
 Frame& Framer::add(std::string_view bytes, Frames& frames) const {
-    auto& frame = frames.emplace_back(Frame::of(bytes));
+    auto& frame = frames.emplace_back();
+    switch (bytes.size()) { // a copy of known length needs no call
+    case kLongFrameBytes: std::memcpy(frame.bytes.data(), bytes.data(), kLongFrameBytes); break;
+    case kShortFrameBytes: std::memcpy(frame.bytes.data(), bytes.data(), kShortFrameBytes); break;
+    default: std::memcpy(frame.bytes.data(), bytes.data(), bytes.size());
+    }
+    frame.length = static_cast<std::uint8_t>(bytes.size());
     frame.receiver = _receiver;
     return frame;
 }

@@ -25,6 +25,10 @@ struct Stream::Impl {
 
     TimeMs received(TimeMs arrival);
     void handOver(TimeMs received, TimeMs arrival, bool isWhole, Frames& frames);
+    void stamp(Frame& frame, TimeMs received);
+
+    // Frames that can be dated at once need not be held.
+    bool isHolding() const { return !clock.isSettled() || !held.empty(); }
 
     bool isRecording;
     Counts counts;
@@ -53,13 +57,15 @@ void Stream::Impl::handOver(TimeMs received, TimeMs arrival, bool isWhole, Frame
     for (auto& frame : next) frame.time = received;
     looked = held.size();
     if (!clock.settle(next, arrival, isWhole) && holds) return;
-    for (auto& frame : held) {
-        clock.stamp(frame, frame.time, counts);
-        ++(frame.isModeAc() ? counts.modeAcFrames : counts.frames);
-    }
+    for (auto& frame : held) stamp(frame, frame.time);
     frames.insert(frames.end(), held.begin(), held.end());
     held.clear();
     looked = 0;
+}
+
+void Stream::Impl::stamp(Frame& frame, TimeMs received) {
+    clock.stamp(frame, received, counts);
+    ++(frame.isModeAc() ? counts.modeAcFrames : counts.frames);
 }
 
 Stream::Stream(StreamOptions const& options) : _impl(std::make_unique<Impl>(options)) {}
@@ -69,12 +75,17 @@ Stream& Stream::operator=(Stream&&) noexcept = default;
 
 bool Stream::feed(std::string_view bytes, TimeMs arrival, Frames& frames) {
     auto& self = *_impl;
-    auto const before = self.held.size();
+    bool const isHolding = self.isHolding();
+    auto& cut = isHolding ? self.held : frames;
+    auto const before = cut.size();
     auto const received = self.received(arrival);
-    if (!self.judge(self.framer.feed(bytes, self.held))) return false;
-    if (encoding() && self.frameless.take(bytes, self.held.size() > before))
-        self.remark = self.frameless.text(encoding());
-    self.handOver(received, arrival, false, frames);
+    if (!self.judge(self.framer.feed(bytes, cut))) return false;
+    if (encoding() && self.frameless.take(bytes, cut.size() > before)) self.remark = self.frameless.text(encoding());
+    if (isHolding) {
+        self.handOver(received, arrival, false, frames);
+    } else {
+        for (auto& frame : std::span(frames).subspan(before)) self.stamp(frame, received);
+    }
     return true;
 }
 

@@ -89,6 +89,34 @@ TEST(Sky, SaysWhichBitsWereRepairedAndWhatTheRepairedFrameMeans) {
     EXPECT_TRUE(std::get<ExtendedSquitter>(reply.message).isIntact());
 }
 
+TEST(Sky, TakesAllFramesAsOneByOneHoweverManyAircraftThereAre) {
+    constexpr std::uint32_t aircraft = 3'000;
+    Frames frames;
+    for (auto const time : {kNow, kNow + 1000}) {
+        for (std::uint32_t address = 1; address <= aircraft; ++address) {
+            frames.push_back(frameOf(emptySquitter(address), time));
+            frames.push_back(frameOf(shortFrame(4, altitudeCode(38000), address), time));
+        }
+    }
+    frames.push_back(Frame::of("AB", kNow)); // no address can be expected of it
+    frames.insert(frames.end(), {Frame(), heard(kPosition), heard(kOddPosition)});
+    Sky oneByOne;
+    std::vector<bool> tracked;
+    for (auto const& frame : frames) tracked.push_back(oneByOne.take(frame).isTracked);
+    Sky all;
+    std::vector<bool> trackedOfAll;
+    all.takeAll(frames, [&](Frame const& frame, Reply const& reply) {
+        EXPECT_EQ(&frame, &frames[trackedOfAll.size()]);
+        trackedOfAll.push_back(reply.isTracked);
+    });
+    EXPECT_EQ(trackedOfAll, tracked);
+    EXPECT_EQ(all.size(), aircraft + 1);
+    EXPECT_EQ(all.counts().tracked, oneByOne.counts().tracked);
+    EXPECT_EQ(all.find(aircraft, kNow + 1000)->messages, oneByOne.find(aircraft, kNow + 1000)->messages);
+    all.takeAll(frames);
+    EXPECT_EQ(all.counts().tracked, 2 * oneByOne.counts().tracked);
+}
+
 TEST(Sky, MakesNothingOfModeAcRepliesAndOfNoBytes) {
     Sky sky;
     for (auto const& frame : {heard("ABCD"), Frame()}) {
