@@ -3,6 +3,10 @@
 #include "item.h"
 #include "reading_value.h"
 
+#include <pybind11/functional.h>
+
+#include <functional>
+
 namespace quorvel::modes::python {
 
 namespace {
@@ -64,7 +68,13 @@ void defineSkyClass(py::module_& module) {
     using airspace::AddressKind, airspace::Sky;
     Class<Sky> sky(module, TREVALLO_CLASS(airspace::Sky));
     defineOptions(sky, textOf("airspace::Sky::Sky"));
+    using Each = std::function<void(airspace::Frame const&, airspace::Reply const&)>;
     sky.method(MEMBER(take), "frame"_a)
+        .method(
+            NAME(takeAll), [](Sky& self, airspace::Frames const& frames) { self.takeAll(frames); }, "frames"_a)
+        .overload(
+            "takeAll", [](Sky& self, airspace::Frames const& frames, Each const& each) { self.takeAll(frames, each); },
+            "frames"_a, "each"_a)
         .method(MEMBER(setTimeout), "timeout"_a)
         .method(MEMBER(ignoreSpeeds))
         .method(MEMBER(dropSilent), "now"_a)

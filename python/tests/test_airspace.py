@@ -66,13 +66,21 @@ def test_a_sky_has_the_aircraft_that_decode_stream_has(sample: bytes, kind: AnyS
 
 def test_a_sky_counts_what_the_program_counts(sample: bytes) -> None:
     """The documentation shows what the program says of the same recording."""
-    stream, sky = Stream(), CoreSky()
-    for frame in frames_of(sample, stream):
-        sky.take(frame)
+    stream, sky = Stream(), Sky()
+    sky.takeAll(frames_of(sample, stream))
     page = (ROOT / "docs/commands/track.md").read_text(encoding="utf-8")
     for name, told in (("positions", "Positions shown."), ("tracked", "Replies given to a target."),
                        ("targets_made", "Targets that appeared."), ("undecoded", "Frames of no known format")):
         assert f"{sky.counts[name]}  {told}" in page
+
+
+def test_all_frames_are_taken_as_one_by_one(sample: bytes) -> None:
+    frames = frames_of(sample, Stream())
+    one, other = Sky(), Sky()
+    replies = []
+    one.takeAll(frames, lambda frame, reply: replies.append((frame.time, reply.address)))
+    assert replies == [(frame.time, other.take(frame).address) for frame in frames]
+    assert one.counts == other.counts
 
 
 @pytest.mark.parametrize("kind", [Sky, CoreSky])

@@ -30,7 +30,7 @@ import builtins
 import datetime
 import enum
 import os
-from typing import Generic, Literal, Optional, TypeVar, Union, overload
+from typing import Callable, Generic, Literal, Optional, TypeVar, Union, overload
 
 import numpy
 import numpy.typing
