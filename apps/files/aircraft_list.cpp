@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <limits>
 #include <span>
 
 namespace quorvel::files {
@@ -14,7 +15,7 @@ namespace quorvel::files {
 namespace {
 
 constexpr std::size_t kAddressDigits = 6;
-constexpr std::size_t kMostTexts = 0xFFFFFFFF; // bytes that a row can point to
+constexpr std::size_t kMostBytes = 256 << 20; // of a list: all aircraft of the world take a tenth
 
 // What a column can hold, in the order of `Columns`, and what it is called, the best name first: lower-case letters and
 // digits alone.
@@ -40,13 +41,16 @@ char separatorOf(std::string_view line) {
 std::vector<std::string> cellsOf(std::string_view line, char separator) {
     std::vector<std::string> cells(1);
     char quote = 0;
-    for (char const character : line) {
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        auto const character = line[i];
         auto& cell = cells.back();
         if (quote != 0) {
-            if (character == quote) {
+            bool const isDoubled = character == quote && i + 1 < line.size() && line[i + 1] == quote;
+            if (character == quote && !isDoubled) {
                 quote = 0;
             } else {
                 cell += character;
+                i += isDoubled ? 1 : 0;
             }
         } else if ((character == '"' || character == '\'') && cell.find_first_not_of(' ') == std::string::npos) {
             quote = character;
@@ -134,9 +138,7 @@ AircraftList::AircraftList(std::string_view text) {
 }
 
 void AircraftList::add(std::uint32_t address, ListedAircraft const& aircraft) {
-    if (_texts.size() >
-        kMostTexts - aircraft.registration.size() - aircraft.type.size() - aircraft.operatorName.size() - 3)
-        return;
+    if (_texts.size() > std::numeric_limits<std::uint32_t>::max()) return; // where no row can point to
     _rows.push_back({address, static_cast<std::uint32_t>(_texts.size())});
     for (auto const part : {aircraft.registration, aircraft.type, aircraft.operatorName})
         (_texts += part.substr(0, part.find('\0'))) += '\0';
@@ -157,7 +159,10 @@ std::optional<ListedAircraft> AircraftList::find(std::uint32_t address) const {
 AircraftList readAircraftList(std::string const& path) {
     ByteSource source(path);
     std::string text;
-    for (std::string piece; source.read(piece);) text += piece;
+    for (std::string piece; source.read(piece);) {
+        text += piece;
+        if (text.size() > kMostBytes) throw HostError("cannot use " + path + ": it holds more than 256 MiB");
+    }
     if (!source.complaint().empty()) throw HostError("cannot read " + path + ": " + source.complaint());
     AircraftList list(text);
     if (list.size() == 0) throw HostError("cannot use " + path + ": no line begins with an aircraft address");

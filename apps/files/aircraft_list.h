@@ -21,10 +21,10 @@ struct ListedAircraft {
 ///
 /// With a head line that names the address (hex, icao, icao24, address, ModeS), columns are found by their names:
 /// registration or reg; typecode, icaotype or type; operator, ownop or owner. Without one, the columns are address,
-/// registration and type, and between commas the operator. Values may stand in double or single quotes. Lines that begin
+/// registration and type, and between commas the operator. Values may stand in double or single quotes, a doubled one being one. Lines that begin
 /// with no address of six hexadecimal digits are left out. Of two lines with one address, the later counts.
 ///
-/// It is kept in little more memory than its text takes: half a million aircraft fit in 30 MB.
+/// It is kept in little more memory than its text takes.
 class AircraftList {
 public:
     AircraftList() = default;
@@ -35,7 +35,7 @@ public:
     /// What it says of an address; none of one that is not listed. The texts live as long as the list.
     std::optional<ListedAircraft> find(std::uint32_t address) const;
 
-    std::size_t size() const { return _rows.size(); } ///< how many aircraft it has
+    std::size_t size() const { return _rows.size(); } ///< how many lines have an address
 
 private:
     struct Row {
@@ -50,7 +50,7 @@ private:
 };
 
 /// Reads a list from a file, which may be compressed with gzip or zstd. Throws HostError when it cannot be read, is damaged,
-/// or holds no aircraft.
+/// holds no aircraft, or more than 256 MiB.
 AircraftList readAircraftList(std::string const& path);
 
 } // namespace quorvel::files

@@ -83,8 +83,11 @@ void addIdentity(Json& to, Aircraft const& a) {
     if (!a.operatorName.empty()) to["ownOp"] = files::printable(a.operatorName);
     if (a.squawk.value) to["squawk"] = airspace::textOf(*a.squawk.value);
     if (a.squawk.value || a.emergency.value) {
-        auto const state = a.emergency.value.value_or(stateOf(a.squawk.value.value_or(airspace::Squawk{}).emergency()));
-        to["emergency"] = nameOf(state);
+        bool const isSent =
+            a.emergency.value.value_or(airspace::EmergencyState::None) != airspace::EmergencyState::None &&
+            a.age(a.emergency.updated) <= kPositionShown;
+        auto const bySquawk = stateOf(a.squawk.value.value_or(airspace::Squawk{}).emergency());
+        to["emergency"] = nameOf(isSent ? *a.emergency.value : bySquawk);
     }
     if (auto const& category = a.emitterCategory.value; category && category->set != 0) {
         to["category"] = std::string(1, category->set) + std::to_string(category->number);

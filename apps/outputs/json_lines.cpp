@@ -36,7 +36,7 @@ public:
     template <class T> void addReport(airspace::ItemText const& text, airspace::Item<T> const& item) {
         if (item.updated == 0) return;
         std::string const name(text.name);
-        add(name + "Source", nameOf(item.source));
+        if (item.source != airspace::Source::None) add(name + "Source", nameOf(item.source));
         addTime(name + "LastUpdate", item.updated);
         add(name + "Age", seconds(_aircraft.age(item.updated)));
         if (text.hasChange) addTime(name + "LastChange", item.changed);

@@ -44,7 +44,7 @@ struct TREVALLO_AIRSPACE_EXPORT Counts {
     Count positions = 0;           ///< positions shown
     Count positionsOutOfRange = 0; ///< refused: farther from the receiver than it can hear
     Count positionsTooFast = 0;    ///< refused: the jump would need an impossible speed
-    Count positionsImpossible = 0; ///< refused: not on the globe
+    Count positionsImpossible = 0; ///< refused by `CoreSky`: not on the globe
     Count positionsAmbiguous = 0;  ///< refused: by the last position elsewhere than by the pair of messages
     Count positionsRepaired = 0;   ///< left out: of repaired messages
     Count positionsBelieved = 0;   ///< jumps believed after three refusals in a row

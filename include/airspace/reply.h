@@ -25,8 +25,8 @@ struct Reply {
     /// How far an address can be trusted.
     using Confidence = modes::ModeSMessage::Confidence;
 
-    /// That of no frame. It is not `constexpr`, since all bytes of a constant are cleared, for each frame.
-    Reply() noexcept {} // NOLINT(modernize-use-equals-default)
+    /// That of no frame.
+    Reply() noexcept {} // NOLINT(modernize-use-equals-default): a constant's bytes would all be cleared for each frame
 
     /// What it says, by the standards: of the repaired frame where it was repaired, and whether it could be decoded or
     /// not. `std::monostate` of Mode A/C replies, and of bytes that are no frame.

@@ -35,7 +35,7 @@ namespace quorvel::airspace {
 /// Threads: a sky is used from one thread at a time, its `const` functions too; separate skies share nothing, and may be
 /// used from separate threads at once. What it hands out (`Reply`, `Aircraft`) are values of the caller's own.
 ///
-/// Bad frames never throw: they are counted and have no other effect. Once warm, no memory is allocated for a frame.
+/// Bad frames never throw: they are counted and have no other effect. Once warm, no memory is allocated for a frame of a known aircraft.
 class TREVALLO_AIRSPACE_EXPORT Sky {
 public:
     /// A sky without aircraft.
@@ -77,13 +77,13 @@ public:
     /// Drops all aircraft.
     void dropAll();
 
-    /// All aircraft as they are at a moment: those of ICAO addresses, then others, in the order of their addresses.
+    /// All aircraft as they are at a moment: those of ICAO addresses, then others by kind, each in the order of addresses.
     std::vector<Aircraft> aircraft(TimeMs now) const;
 
     /// The aircraft of one address; none when there is none.
     std::optional<Aircraft> find(std::uint32_t address, TimeMs now, AddressKind kind = AddressKind::Icao) const;
 
-    /// The aircraft that a reply was given to; none when it was given to none.
+    /// The aircraft that a reply was given to, right after it was taken; none when it was given to none.
     std::optional<Aircraft> find(Reply const& reply, TimeMs now) const;
 
     std::size_t size() const; ///< how many aircraft there are

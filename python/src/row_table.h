@@ -65,6 +65,7 @@ public:
         auto const count = static_cast<py::ssize_t>(_size);
         py::capsule const owner(_rows.get(), &std::free);
         auto const* const first = _rows.release();
+        _size = _room = 0;
         return py::array(type, {count}, {static_cast<py::ssize_t>(sizeof(Row))}, first, owner);
     }
 

@@ -8,7 +8,7 @@
 
 namespace quorvel::airspace {
 
-/// As `read`, of a message that is made where it stays: copied right after it was read, it would be waited for.
+/// As `read`, into a message that stays where it is, which saves a copy.
 void readInto(Message& message, std::string_view frame, Reading const& how = {});
 
 /// As `readAltitudeCode` and `readSquitterAltitudeCode`, of an altitude that is empty so far.

@@ -15,7 +15,7 @@ struct DerivedValue {
     TrackTime updated = 0;
 };
 
-/// What the reported items of an aircraft tell without saying it. A value is there only if its inputs are fresh, and what
+/// What the reported items of an aircraft tell without saying it. A value is there only if its inputs are fresh (but for distance and bearing, which age with the position), and what
 /// it stands for was not reported itself. Source of each is `Source::Derived`.
 struct DerivedItems {
     std::optional<DerivedValue> mach;           ///< of indicated airspeed and altitude, else of true airspeed

@@ -69,7 +69,7 @@ std::optional<Place> PositionTracker::nearLast(PositionReport const& report) con
 
 PositionTracker::Verdict PositionTracker::judge(PositionReport const& report, Place const& place,
     std::optional<Place> const& paired, PositionLimits const& limits) const {
-    if (!isInRange(place, limits)) return Verdict::OutOfRange;
+    if (!isInRange(place, limits) || (paired && !isInRange(*paired, limits))) return Verdict::OutOfRange;
     if (paired && !isWithinNm(kSameNm, *paired, place)) return Verdict::Ambiguous;
     if (!_isPlaced || !limits.checksSpeed) return Verdict::Given;
     return isWithinNm(reachNm(report, _last.time), _last.place, place) ? Verdict::Given : Verdict::TooFast;
@@ -81,7 +81,8 @@ PositionTracker::Verdict PositionTracker::refuse(
     if (!paired) return verdict;
     bool const goesOn = _rivalsInARow > 0 && secondsApart(report.time, _rival.time) <= kRivalSeconds &&
                         isWithinNm(reachNm(report, _rival.time), _rival.place, *paired);
-    _rivalsInARow = goesOn ? static_cast<std::uint8_t>(_rivalsInARow + 1) : std::uint8_t{1};
+    auto const inARow = goesOn ? std::min(_rivalsInARow + 1, kRivalsBelieved) : 1;
+    _rivalsInARow = static_cast<std::uint8_t>(inARow);
     _rival = {*paired, report.time};
     if (_rivalsInARow < kRivalsBelieved || verdict == Verdict::OutOfRange) return verdict;
     --_refused;

@@ -14,9 +14,11 @@
 #include "airspace/sky/packed_item.h"
 #include "airspace/sky/position_tracker.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 
 namespace quorvel::airspace {
@@ -28,7 +30,7 @@ struct TrackKey {
 
     static TrackKey of(MessageHeader const& header);
     static TrackKey of(std::uint32_t address, AddressKind kind) {
-        return {address | static_cast<std::uint32_t>(kind) << 24};
+        return {(address & 0xFFFFFF) | static_cast<std::uint32_t>(kind) << 24};
     }
     std::uint32_t address() const { return value & 0xFFFFFF; }
     AddressKind kind() const { return static_cast<AddressKind>(value >> 24); }
@@ -201,7 +203,11 @@ public:
     /// A time of an item; 0 is never.
     TimeMs timeOf(TrackTime time) const { return time == 0 ? 0 : _base + time - 1; }
     /// The same the other way: times before the first message become that of the first.
-    TrackTime trackTimeOf(TimeMs time) const { return time < _base ? 1 : static_cast<TrackTime>(time - _base) + 1; }
+    /// and those too late for a track time the last that there is.
+    TrackTime trackTimeOf(TimeMs time) const {
+        constexpr TimeMs last = std::numeric_limits<TrackTime>::max() - 1;
+        return time < _base ? 1 : static_cast<TrackTime>(std::min(time - _base, last)) + 1;
+    }
 
     /// Fetches from memory what most messages touch.
     void prefetch() const {
@@ -232,6 +238,6 @@ private:
     Corroboration<std::uint16_t> _squawk;
     Corroboration<bool> _isOnGround;
 };
-static_assert(sizeof(StandardTrack) <= 1024, "100,000 aircraft take 100 MB");
+static_assert(sizeof(StandardTrack) < 1024, "100,000 aircraft take less than 100 MB");
 
 } // namespace quorvel::airspace

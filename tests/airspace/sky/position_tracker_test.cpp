@@ -203,6 +203,20 @@ TEST(PositionTracker, APlaceOutOfRangeIsNeverGiven) {
     EXPECT_FALSE(tracker.place());
 }
 
+TEST(PositionTracker, NoPairThatIsOutOfRangeIsEverBelieved) {
+    PositionLimits limits;
+    limits.receiver = kMunich;
+    limits.rangeNm = 100.0;
+    PositionTracker tracker;
+    ASSERT_EQ(takePair(tracker, kMunich, kNow, limits), Verdict::Given);
+    Place const forged{kMunich.latitude - 18.0, kMunich.longitude - 52.0};
+    for (unsigned i = 1; i <= 300; ++i) {
+        EXPECT_NE(takePair(tracker, forged, kNow + 2'000U * i, limits), Verdict::Believed) << i;
+        ASSERT_TRUE(tracker.place());
+        ASSERT_LT(distanceNm(*tracker.place(), kMunich), 100.0) << i;
+    }
+}
+
 TEST(PositionTracker, TimesThatMeanNothingAreNotHeldAgainstAPlace) {
     PositionLimits limits;
     limits.checksSpeed = false;

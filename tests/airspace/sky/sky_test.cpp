@@ -177,6 +177,24 @@ TEST(Sky, TellsWhatTheAddressTells) {
     EXPECT_TRUE(sky.find(0xADF7C8, kNow)->isMilitaryAddress);
 }
 
+TEST(Sky, DerivesNothingOfAnAircraftThatHasBeenSilentForWeeks) {
+    Sky sky;
+    auto const sent = quorvel::modes::reference::encoded(50, 8, 0);
+    auto const bits = PositionBits{sent.latitude, sent.longitude, false, 0xC3, false, 11};
+    sky.take(frameOf(squitter(kKlm, airbornePosition(bits)), kNow));
+    auto const velocity = Payload::ofType(19).with(6, 8, 1).with(15, 24, 101).with(26, 35, 1).with(50, 56, 5).bytes();
+    sky.take(frameOf(squitter(kKlm, velocity), kNow));
+    EXPECT_TRUE(sky.find(kKlm, kNow + 1'000)->altitudeGnss.value) << "of the altitude and the difference";
+    for (TimeMs const later : {TimeMs{3'600'000}, TimeMs{1} << 32, (TimeMs{1} << 32) + 50, TimeMs{1} << 40})
+        EXPECT_FALSE(sky.find(kKlm, kNow + later)->altitudeGnss.value) << later;
+}
+
+TEST(Sky, FindsAnAircraftByTheLow24BitsOfAnAddress) {
+    Sky sky;
+    sky.take(heard(kIdentification));
+    EXPECT_EQ(sky.find(kKlm | 2U << 24, kNow)->addressKind, AddressKind::Icao) << "not of another kind";
+}
+
 TEST(Sky, MakesNoAircraftOfRepairedReplies) {
     for (auto const policy : {RepairedReplies::Keep, RepairedReplies::Known, RepairedReplies::Drop}) {
         SkyOptions options;

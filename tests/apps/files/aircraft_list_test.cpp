@@ -47,6 +47,9 @@ TEST(AircraftList, FindsColumnsByTheirPlaceWithoutAHeadLine) {
 
 TEST(AircraftList, KeepsSeparatorsInQuotes) {
     EXPECT_EQ(described(AircraftList("hex,operator\n4CA123,\"Smith, Jones \"\n"), 0x4CA123), "||Smith, Jones");
+    EXPECT_EQ(described(AircraftList("4CA123,EI-A,\"B\"\"7\"\"38\",\"ACME \"\"X\"\", Ltd\"\n"), 0x4CA123),
+        "EI-A|B\"7\"38|ACME \"X\", Ltd")
+        << "a doubled quote is one";
     EXPECT_EQ(described(AircraftList("hex,operator\n4CA123,O'Leary\n"), 0x4CA123), "||O'Leary") << "a quote within";
 }
 

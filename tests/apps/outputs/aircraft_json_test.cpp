@@ -170,6 +170,17 @@ TEST_F(AircraftJsonFile, KeepsAircraftOfOneNumberAndOtherKindsOfAddressApart) {
     EXPECT_EQ(aircraft({one, other}).size(), 2U);
 }
 
+TEST_F(AircraftJsonFile, LetsNoOldEmergencyStateHideASquawk) {
+    auto one = knownAircraft();
+    one.squawk.value = airspace::Squawk{07700};
+    one.emergency = {airspace::EmergencyState::None, airspace::Source::AdsB, kNow, 0};
+    EXPECT_EQ(aircraft({one})[0]["emergency"], "general");
+    one.emergency = {airspace::EmergencyState::MinimumFuel, airspace::Source::AdsB, kNow, 0};
+    EXPECT_EQ(aircraft({one})[0]["emergency"], "minfuel");
+    one.emergency.updated = kNow - 60'001;
+    EXPECT_EQ(aircraft({one})[0]["emergency"], "general");
+}
+
 TEST_F(AircraftJsonFile, LeavesOutPositionsOlderThanAMinuteAndAircraftNotHeardForFive) {
     auto const list = aircraft(
         {knownAircraft(60'001), heardAircraft(0x4840D7, kNow - 300'000), heardAircraft(0x4840D8, kNow - 300'001)});
