@@ -75,6 +75,7 @@ void defineSkyClass(py::module_& module) {
         .overload(
             "takeAll", [](Sky& self, airspace::Frames const& frames, Each const& each) { self.takeAll(frames, each); },
             "frames"_a, "each"_a)
+        .method(MEMBER(expect), "frame"_a)
         .method(MEMBER(setTimeout), "timeout"_a)
         .method(MEMBER(ignoreSpeeds))
         .method(MEMBER(dropSilent), "now"_a)
