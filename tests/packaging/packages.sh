@@ -38,7 +38,7 @@ done
 install "${libraries[@]}"
 install "$program"
 in_system trevallo --version | head -n 1
-aircraft=$(in_system trevallo track --log error /tmp/sample.beast | grep -cE '^ *[0-9]+  [0-9A-F]{6}  ') ||
+aircraft=$(in_system trevallo track --log error /tmp/sample.beast | grep -cE '^[0-9A-F]{6}  ') ||
     fail "the program tracks nothing"
 echo "program: $aircraft aircraft"
 
