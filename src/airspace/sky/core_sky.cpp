@@ -8,6 +8,7 @@
 #include "airspace/sky/core_items.h"
 #include "airspace/sky/position_gate.h"
 #include "airspace/sky/reply_reading.h"
+#include "airspace/sky/sky_limits.h"
 #include "core/wire.h"
 
 #include <algorithm>
@@ -26,12 +27,9 @@ using modes::ModeSMessage;
 
 constexpr unsigned kAltitudeCheckPeriod = 4;       // seconds
 constexpr unsigned kAltitudeCheckDifference = 150; // feet
-constexpr TimeMs kAhead = 60'000;                  // clocks of merged sources may differ so much
 
 constexpr std::size_t kTrackNumbers = 4095; // from 1
 constexpr std::size_t kRoom = 64;           // aircraft dropped at once when all track numbers are in use
-constexpr TimeMs kSilent = 10'000;          // what was heard since then is not dropped for others
-constexpr TimeMs kRoomMakingPause = 1'000;
 
 bool isSquitter(Reply const& reply) { return reply.format == DFMessage::DF17 || reply.format == DFMessage::DF18; }
 

@@ -3,6 +3,7 @@
 
 #include "airspace/readings/read_into.h"
 #include "airspace/sky/frame_receiver.h"
+#include "airspace/sky/sky_limits.h"
 #include "airspace/sky/track_aircraft.h"
 #include "airspace/sky/track_table.h"
 #include "core/wire.h"
@@ -17,7 +18,6 @@ namespace quorvel::airspace {
 namespace {
 
 using Verdict = PositionTracker::Verdict;
-constexpr TimeMs kAhead = 60'000; // clocks of merged sources may differ so much
 
 // A message of a ground station of a type without the flag that tells whose address it is.
 bool leavesAddressKindOpen(Reply const& reply) {

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "airspace/sky/track_table.h"
 
+#include "airspace/sky/sky_limits.h"
+
 #include <algorithm>
 
 namespace quorvel::airspace {
 
 namespace {
 
-constexpr TimeMs kSilent = 10'000;         // what was heard since then is not dropped for others
-constexpr TimeMs kRoomMakingPause = 1'000; // looking at all of them is not done for each message
-constexpr std::size_t kRoomShare = 64;     // of all tracks, dropped at once
+constexpr std::size_t kRoomShare = 64; // of all tracks, dropped at once
 
 } // namespace
 
