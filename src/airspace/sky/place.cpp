@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <airspace/place.h>
 
+#include "airspace/sky/earth.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -8,8 +10,6 @@
 namespace quorvel::airspace {
 
 namespace {
-
-constexpr double kEarthRadiusNm = 3440.065;
 
 double radians(double degrees) { return degrees * std::numbers::pi / 180.0; }
 

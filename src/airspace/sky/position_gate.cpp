@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "airspace/sky/position_gate.h"
 
+#include "airspace/sky/earth.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -9,7 +11,6 @@ namespace quorvel::airspace {
 
 namespace {
 
-constexpr double kEarthRadiusNm = 3440.065;
 constexpr double kDegreeNm = kEarthRadiusNm * std::numbers::pi / 180.0;
 constexpr double kFastestKnots = 1500.0; // over ground, with wind
 constexpr double kSlackNm = 1.0;         // rounding of positions, and of times to whole seconds

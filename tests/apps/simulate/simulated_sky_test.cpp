@@ -38,10 +38,10 @@ double apartDegrees(double a, double b) { return std::abs(std::remainder(a - b, 
 class Comparison {
 public:
     // Settled: heard for so long that all messages have come.
-    void compare(airspace::Aircraft const& seen, simulate::Aircraft const& true_, bool isSettled) {
+    void compare(airspace::Aircraft const& seen, simulate::Aircraft const& actual, bool isSettled) {
         _isSettled = isSettled;
         _seen = &seen;
-        _true = &true_;
+        _actual = &actual;
         identity();
         motion();
         air();
@@ -60,7 +60,7 @@ private:
         ++_counts[name];
         EXPECT_LE(item.updated, _seen->now) << name;
         EXPECT_GE(item.updated, item.changed) << name;
-        return _true->at(static_cast<double>(item.updated - kStart) / 1000.0);
+        return _actual->at(static_cast<double>(item.updated - kStart) / 1000.0);
     }
 
     template <class T>
@@ -91,7 +91,7 @@ private:
     }
 
     void identity() {
-        auto const& profile = _true->profile();
+        auto const& profile = _actual->profile();
         auto callsign = profile.callsign;
         callsign.resize(8, ' ');
         same("callsign", _seen->callsign, callsign);
@@ -105,7 +105,7 @@ private:
     }
 
     void motion() {
-        bool const isCoarse = _true->profile().groundStation == simulate::GroundStation::CoarseTisB;
+        bool const isCoarse = _actual->profile().groundStation == simulate::GroundStation::CoarseTisB;
         if (auto const state = truthOf("position", _seen->position)) {
             auto const nm =
                 airspace::distanceNm(*_seen->position.value, {state->place.latitude, state->place.longitude});
@@ -133,7 +133,7 @@ private:
     }
 
     void intentAndStatus() {
-        auto const& profile = _true->profile();
+        auto const& profile = _actual->profile();
         if (auto const& selection = profile.selection) {
             if (truthOf("selected altitude", _seen->selectedAltitude)) {
                 EXPECT_NEAR(*_seen->selectedAltitude.value, selection->altitude, 50.1);
@@ -156,11 +156,11 @@ private:
             ASSERT_TRUE(profile.advisory) << who(_seen->advisory.source);
             EXPECT_EQ(_seen->advisory.value->ara, profile.advisory->active);
         }
-        if (profile.equipment != simulate::Equipment::None) same("version", _seen->mopsVersion, _true->version());
+        if (profile.equipment != simulate::Equipment::None) same("version", _seen->mopsVersion, _actual->version());
     }
 
     void quality() {
-        auto const& profile = _true->profile();
+        auto const& profile = _actual->profile();
         auto const& accuracies = profile.accuracies;
         if (truthOf("radius", _seen->radius) && _seen->position.source == airspace::Source::AdsB) {
             auto const known = _isSettled ? profile.quality.radius : *_seen->radius.value; // by version and supplements
@@ -175,7 +175,7 @@ private:
     }
 
     airspace::Aircraft const* _seen = nullptr;
-    simulate::Aircraft const* _true = nullptr;
+    simulate::Aircraft const* _actual = nullptr;
     bool _isSettled = false;
     std::map<std::string, int> _counts;
 };
