@@ -44,7 +44,7 @@ struct Band {
     unsigned first;
     double step;
 };
-constexpr Band kEarlyBands[] = {{0.0, 1, 0.125}, {0.125, 2, 0.125}, {0.25, 3, 0.125}};
+constexpr Band kEarlyBand{0.0, 1, 0.125};
 constexpr Band kLaterBands[] = {{0.0, 2, 0.125}, {0.125, 3, 0.875 / 6}};
 constexpr Band kBands[] = {{1.0, 9, 0.25}, {2.0, 13, 0.5}, {15.0, 39, 1.0}, {70.0, 94, 2.0}, {100.0, 109, 5.0}};
 constexpr std::uint64_t kStopped = 1;
@@ -52,8 +52,7 @@ constexpr std::uint64_t kFastest = 124;
 
 // Versions 0 and 1 count the lower end of a step to it.
 std::uint64_t earlyMovement(double knots) {
-    Band band = kEarlyBands[0];
-    for (auto const& next : kEarlyBands) band = knots >= next.lower ? next : band;
+    Band band = kEarlyBand;
     for (auto const& next : kBands) band = knots >= next.lower ? next : band;
     return band.first + static_cast<std::uint64_t>((knots - band.lower) / band.step);
 }
